@@ -1,0 +1,14 @@
+#pragma once
+
+#include "bench/harness.h"
+
+namespace bench {
+
+// Each prints one section of the table.
+void run_text(const Options& options);
+void run_late_binding(const Options& options);
+void run_creation(const Options& options);
+void run_collections(const Options& options);
+void run_database(const Options& options);
+
+}  // namespace bench

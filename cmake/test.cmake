@@ -1,0 +1,58 @@
+# Tests, run by CTest in Wine. Every test finds the modules registered (CTest fixture orv_modules),
+# and the environment that cmake/wine describes.
+
+enable_testing()
+
+# Debian's package googletest carries the sources for such a cross-build.
+set(INSTALL_GTEST OFF)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+foreach(library gtest gmock gmock_main)
+  target_compile_options(${library} PRIVATE -w)
+endforeach()
+
+# What no single test may take longer than, in seconds.
+set(ORV_TEST_TIMEOUT 600)
+
+# orv_test(<name> SOURCES <file>... [LIBS <library>...] [RUN_SERIAL])
+#
+# A GoogleTest (and GoogleMock) program, one CTest entry. A source with a main() of its own replaces
+# GoogleTest's.
+#
+#   RUN_SERIAL  no other test runs at the same time: for what changes the registry.
+#
+#   orv_test(records_test SOURCES records_test.cpp fake_host.cpp LIBS com host_idl)
+function(orv_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL" "" "SOURCES;LIBS")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock_main ole32 oleaut32 uuid)
+  add_test(NAME ${name} COMMAND ${name})
+  orv_set_test_properties(${name} "${arg_RUN_SERIAL}")
+endfunction()
+
+# orv_script_test(<name> SCRIPT <file.vbs or .js> PRINTS <file> [ARGS <argument>...]
+#                 [FILES <file>...] [RUN_SERIAL])
+#
+# A script for cscript, one CTest entry. It runs in a folder of its own, which holds copies of FILES
+# and nothing else, and passes when it prints what the file PRINTS holds. Its exit code says nothing:
+# Wine's cscript ends without a word and with 0 at an error that the script does not handle.
+#
+#   orv_script_test(for_each_test SCRIPT for_each_test.vbs PRINTS for_each_test.txt)
+function(orv_script_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL" "SCRIPT;PRINTS" "ARGS;FILES")
+  cmake_path(ABSOLUTE_PATH arg_SCRIPT NORMALIZE OUTPUT_VARIABLE script)
+  cmake_path(ABSOLUTE_PATH arg_PRINTS NORMALIZE OUTPUT_VARIABLE prints)
+  list(TRANSFORM arg_FILES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  # A leading slash would make the path a switch of cscript.
+  set(command ${CMAKE_CROSSCOMPILING_EMULATOR} cscript //nologo Z:${script} ${arg_ARGS})
+  add_test(NAME ${name}
+           COMMAND ${CMAKE_COMMAND} "-DCOMMAND=${command}" -DPRINTS=${prints} "-DFILES=${arg_FILES}"
+                   -DFOLDER=${CMAKE_CURRENT_BINARY_DIR}/${name}
+                   -P ${CMAKE_SOURCE_DIR}/cmake/check_output.cmake)
+  orv_set_test_properties(${name} "${arg_RUN_SERIAL}")
+endfunction()
+
+function(orv_set_test_properties name run_serial)
+  set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED orv_modules
+                                          TIMEOUT ${ORV_TEST_TIMEOUT}
+                                          RUN_SERIAL "${run_serial}")
+endfunction()

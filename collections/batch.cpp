@@ -1,0 +1,47 @@
+#include "collections/batch.h"
+
+namespace orv {
+namespace {
+
+// The record store's switch for notification record by record.
+constexpr long kSuspend = 0;
+constexpr long kResume = -1;
+
+}  // namespace
+
+Batch::Batch(IDispatch* argument) {
+  const auto database = model_database(argument);
+  // What an accessor fails to give is missed only where it is needed.
+  database->get_RecordStore(store_.put());
+  com::Ptr<IDispatch> connection;
+  database->get_Connection(connection.put());
+  connection_ = connection.query<Connection15>();
+}
+
+void Batch::begin() const {
+  com::require(store_);
+  com::check(store_->EventsEnabled(kSuspend), store_);
+  execute(L"BEGIN TRANSACTION");
+}
+
+void Batch::commit() const { execute(L"COMMIT TRANSACTION"); }
+
+void Batch::resume_events() const { com::check(store_->EventsEnabled(kResume), store_); }
+
+void Batch::notify_saved(long event, const com::Variant& ids) const {
+  com::check(store_->RecordsSaved(event, ids), store_);
+}
+
+void Batch::notify_deleted(long event, const com::Variant& ids) const {
+  com::check(store_->RecordsDeleted(event, ids), store_);
+}
+
+void Batch::execute(std::wstring_view statement) const {
+  const com::Bstr text(statement);
+  com::require(connection_);
+  com::Ptr<_Recordset> ignored;
+  com::check(connection_->Execute(text.get(), nullptr, adExecuteNoRecords, ignored.put()),
+             connection_);
+}
+
+}  // namespace orv

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <span>
+
+#include "com/class_table.h"
+#include "com/type_info.h"
+
+namespace com {
+
+/// What a module is made of. Each module defines module_contents(), and links entry_points.cpp.
+struct ModuleContents {
+  /// Creatable and registered, in this order.
+  std::span<ClassEntry> classes;
+  /// Class objects that the module makes for its own use, under identifiers of others.
+  std::span<ClassEntry> private_classes;
+  const TypeLibrary& library;
+};
+ModuleContents module_contents();
+
+}  // namespace com

@@ -1,0 +1,54 @@
+#include "com/type_info.h"
+
+#include <mutex>
+#include <utility>
+
+#include "com/error.h"
+#include "com/module.h"
+
+namespace com {
+
+Ptr<ITypeLib> load_type_library(const TypeLibrary& library, LCID locale) {
+  Ptr<ITypeLib> result;
+  if (SUCCEEDED(LoadRegTypeLib(library.id, library.major, library.minor, locale, result.put()))) {
+    return result;
+  }
+  check(LoadTypeLibEx(Module::instance().path().c_str(), REGKIND_NONE, result.put()));
+  return result;
+}
+
+TypeInfo::Loaded& TypeInfo::load(LCID locale) {
+  if (Loaded* const loaded = loaded_.load(std::memory_order_acquire)) return *loaded;
+  const std::lock_guard lock(Module::instance().shared_state_lock());
+  if (Loaded* const loaded = loaded_.load(std::memory_order_relaxed)) return *loaded;
+  Ptr<ITypeInfo> info;
+  check(load_type_library(library_, locale)->GetTypeInfoOfGuid(id_, info.put()));
+  auto* const loaded = new Loaded{std::move(info), {}};
+  loaded_before_ = std::exchange(loaded_last_, this);
+  loaded_.store(loaded, std::memory_order_release);
+  return *loaded;
+}
+
+HRESULT TypeInfo::ids_of_names(LPOLESTR* names, UINT count, LCID locale, DISPID* ids) {
+  Loaded& loaded = load(locale);
+  // Further names are those of arguments; whatever is unusual is the platform's.
+  if (count != 1 || !names || !names[0] || !ids) {
+    return loaded.info->GetIDsOfNames(names, count, ids);
+  }
+  const std::lock_guard lock(Module::instance().shared_state_lock());
+  if (const auto id = loaded.names.find(names[0])) {
+    *ids = *id;
+    return S_OK;
+  }
+  const HRESULT result = loaded.info->GetIDsOfNames(names, count, ids);
+  if (result == S_OK) loaded.names.remember(names[0], *ids);
+  return result;
+}
+
+void TypeInfo::release_all() {
+  for (TypeInfo* each = std::exchange(loaded_last_, nullptr); each; each = each->loaded_before_) {
+    delete each->loaded_.exchange(nullptr);
+  }
+}
+
+}  // namespace com

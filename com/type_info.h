@@ -1,0 +1,57 @@
+#pragma once
+
+#include <oaidl.h>
+#include <windows.h>
+
+#include <atomic>
+
+#include "com/member_names.h"
+#include "com/ptr.h"
+
+namespace com {
+
+/// The type library that describes a module's classes and interfaces.
+struct TypeLibrary {
+  GUID id;
+  WORD major;
+  WORD minor;
+  LCID locale;
+};
+
+/// Type information of one class or interface: loaded on first use, kept for the module's life.
+/// Safe for concurrent use.
+class TypeInfo {
+ public:
+  constexpr TypeInfo(const TypeLibrary& library, REFGUID id) : library_(library), id_(id) {}
+
+  /// Borrowed type information, from the registered library or else from the module's own copy.
+  /// Raises the platform's failure when neither has it.
+  ITypeInfo* get(LCID locale) { return load(locale).info.get(); }
+
+  /// As ITypeInfo::GetIDsOfNames; raises as above.
+  HRESULT ids_of_names(LPOLESTR* names, UINT count, LCID locale, DISPID* ids);
+
+  /// Releases all that was loaded; for the module's detachment only.
+  static void release_all();
+
+ private:
+  struct Loaded {
+    Ptr<ITypeInfo> info;
+    MemberNames names;  // under the module's lock
+  };
+
+  Loaded& load(LCID locale);
+
+  const TypeLibrary& library_;
+  const GUID& id_;
+  std::atomic<Loaded*> loaded_ = nullptr;
+  // All that are loaded, each naming the one loaded before it.
+  TypeInfo* loaded_before_ = nullptr;
+  static inline TypeInfo* loaded_last_ = nullptr;
+};
+
+/// The library as registered, or else the one that the module carries as resource 1. A module that
+/// is activated without registration has only the latter.
+Ptr<ITypeLib> load_type_library(const TypeLibrary& library, LCID locale);
+
+}  // namespace com

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <new>
+#include <span>
+#include <utility>
+
+#include "com/bstr.h"
+#include "com/error.h"
+
+namespace com {
+
+/// The platform's conversions read their source only, but the toolchain declares it without const.
+inline VARIANT* mutable_address(const VARIANT& value) { return const_cast<VARIANT*>(&value); }
+
+/// Owning VARIANT. Converts to VARIANT for calls that take one by value: the callee borrows it.
+class Variant {
+ public:
+  Variant() { VariantInit(&value_); }
+  /// A copy of `source`; a failing copy is raised.
+  explicit Variant(const VARIANT& source) : Variant() {
+    check(VariantCopy(&value_, mutable_address(source)));
+  }
+  explicit Variant(std::int16_t number) : Variant() {
+    value_.vt = VT_I2;
+    value_.iVal = number;
+  }
+  explicit Variant(long number) : Variant() {
+    value_.vt = VT_I4;
+    value_.lVal = number;
+  }
+  explicit Variant(int number) : Variant(static_cast<long>(number)) {}
+  explicit Variant(double number) : Variant() {
+    value_.vt = VT_R8;
+    value_.dblVal = number;
+  }
+  explicit Variant(Bstr text) : Variant() {
+    value_.vt = VT_BSTR;
+    value_.bstrVal = text.detach();
+  }
+  /// Shares `object`.
+  explicit Variant(IDispatch* object) : Variant() {
+    value_.vt = VT_DISPATCH;
+    value_.pdispVal = object;
+    if (object) object->AddRef();
+  }
+  Variant(const Variant& other) : Variant(other.value_) {}
+  Variant(Variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
+  ~Variant() { VariantClear(&value_); }
+
+  Variant& operator=(Variant other) noexcept {
+    std::swap(value_, other.value_);
+    return *this;
+  }
+
+  static Variant boolean(bool value) {
+    Variant result;
+    result.value_.vt = VT_BOOL;
+    result.value_.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+    return result;
+  }
+
+  /// A one-dimensional array of 32-bit integers, lower bound 0. Throws std::bad_alloc.
+  static Variant array(std::span<const long> numbers) {
+    Variant result;
+    SAFEARRAY* const array = SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(numbers.size()));
+    if (!array) throw std::bad_alloc();
+    result.value_.vt = VT_ARRAY | VT_I4;
+    result.value_.parray = array;
+    std::ranges::copy(numbers, static_cast<long*>(array->pvData));
+    return result;
+  }
+
+  /// What a client passes for an argument that it leaves out.
+  static Variant omitted() {
+    Variant result;
+    result.value_.vt = VT_ERROR;
+    result.value_.scode = DISP_E_PARAMNOTFOUND;
+    return result;
+  }
+
+  /// The address for an out parameter; what was held is cleared first.
+  VARIANT* put() {
+    VariantClear(&value_);
+    return &value_;
+  }
+
+  /// Hands the value to the caller.
+  [[nodiscard]] VARIANT detach() {
+    const VARIANT result = value_;
+    VariantInit(&value_);
+    return result;
+  }
+
+  /// The value converted to `type` by the platform's rules; a failing conversion is raised.
+  [[nodiscard]] Variant as(VARTYPE type) const {
+    Variant result;
+    check(VariantChangeType(&result.value_, mutable_address(value_), 0, type));
+    return result;
+  }
+
+  [[nodiscard]] VARTYPE type() const { return value_.vt; }
+  [[nodiscard]] const VARIANT& get() const { return value_; }
+  operator const VARIANT&() const { return value_; }
+
+ private:
+  VARIANT value_;
+};
+
+/// True for an optional argument that the client left out.
+inline bool is_omitted(const VARIANT& argument) {
+  return argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND;
+}
+
+}  // namespace com

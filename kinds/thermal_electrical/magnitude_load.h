@@ -1,0 +1,19 @@
+#pragma once
+
+#include <array>
+
+#include "kinds/properties.h"
+#include "records/nodal_load.h"
+
+namespace orv {
+
+/// A load that is one number: what temperatures, voltages, currents and charges have in common.
+template <class Self, class Class, class ClassInterface>
+class MagnitudeLoad : public With<COrvelNodalLoadDbRecord<Self, Class, ClassInterface>, Magnitude> {
+ public:
+  static constexpr auto columns() {
+    return std::to_array<Column<Self>>({{L"Magnitude", &Self::magnitude_}});
+  }
+};
+
+}  // namespace orv

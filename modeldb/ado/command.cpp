@@ -1,0 +1,74 @@
+#include "modeldb/ado/command.h"
+
+#include "com/variant.h"
+#include "modeldb/ado/connection.h"
+#include "modeldb/ado/execution.h"
+#include "modeldb/ado/factories.h"
+#include "modeldb/engine/failure.h"
+
+namespace modeldb {
+namespace {
+
+void require_no_parameters(const VARIANT* parameters) {
+  if (!parameters || parameters->vt == VT_EMPTY || com::is_omitted(*parameters)) return;
+  fail(kFeatureNotAvailable,
+       L"A command of a model database takes no parameters. Write the values "
+       L"into its text.");
+}
+
+}  // namespace
+
+STDMETHODIMP AdoCommand::get_CommandText(BSTR* str) {
+  return com::boundary([&] { *str = com::Bstr(text_.view()).detach(); });
+}
+
+STDMETHODIMP AdoCommand::put_CommandText(BSTR str) {
+  return com::boundary([&] { text_ = com::Bstr(com::Bstr::view(str)); });
+}
+
+STDMETHODIMP AdoCommand::get_CommandType(CommandTypeEnum* cmd_type) {
+  *cmd_type = type_;
+  return S_OK;
+}
+
+STDMETHODIMP AdoCommand::put_CommandType(CommandTypeEnum cmd_type) {
+  type_ = cmd_type;
+  return S_OK;
+}
+
+STDMETHODIMP AdoCommand::Execute(VARIANT* records_affected, VARIANT* parameters, LONG options,
+                                 _Recordset** record_set) {
+  return com::boundary([&] {
+    require_no_parameters(parameters);
+    if (options == adOptionUnspecified) options = type_;
+    if (options == adExecuteNoRecords) options |= type_;
+    execute(*database_, text_.view(), records_affected, options, record_set);
+  });
+}
+
+STDMETHODIMP AdoCommand::get_ActiveConnection(_Connection** object) {
+  return com::boundary([&] { *object = make_connection(database_).detach(); });
+}
+
+STDMETHODIMP AdoCommand::putref_ActiveConnection(_Connection* object) {
+  return com::boundary([&] { database_ = database_of(object); });
+}
+
+STDMETHODIMP AdoCommand::put_ActiveConnection(VARIANT object) {
+  return com::boundary([&] {
+    com::Variant value;
+    com::check(VariantCopyInd(value.put(), &object));
+    database_ = database_of(value.type() == VT_DISPATCH ? value.get().pdispVal : nullptr);
+  });
+}
+
+STDMETHODIMP AdoCommand::get_State(LONG* state) {
+  *state = adStateClosed;
+  return S_OK;
+}
+
+com::Ptr<_Command> make_command(std::shared_ptr<Database> database) {
+  return com::Ptr<_Command>(com::make<AdoCommand>(std::move(database)).get());
+}
+
+}  // namespace modeldb

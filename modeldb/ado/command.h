@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include "com/bstr.h"
+#include "modeldb/ado/unavailable_command.h"
+#include "modeldb/engine/database.h"
+
+namespace modeldb {
+
+/// A text to be run on a model database.
+class AdoCommand : public UnavailableCommand {
+ public:
+  explicit AdoCommand(std::shared_ptr<Database> database) : database_(std::move(database)) {}
+
+  STDMETHODIMP get_CommandText(BSTR* str) override;
+  STDMETHODIMP put_CommandText(BSTR str) override;
+  STDMETHODIMP get_CommandType(CommandTypeEnum* cmd_type) override;
+  STDMETHODIMP put_CommandType(CommandTypeEnum cmd_type) override;
+  /// Options that tell no type of text leave it to CommandType. There are no parameters.
+  STDMETHODIMP Execute(VARIANT* records_affected, VARIANT* parameters, LONG options,
+                       _Recordset** record_set) override;
+
+  STDMETHODIMP get_ActiveConnection(_Connection** object) override;
+  STDMETHODIMP putref_ActiveConnection(_Connection* object) override;
+  STDMETHODIMP put_ActiveConnection(VARIANT object) override;
+  /// Closed whenever it can be asked: nothing runs in the background.
+  STDMETHODIMP get_State(LONG* state) override;
+
+ private:
+  std::shared_ptr<Database> database_;
+  com::Bstr text_;
+  CommandTypeEnum type_ = adCmdUnknown;
+};
+
+}  // namespace modeldb

@@ -1,0 +1,87 @@
+#include "modeldb/ado/connection.h"
+
+#include "com/bstr.h"
+#include "modeldb/ado/execution.h"
+#include "modeldb/ado/factories.h"
+#include "modeldb/engine/failure.h"
+
+namespace modeldb {
+namespace {
+
+/// Only AdoConnection answers it, by its _Connection: it tells the module's own connections from
+/// others, of which proxies are some.
+constexpr IID kOwnConnection = {
+    0x5f0d6f6b, 0x8a55, 0x4d0a, {0x9c, 0x1e, 0x2a, 0x74, 0x30, 0x9b, 0xd1, 0x66}};
+
+}  // namespace
+
+const std::shared_ptr<Database>& database_of(IDispatch* connection) {
+  com::Ptr<_Connection> own;
+  if (!connection || FAILED(connection->QueryInterface(kOwnConnection, own.put_void()))) {
+    fail(kInvalidConnection,
+         L"The connection is none of a model database opened in this process. "
+         L"Pass the Connection of an open ModelDatabase.");
+  }
+  return static_cast<AdoConnection*>(own.get())->database();
+}
+
+HRESULT AdoConnection::query_other(REFIID iid, void** out) {
+  return UnavailableConnection::query_other(
+      IsEqualIID(iid, kOwnConnection) ? __uuidof(Connection15) : iid, out);
+}
+
+STDMETHODIMP AdoConnection::Execute(BSTR command, VARIANT* records_affected, LONG options,
+                                    _Recordset** record_set) {
+  return com::boundary([&] {
+    execute(*database_, com::Bstr::view(command), records_affected, options, record_set);
+  });
+}
+
+STDMETHODIMP AdoConnection::BeginTrans(LONG* transaction_level) {
+  return com::boundary([&] {
+    database_->begin();
+    *transaction_level = 1;
+  });
+}
+
+STDMETHODIMP AdoConnection::CommitTrans() {
+  return com::boundary([&] { database_->commit(); });
+}
+
+STDMETHODIMP AdoConnection::RollbackTrans() {
+  return com::boundary([&] { database_->rollback(); });
+}
+
+STDMETHODIMP AdoConnection::get_State(LONG* state) {
+  *state = database_->is_open() ? adStateOpen : adStateClosed;
+  return S_OK;
+}
+
+STDMETHODIMP AdoConnection::get_ConnectionString(BSTR* str) {
+  return com::boundary([&] { *str = com::Bstr(database_->path()).detach(); });
+}
+
+STDMETHODIMP AdoConnection::get_Provider(BSTR* str) {
+  return com::boundary([&] { *str = com::Bstr(L"Orv_ModelDb").detach(); });
+}
+
+/// The version of ADO whose interfaces these are.
+STDMETHODIMP AdoConnection::get_Version(BSTR* str) {
+  return com::boundary([&] { *str = com::Bstr(L"2.8").detach(); });
+}
+
+STDMETHODIMP AdoConnection::get_Mode(ConnectModeEnum* mode) {
+  *mode = adModeReadWrite;
+  return S_OK;
+}
+
+STDMETHODIMP AdoConnection::get_CursorLocation(CursorLocationEnum* cursor_loc) {
+  *cursor_loc = adUseServer;
+  return S_OK;
+}
+
+com::Ptr<_Connection> make_connection(std::shared_ptr<Database> database) {
+  return com::Ptr<_Connection>(com::make<AdoConnection>(std::move(database)).get());
+}
+
+}  // namespace modeldb

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+
+#include "modeldb/ado/unavailable_connection.h"
+#include "modeldb/engine/database.h"
+
+namespace modeldb {
+
+/// The connection of a model database: runs texts, begins and ends transactions.
+class AdoConnection : public UnavailableConnection {
+ public:
+  explicit AdoConnection(std::shared_ptr<Database> database) : database_(std::move(database)) {}
+
+  [[nodiscard]] const std::shared_ptr<Database>& database() const { return database_; }
+
+  STDMETHODIMP Execute(BSTR command, VARIANT* records_affected, LONG options,
+                       _Recordset** record_set) override;
+  /// The level is 1: transactions do not nest.
+  STDMETHODIMP BeginTrans(LONG* transaction_level) override;
+  STDMETHODIMP CommitTrans() override;
+  STDMETHODIMP RollbackTrans() override;
+
+  STDMETHODIMP get_State(LONG* state) override;
+  /// The path of the model database's file.
+  STDMETHODIMP get_ConnectionString(BSTR* str) override;
+  STDMETHODIMP get_DefaultDatabase(BSTR* str) override { return get_ConnectionString(str); }
+  STDMETHODIMP get_Provider(BSTR* str) override;
+  STDMETHODIMP get_Version(BSTR* str) override;
+  STDMETHODIMP get_Mode(ConnectModeEnum* mode) override;
+  STDMETHODIMP get_CursorLocation(CursorLocationEnum* cursor_loc) override;
+
+ protected:
+  HRESULT query_other(REFIID iid, void** out) override;
+
+ private:
+  std::shared_ptr<Database> database_;
+};
+
+/// The database behind a connection of this module. kInvalidConnection: it is another's.
+const std::shared_ptr<Database>& database_of(IDispatch* connection);
+
+}  // namespace modeldb

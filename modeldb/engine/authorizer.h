@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "modeldb/engine/statement.h"
+
+struct sqlite3;
+
+namespace modeldb {
+
+/// Decides, while SQLite compiles a statement, whether its text may do what it says. What is not
+/// expressly allowed to the statement's author is refused.
+class Authorizer {
+ public:
+  void install(sqlite3* handle);
+
+  /// Who wrote the statement that is compiled, or compiled anew while it runs, from here on.
+  void begin(Trust trust) {
+    trust_ = trust;
+    refused_.clear();
+  }
+
+  /// What the statement wanted to do and may not, such as "change the schema"; empty when nothing
+  /// was refused.
+  [[nodiscard]] const std::wstring& refused() const { return refused_; }
+
+ private:
+  static int decide(void* self, int action, const char* first, const char* second,
+                    const char* database, const char* inner);
+  [[nodiscard]] bool allows(int action, const char* first, const char* second);
+
+  Trust trust_ = Trust::kRead;
+  std::wstring refused_;
+};
+
+}  // namespace modeldb

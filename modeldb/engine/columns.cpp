@@ -1,0 +1,134 @@
+#include "modeldb/engine/columns.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+
+#include "modeldb/engine/ascii.h"
+#include "modeldb/engine/failure.h"
+#include "modeldb/engine/tokeniser.h"
+#include "modeldb/engine/utf8.h"
+
+namespace modeldb {
+namespace {
+
+/// SQLite's answer; empty when it has none.
+std::wstring text_or_empty(const void* text) {
+  return text ? std::wstring(static_cast<const wchar_t*>(text)) : std::wstring();
+}
+
+/// Whether the word after a table's name in FROM is an alias: no keyword may be one unquoted.
+bool is_alias(const Token& token) {
+  return token.kind == TokenKind::kQuotedName ||
+         (token.kind == TokenKind::kName && token.keyword == Keyword::kNone);
+}
+
+std::wstring_view unquoted(const Token& token) {
+  return token.kind == TokenKind::kQuotedName ? token.text.substr(1, token.text.size() - 2)
+                                              : token.text;
+}
+
+/// Calls `visit(name, table)` for every table in the statement's FROM clauses with the name that it
+/// goes by there: its alias, or else its own.
+template <class Visit>
+void for_each_source(std::wstring_view sql, Visit&& visit) {
+  Tokeniser tokens(sql);
+  bool expects_table = false;
+  bool in_from = false;
+  for (Token token = tokens.next(); token.kind != TokenKind::kEnd;) {
+    if (!expects_table || token.is_operator(L'(')) {
+      if (token.keyword == Keyword::kFrom) in_from = true;
+      if (token.keyword == Keyword::kWhere || token.keyword == Keyword::kOn) in_from = false;
+      expects_table = token.keyword == Keyword::kFrom || token.keyword == Keyword::kJoin ||
+                      (in_from && token.is_operator(L','));
+      token = tokens.next();
+      continue;
+    }
+    const auto table = unquoted(token);
+    token = tokens.next();
+    if (token.keyword == Keyword::kAs) token = tokens.next();
+    visit(is_alias(token) ? unquoted(token) : table, table);
+    expects_table = false;
+  }
+}
+
+}  // namespace
+
+Columns::Columns(sqlite3_stmt* statement) {
+  const int count = sqlite3_column_count(statement);
+  columns_.reserve(count);
+  for (int i = 0; i < count; ++i) {
+    Column column{text_or_empty(sqlite3_column_name16(statement, i)),
+                  text_or_empty(sqlite3_column_table_name16(statement, i)),
+                  text_or_empty(sqlite3_column_origin_name16(statement, i)),
+                  text_or_empty(sqlite3_column_decltype16(statement, i))};
+    for (Column& other : columns_) {
+      if (!same_name(other.name, column.name)) continue;
+      other.ambiguous = column.ambiguous = true;
+    }
+    columns_.push_back(std::move(column));
+  }
+  for_each_source(from_utf8(sqlite3_sql(statement)), [&](auto name, auto table) {
+    sources_.push_back({std::wstring(name), std::wstring(table)});
+  });
+}
+
+int Columns::find(std::wstring_view name) const {
+  int found = find_by_name(name);
+  const auto dot = name.rfind(L'.');
+  if (found == kNotFound && dot != std::wstring_view::npos) {
+    found = find_by_origin(name.substr(0, dot), name.substr(dot + 1));
+  }
+  if (found == kAmbiguous) {
+    fail(kItemNotFound, L"The rows have several fields called " + quoted(name) +
+                            L". Give each a name of its own in the statement, with AS.");
+  }
+  if (found == kNotFound) {
+    fail(kItemNotFound, L"The rows have no field " + quoted(name) + L", only " + list() +
+                            L". Use one of these, or a statement that selects the field.");
+  }
+  return found;
+}
+
+int Columns::find_by_name(std::wstring_view name) const {
+  for (int tried = 0; tried < size(); ++tried) {
+    if (expected_next_ >= size()) expected_next_ = 0;
+    const int column = expected_next_++;
+    if (!same_name(columns_[column].name, name)) continue;
+    return columns_[column].ambiguous ? kAmbiguous : column;
+  }
+  return kNotFound;
+}
+
+int Columns::find_by_origin(std::wstring_view source, std::wstring_view name) const {
+  const std::wstring_view table = table_of(source);
+  int found = kNotFound;
+  for (int i = 0; i < size(); ++i) {
+    if (!same_name(columns_[i].table, table) || !same_name(columns_[i].origin, name)) continue;
+    if (found != kNotFound || is_joined_with_itself(table)) return kAmbiguous;
+    found = i;
+  }
+  return found;
+}
+
+/// The table that goes by `name` in the statement.
+std::wstring_view Columns::table_of(std::wstring_view name) const {
+  const auto source = std::ranges::find_if(
+      sources_, [&](const Source& candidate) { return same_name(candidate.name, name); });
+  return source == sources_.end() ? name : source->table;
+}
+
+/// SQLite tells the table of a column, but not which of its occurrences in the statement.
+bool Columns::is_joined_with_itself(std::wstring_view table) const {
+  return std::ranges::count_if(
+             sources_, [&](const Source& source) { return same_name(source.table, table); }) > 1;
+}
+
+std::wstring Columns::list() const {
+  std::wstring names;
+  for (const Column& column : columns_)
+    names.append(names.empty() ? L"" : L", ").append(column.name);
+  return names;
+}
+
+}  // namespace modeldb

@@ -1,0 +1,128 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "modeldb/engine/authorizer.h"
+#include "modeldb/engine/statement.h"
+#include "modeldb/engine/statement_cache.h"
+
+struct sqlite3;
+
+namespace modeldb {
+
+/// What became of a client's text.
+struct TextResult {
+  StatementLease query;           ///< empty unless the text is a query
+  std::int64_t changed_rows = 0;  ///< by a text that is none
+};
+
+/// A model database file, opened: its statements and transactions. Objects that work on it share it
+/// (std::shared_ptr); after close() each of their calls fails with kObjectClosed.
+///
+/// Foreign keys are not enforced: a record whose ID is still 0 writes its link rows with 0.
+/// A process that dies leaves the file as it was before the transaction that was open.
+class Database : public std::enable_shared_from_this<Database> {
+ public:
+  /// Opens the model database at `path`, or makes an empty one where there is no file or an empty
+  /// one. The schema of a new one is the caller's to make (schema_version() is 0).
+  /// kCannotOpenFile: no path, not accessible, not an SQLite database, or not a model database;
+  /// the file is left as it was.
+  static std::shared_ptr<Database> open(std::wstring_view path);
+  ~Database();
+
+  /// Rolls back what is not committed and closes the file, whoever still holds statements.
+  void close();
+  [[nodiscard]] bool is_open() const { return handle_ != nullptr; }
+  /// The full path of the file.
+  [[nodiscard]] const std::wstring& path() const { return path_; }
+
+  /// What the file says of its schema; 0 in a new one.
+  [[nodiscard]] int schema_version();
+  void set_schema_version(int version);
+
+  // The model database's own statements. `sql` is a text with parameters (?), kept in the cache.
+
+  /// The statement, ready for bind and step.
+  StatementLease prepare(std::wstring_view sql) { return prepare_as(Trust::kHost, sql); }
+
+  /// The statement with `values` bound to its parameters in order, ready for step.
+  template <class... Values>
+  StatementLease query(std::wstring_view sql, const Values&... values) {
+    StatementLease statement = prepare(sql);
+    int parameter = 0;
+    (statement->bind(++parameter, values), ...);
+    return statement;
+  }
+
+  /// Runs the statement to its end and returns the number of rows that it changed.
+  template <class... Values>
+  std::int64_t execute(std::wstring_view sql, const Values&... values) {
+    return run(*query(sql, values...));
+  }
+
+  // Texts of clients, as they reach ADO's objects. Only SELECT, INSERT, UPDATE and DELETE on the
+  // model's tables pass (Trust::kRead: SELECT alone), one statement at a time, without parameters;
+  // a refused text fails with kPermissionDenied before anything is done. Tables whose names begin
+  // with "orv_" are the model database's own and out of reach.
+
+  /// A query comes back with its literals bound, ready for step. Anything else is run at once;
+  /// BEGIN, COMMIT and ROLLBACK TRANSACTION act as begin(), commit() and rollback().
+  TextResult execute_text(std::wstring_view text, Trust trust);
+
+  // Transactions. Only one is open at a time; Savepoint nests inside it.
+
+  /// kInvalidTransaction: a transaction is open already.
+  void begin();
+  /// kInvalidTransaction: none is open, or the database had to roll it back.
+  void commit();
+  /// kInvalidTransaction: none is open.
+  void rollback();
+  [[nodiscard]] bool in_transaction() const { return in_transaction_; }
+
+  /// Key of the row that was inserted last.
+  [[nodiscard]] std::int64_t last_insert_id() const;
+  /// Rows changed since the database was opened, by whatever statement.
+  [[nodiscard]] std::int64_t total_changes() const;
+
+ private:
+  friend class Statement;
+
+  explicit Database(std::wstring_view path);
+
+  void open_file();
+  void protect();
+  void check_identity();
+  [[nodiscard]] bool is_empty();
+  void choose_journal();
+
+  StatementLease prepare_as(Trust author, std::wstring_view sql);
+  StatementLease prepare_bound(Trust author);
+  std::int64_t run(Statement& statement);
+  [[nodiscard]] std::int64_t setting(std::wstring_view name);
+  void set_setting(std::wstring_view name, std::int64_t value);
+
+  void require_open() const;
+  void require_transaction() const;
+  /// Whether SQLite had to roll back the open transaction by itself, for want of disk space, say.
+  [[nodiscard]] bool has_lost_transaction() const;
+  /// Nothing may be written in the belief that it is part of a transaction that is lost.
+  void require_transaction_alive() const;
+  void roll_back() noexcept;
+
+  /// Raises what SQLite answered, with a sentence. `sql` is the statement's text.
+  [[noreturn]] void fail_with(int result, std::wstring_view sql) const;
+  /// The text of a statement with its values.
+  static std::wstring text_of(sqlite3_stmt* statement);
+
+  std::wstring path_;
+  sqlite3* handle_ = nullptr;
+  Authorizer authorizer_;
+  StatementCache cache_;
+  BoundText bound_;  // the client text that was read last; kept for its capacity
+  bool in_transaction_ = false;
+};
+
+}  // namespace modeldb

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace modeldb {
+
+/// A value for a parameter of a statement. Text refers to characters that somebody else owns.
+using Literal = std::variant<std::int64_t, double, std::wstring_view>;
+
+/// A statement with parameters (?) and their values, in order. The values refer to the texts from
+/// which they were taken; those must live as long as this is used.
+struct BoundText {
+  std::wstring text;
+  std::vector<Literal> values;
+
+  void clear() {
+    text.clear();
+    values.clear();
+  }
+};
+
+}  // namespace modeldb

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string_view>
+
+#include "modeldb/engine/literal.h"
+
+namespace modeldb {
+
+// A record's texts of its own row: 'description', number, number, ... The description stands
+// between its quotes as it is, so that its end cannot be told from the text; whoever knows the
+// description says what it is. Everything else must be plain names and numbers. A text that is
+// anything else is refused with a sentence (kInvalidArgument), so that nothing in it can ever act
+// as SQL.
+
+/// Appends a values text, such as  'Tip load', 12, 250, -1  : a parameter for every value.
+void append_values(std::wstring_view values, std::wstring_view description, BoundText& out);
+
+/// Appends an assignments text, such as  Description = 'Tip load', VertexID = 12  : a parameter
+/// for every value.
+void append_assignments(std::wstring_view assignments, std::wstring_view description,
+                        BoundText& out);
+
+}  // namespace modeldb

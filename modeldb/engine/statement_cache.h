@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "modeldb/engine/statement.h"
+
+namespace modeldb {
+
+/// Prepared statements by their text and author, kept for the next use.
+class StatementCache {
+ public:
+  /// The statement of `sql`; a second one of its own when the cached one is in use.
+  StatementLease lease(Database& database, std::wstring_view sql, Trust trust);
+
+ private:
+  // A text of clients is rarely repeated word by word, except for its literals, which are no part
+  // of the key. The limit bounds what the rest may take.
+  static constexpr std::size_t kMaximumSize = 256;
+
+  struct Hash : std::hash<std::wstring_view> {
+    using is_transparent = void;
+  };
+  using Statements =
+      std::unordered_map<std::wstring, std::unique_ptr<Statement>, Hash, std::equal_to<>>;
+
+  static void make_room(Statements& statements);
+
+  Statements statements_[3];  // by Trust
+};
+
+}  // namespace modeldb

@@ -1,0 +1,29 @@
+#include "modeldb/objects/column_reader.h"
+
+#include "modeldb/engine/failure.h"
+
+namespace modeldb {
+
+ColumnReader::ColumnReader(IDispatch* recordset) {
+  const auto rows = com::Ptr<IDispatch>(recordset).query<Recordset15>();
+  if (!rows) fail(E_NOINTERFACE, L"The object to load from is no ADO Recordset.");
+  com::check(rows->get_Fields(fields_.put()), rows);
+}
+
+com::Variant ColumnReader::read(std::wstring_view column, VARTYPE type) const {
+  com::Ptr<Field> field;
+  com::check(fields_->get_Item(com::Variant(com::Bstr(column)), field.put()), fields_);
+  com::Variant value;
+  com::check(field->get_Value(value.put()), field);
+  return value.type() == type ? value : value.as(type);
+}
+
+std::optional<com::Variant> ColumnReader::try_read(std::wstring_view column, VARTYPE type) const {
+  try {
+    return read(column, type);
+  } catch (const com::Error&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace modeldb

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <msado15_backcompat.h>
+
+#include <optional>
+#include <string_view>
+
+#include "com/ptr.h"
+#include "com/variant.h"
+
+namespace modeldb {
+
+/// Reads columns of the row at which a client's recordset stands, by their bare names.
+class ColumnReader {
+ public:
+  /// Raises when the object is no recordset.
+  explicit ColumnReader(IDispatch* recordset);
+
+  /// Raises what the recordset answers when it has no such column, and a failing conversion.
+  [[nodiscard]] com::Variant read(std::wstring_view column, VARTYPE type) const;
+  /// Nothing when the recordset has no such column, or nothing of the type in it, such as NULL.
+  [[nodiscard]] std::optional<com::Variant> try_read(std::wstring_view column, VARTYPE type) const;
+
+ private:
+  com::Ptr<Fields> fields_;
+};
+
+}  // namespace modeldb

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "com/automation.h"
+#include "modeldb/library.h"
+#include "modeldb/objects/column_reader.h"
+#include "modeldb/objects/model_access.h"
+#include "modeldb/objects/row_image.h"
+#include "modeldb/store/record.h"
+
+namespace modeldb {
+
+/// An object that the model owns: a vertex or a set. It is saved and deleted by the record store
+/// under the same protocol as a record, but has neither vertex nor sets of its own.
+///
+/// Self supplies the codes of its kind's events and its table (kEventType, table()), and reads
+/// itself from rows (load_row).
+template <class Self, class Class, class Interface>
+class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
+ public:
+  STDMETHODIMP get_ID(long* pVal) override {
+    *pVal = id_;
+    return S_OK;
+  }
+
+  /// Another ID makes the object stand for another row, whose values it does not know yet; values
+  /// that were put stay put. 0 makes it new, with the values that it has.
+  STDMETHODIMP put_ID(long newVal) override {
+    return com::boundary([&] {
+      if (newVal != id_) image_.change_row(newVal == 0);
+      id_ = newVal;
+      dirty_ = 1;
+    });
+  }
+
+  STDMETHODIMP get_IsDirty(long* pVal) override {
+    *pVal = dirty_;
+    return S_OK;
+  }
+  STDMETHODIMP put_IsDirty(long newVal) override {
+    dirty_ = newVal;
+    return S_OK;
+  }
+
+  STDMETHODIMP LoadFromCurrentRecordsetPosition(IDispatch* pModelDatabase, IDispatch* pRs,
+                                                BSTR) override {
+    return com::boundary([&] {
+      if (!pRs) return;
+      const ColumnReader row(pRs);
+      id_ = row.read(Self::table().kind().key, VT_I4).get().lVal;
+      image_.forget();
+      self().load_row(pModelDatabase, row);
+      dirty_ = 0;
+    });
+  }
+
+  /// Writes the row, unless the model has it already as it is.
+  STDMETHODIMP Save(IDispatch* pModelDatabase, VARIANT vCascadeDown, VARIANT vCascadeUp) override {
+    return com::boundary([&] {
+      if (complete(pModelDatabase)) {
+        dirty_ = 0;
+        return S_OK;
+      }
+      const auto store = record_store(pModelDatabase);
+      return com::check(store->SaveRecord(this, vCascadeDown, vCascadeUp), store);
+    });
+  }
+
+  STDMETHODIMP Delete(IDispatch* pModelDatabase) override {
+    return com::boundary([&] {
+      const auto store = record_store(pModelDatabase);
+      return com::check(store->DeleteRecord(this), store);
+    });
+  }
+
+  STDMETHODIMP get_SqlString(long ossType, BSTR* pVal) override {
+    return com::boundary([&] { *pVal = image_.text(ossType).detach(); });
+  }
+
+  STDMETHODIMP FileOpHelper(IDispatch* pModelDatabase, long fohType, VARIANT, VARIANT) override {
+    return com::boundary([&] {
+      switch (static_cast<FileOp>(fohType)) {
+        case FileOp::kBeforeSave:
+          complete(pModelDatabase);
+          break;
+        case FileOp::kAfterSave:
+          image_.commit();
+          break;
+        case FileOp::kDelete:
+          break;
+      }
+    });
+  }
+
+  STDMETHODIMP get_EventObjectType(long* pVal) override {
+    *pVal = Self::kEventType;
+    return S_OK;
+  }
+
+  STDMETHODIMP get_Description(BSTR* pVal) override {
+    return com::boundary([&] { *pVal = com::Bstr(image_.description()).detach(); });
+  }
+  STDMETHODIMP put_Description(BSTR newVal) override {
+    return com::boundary([&] {
+      image_.put_description(com::Bstr::view(newVal));
+      dirty_ = 1;
+    });
+  }
+
+ protected:
+  HostObject() : image_(Self::table()) {}
+
+  [[nodiscard]] RowImage& image() { return image_; }
+  void touch() { dirty_ = 1; }
+
+  /// Takes what was not put from the stored row. True when the row says all that the object does;
+  /// false also when there is no such row, or no model of this module to look it up in.
+  bool complete(IDispatch* model_database) {
+    if (id_ == 0) return false;
+    const auto store = own_store(model_database);
+    if (!store) return false;
+    const auto row = Self::table().find(*store->model()->database(), id_);
+    return row && image_.complete(*row);
+  }
+
+ private:
+  Self& self() { return static_cast<Self&>(*this); }
+
+  long id_ = 0;
+  long dirty_ = 0;
+  RowImage image_;
+};
+
+}  // namespace modeldb

@@ -1,0 +1,30 @@
+#include "modeldb/objects/model.h"
+
+#include "modeldb/engine/failure.h"
+#include "modeldb/schema/tables.h"
+
+namespace modeldb {
+namespace {
+
+std::shared_ptr<Database> open_database(std::wstring_view location) {
+  if (location.starts_with(L"odbc:")) {
+    fail(kFeatureNotAvailable,
+         L"Models behind ODBC cannot be opened by this version. Pass the path "
+         L"of a model database file.");
+  }
+  return Database::open(location);
+}
+
+}  // namespace
+
+Model::Model(std::wstring_view location)
+    : catalogue_(Catalogue::instance()), database_(open_database(location)) {
+  try {
+    make_tables(*database_, catalogue_);
+  } catch (...) {
+    database_->close();
+    throw;
+  }
+}
+
+}  // namespace modeldb

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "modeldb/engine/database.h"
+#include "modeldb/objects/activation.h"
+#include "modeldb/schema/catalogue.h"
+
+namespace modeldb {
+
+/// An open model: its file with all tables, and what holds for as long as it is open.
+class Model {
+ public:
+  /// Opens the file, or makes it. Raises, with a sentence, when that cannot be done; an existing
+  /// file is left as it was.
+  explicit Model(std::wstring_view location);
+  Model(const Model&) = delete;
+  Model& operator=(const Model&) = delete;
+  /// Rolls back what is not committed, and closes the file whoever still uses the database.
+  ~Model() { database_->close(); }
+
+  [[nodiscard]] const Catalogue& catalogue() const { return catalogue_; }
+  [[nodiscard]] const std::shared_ptr<Database>& database() const { return database_; }
+
+  [[nodiscard]] bool is_modified() const { return modified_; }
+  void set_modified(bool modified) { modified_ = modified; }
+
+ private:
+  // First: the catalogue asks records, which create the model's objects.
+  Activation activation_;
+  const Catalogue& catalogue_;
+  std::shared_ptr<Database> database_;
+  bool modified_ = false;
+};
+
+}  // namespace modeldb

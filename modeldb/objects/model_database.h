@@ -1,0 +1,67 @@
+#pragma once
+
+#include <msado15_backcompat.h>
+
+#include <memory>
+
+#include "com/automation.h"
+#include "modeldb/library.h"
+#include "modeldb/objects/inherited.h"
+#include "modeldb/objects/model.h"
+#include "modeldb/objects/model_access.h"
+#include "modeldb/objects/reserved.h"
+
+namespace modeldb {
+
+using ModelDatabaseBase = ReservedDatabaseMembers<
+    Inheriting<com::DispatchObject<::ModelDatabase, IModelDatabaseFile, kLibrary, ModelAccess>,
+               IModelDatabase>>;
+
+/// A model database file as scripts open it, and as records and collections are passed it.
+///
+/// Every member that needs an open model fails with a sentence when none is open. What comes from a
+/// model (record store, connection, command, recordsets) fails likewise once it is closed.
+class ModelDatabase : public ModelDatabaseBase {
+ public:
+  // IModelDatabase
+
+  STDMETHODIMP get_Command(IDispatch** pVal) override;
+  STDMETHODIMP get_Connection(IDispatch** pVal) override;
+  STDMETHODIMP SetModified(long newVal) override;
+  STDMETHODIMP get_RecordStore(IRecordStore** pVal) override;
+
+  // IModelDatabaseFile
+
+  /// Opens the file at the path, or makes it when there is none. Fails, with a sentence, when a
+  /// model is open already, or when the path is that of anything else than a model; then nothing
+  /// has changed, neither here nor in the file.
+  STDMETHODIMP Open(BSTR bstrLocation) override;
+  /// Closes the model, if one is open. A transaction that is open is rolled back.
+  STDMETHODIMP Close() override;
+  STDMETHODIMP get_IsOpen(VARIANT_BOOL* pVal) override;
+  STDMETHODIMP get_Location(BSTR* pVal) override;
+  STDMETHODIMP get_Modified(VARIANT_BOOL* pVal) override;
+  /// A new collection with the table's records that meet the condition, in the order of their keys.
+  /// When a row cannot be loaded the call fails and names it.
+  STDMETHODIMP Load(BSTR bstrCollection, VARIANT vWhere, IDispatch** pVal) override;
+  STDMETHODIMP Query(BSTR bstrSql, IDispatch** pVal) override;
+
+  // ModelAccess
+
+  STDMETHODIMP_(RecordStore*) open_store() override { return store_.get(); }
+
+ protected:
+  void final_release() override { close(); }
+
+ private:
+  void open(std::wstring_view location);
+  void close();
+  [[nodiscard]] const std::shared_ptr<Model>& model() const;
+
+  std::shared_ptr<Model> model_;
+  com::Ptr<RecordStore> store_;
+  com::Ptr<_Connection> connection_;
+  com::Ptr<_Command> command_;
+};
+
+}  // namespace modeldb

@@ -1,0 +1,94 @@
+#include "modeldb/objects/row_image.h"
+
+#include <charconv>
+
+namespace modeldb {
+namespace {
+
+constexpr auto kCurrent = [](const auto& value) -> const auto& { return value.current; };
+constexpr auto kSaved = [](const auto& value) -> const auto& { return value.saved; };
+
+/// The shortest text that gives the number back exactly.
+std::wstring digits(double number) {
+  char text[32];
+  return {text, std::to_chars(text, std::end(text), number).ptr};
+}
+
+}  // namespace
+
+template <class T>
+void RowImage::Value<T>::change_row(bool is_new) {
+  if (origin != Origin::kStored) return;
+  if (is_new) {
+    origin = Origin::kPut;
+  } else {
+    *this = {};
+  }
+}
+
+template <class T>
+bool RowImage::Value<T>::complete(T stored) {
+  saved = stored;
+  if (origin != Origin::kPut) {
+    current = std::move(stored);
+    origin = Origin::kStored;
+  }
+  return current == saved;
+}
+
+void RowImage::change_row(bool is_new) {
+  description_.change_row(is_new);
+  for (auto& number : numbers(*this)) number.change_row(is_new);
+}
+
+bool RowImage::complete(const Statement& row) {
+  int column = 0;
+  bool same = description_.complete(std::wstring(row.text(column)));
+  for (auto& number : numbers(*this)) same &= number.complete(row.real(++column));
+  return same;
+}
+
+void RowImage::commit() {
+  description_.store(description_.current);
+  for (auto& number : numbers(*this)) number.store(number.current);
+}
+
+template <class Pick>
+std::wstring RowImage::values(Pick pick) const {
+  std::wstring text = L"'" + pick(description_) + L"'";
+  for (const auto& number : numbers(*this)) text += L", " + digits(pick(number));
+  return text;
+}
+
+template <class Pick>
+std::wstring RowImage::assignments(Pick pick) const {
+  auto column = table_.kind().columns.begin();
+  std::wstring text = column->name + L" = '" + pick(description_) + L"'";
+  for (const auto& number : numbers(*this)) {
+    text += L", " + (++column)->name + L" = " + digits(pick(number));
+  }
+  return text;
+}
+
+com::Bstr RowImage::text(long code) const {
+  switch (code) {
+    case 1:
+      return com::Bstr(table_.kind().table);
+    case 2:
+      return com::Bstr(table_.kind().key);
+    case 3:
+      return com::Bstr(table_.column_list());
+    case 4:
+      return com::Bstr(values(kCurrent));
+    case 5:
+      return com::Bstr(values(kSaved));
+    case 6:
+      return com::Bstr(assignments(kCurrent));
+    case 7:
+      return com::Bstr(assignments(kSaved));
+    default:
+      return com::Bstr(L"");
+  }
+}
+
+}  // namespace modeldb

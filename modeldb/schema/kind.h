@@ -1,0 +1,39 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace modeldb {
+
+enum class ColumnType { kInteger, kReal, kText };
+
+struct Column {
+  std::wstring name;
+  ColumnType type;
+};
+
+/// One kind of persistent object: the table of its rows, and the classes of its objects.
+struct Kind {
+  std::wstring object;  // "NodalForce"
+  std::wstring table;   // "NodalForces"
+  std::wstring key;     // "NodalForceID"
+  /// Without the key; Description is the first.
+  std::vector<Column> columns;
+  /// The table of the sets that its objects belong to, such as "LoadSets"; empty for none.
+  std::wstring sets;
+
+  IID object_interface;
+  CLSID object_class;
+  /// Null for a kind that has no collection.
+  CLSID collection_class;
+  IID collection_interface;
+
+  [[nodiscard]] bool has_collection() const { return !IsEqualCLSID(collection_class, CLSID_NULL); }
+
+  /// The table that links its objects to their sets.
+  [[nodiscard]] std::wstring link_table() const { return object + sets; }
+};
+
+}  // namespace modeldb

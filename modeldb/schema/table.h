@@ -1,0 +1,43 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "modeldb/engine/database.h"
+#include "modeldb/schema/kind.h"
+
+namespace modeldb {
+
+/// The statements on the rows of one kind, by their key. Values come in the order of the kind's
+/// columns.
+class Table {
+ public:
+  explicit Table(Kind kind);
+
+  [[nodiscard]] const Kind& kind() const { return kind_; }
+  /// "Description, VertexID, …", as SqlString 3 of an object of the kind says it.
+  [[nodiscard]] const std::wstring& column_list() const { return column_list_; }
+  /// "Description = ?, VertexID = ?, …"
+  [[nodiscard]] const std::wstring& assignments() const { return assignments_; }
+
+  /// Inserts a row under the key `id`, or under a new one when that is 0; returns the key.
+  long insert(Database& database, long id, std::span<const Literal> values) const;
+  /// False when no row has that key.
+  bool update(Database& database, long id, std::span<const Literal> values) const;
+  bool remove(Database& database, long id) const;
+
+  /// A query that stands at the row with that key, its columns those of the kind; empty when there
+  /// is no such row.
+  [[nodiscard]] StatementLease find(Database& database, long id) const;
+
+ private:
+  Kind kind_;
+  std::wstring column_list_;
+  std::wstring assignments_;
+  std::wstring insert_;
+  std::wstring update_;
+  std::wstring remove_;
+  std::wstring find_;
+};
+
+}  // namespace modeldb

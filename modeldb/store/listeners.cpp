@@ -1,0 +1,58 @@
+#include "modeldb/store/listeners.h"
+
+#include <dispex.h>
+
+#include <algorithm>
+
+namespace modeldb {
+namespace {
+
+bool same_object(const com::Ptr<IDispatch>& left, IDispatch* right) {
+  return left.query<IUnknown>().get() == com::Ptr<IDispatch>(right).query<IUnknown>().get();
+}
+
+/// Calls a method of an object that a script engine made; false when it has none of that name.
+/// Wine's VBScript knows the members of its objects by this interface alone.
+bool call_script(IDispatchEx& listener, const com::Bstr& method, DISPPARAMS& parameters) {
+  DISPID member = DISPID_UNKNOWN;
+  if (FAILED(listener.GetDispID(method.get(), fdexNameCaseInsensitive, &member))) return false;
+  listener.InvokeEx(member, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr, nullptr,
+                    nullptr);
+  return true;
+}
+
+void call(const com::Ptr<IDispatch>& listener, const com::Bstr& method, DISPPARAMS& parameters) {
+  if (const auto script = listener.query<IDispatchEx>()) {
+    if (call_script(*script, method, parameters)) return;
+  }
+  BSTR name = method.get();
+  DISPID member = DISPID_UNKNOWN;
+  if (FAILED(listener->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &member))) return;
+  listener->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
+                   nullptr, nullptr);
+}
+
+}  // namespace
+
+void Listeners::add(IDispatch* listener) {
+  const auto known = std::ranges::any_of(
+      listeners_, [&](const auto& candidate) { return same_object(candidate, listener); });
+  if (!known) listeners_.emplace_back(listener);
+}
+
+bool Listeners::remove(IDispatch* listener) {
+  return std::erase_if(listeners_,
+                       [&](const auto& candidate) { return same_object(candidate, listener); }) > 0;
+}
+
+void Listeners::notify(const wchar_t* method, long object_type, const com::Variant& subject) const {
+  const com::Bstr name(method);
+  // Arguments stand in reverse order.
+  VARIANT arguments[] = {subject.get(), com::Variant(object_type).get()};
+  DISPPARAMS parameters{arguments, nullptr, std::size(arguments), 0};
+  // A listener may come or go, or close the model, while it is called.
+  const auto listeners = listeners_;
+  for (const auto& listener : listeners) call(listener, name, parameters);
+}
+
+}  // namespace modeldb

@@ -1,0 +1,123 @@
+#include "modeldb/store/record.h"
+
+#include <charconv>
+
+#include "com/variant.h"
+#include "modeldb/engine/failure.h"
+
+namespace modeldb {
+namespace {
+
+const wchar_t* doing(FileOp operation) {
+  switch (operation) {
+    case FileOp::kBeforeSave:
+      return L"saving its vertex";
+    case FileOp::kAfterSave:
+      return L"saving its sets";
+    case FileOp::kDelete:
+      return L"deleting its links to sets";
+  }
+  return L"";
+}
+
+std::wstring hexadecimal(HRESULT result) {
+  char digits[8];
+  char* const end =
+      std::to_chars(digits, std::end(digits), static_cast<unsigned long>(result), 16).ptr;
+  return L"0x" + std::wstring(digits, end);
+}
+
+/// Every interface of a persistent object begins with the members of IPersistentObject.
+com::Ptr<IPersistentObject> query(IDispatch* object, const Kind& kind) {
+  com::Ptr<IPersistentObject> found;
+  object->QueryInterface(kind.object_interface, found.put_void());
+  return found;
+}
+
+}  // namespace
+
+Record::Record(const Table& table, com::Ptr<IPersistentObject> object)
+    : table_(&table), object_(std::move(object)) {
+  check(object_->get_ID(&id_), L"telling its ID");
+}
+
+void Record::check(HRESULT result, std::wstring_view doing) const {
+  if (SUCCEEDED(result)) return;
+  try {
+    com::raise_from(result, object_.get(), kind().object_interface);
+  } catch (const com::Error& error) {
+    if (error.info()) throw;
+  }
+  fail(result, name() + L" failed with error " + hexadecimal(result) + L" while " +
+                   std::wstring(doing) + L".");
+}
+
+void Record::set_id(long id) const { check(object_->put_ID(id), L"taking its ID"); }
+
+long Record::dirty() const {
+  long dirty = 0;
+  check(object_->get_IsDirty(&dirty), L"telling whether it has unsaved changes");
+  return dirty;
+}
+
+void Record::set_dirty(long dirty) const {
+  check(object_->put_IsDirty(dirty), L"being marked as saved");
+}
+
+com::Bstr Record::description() const {
+  com::Bstr text;
+  check(object_->get_Description(text.put()), L"telling its description");
+  return text;
+}
+
+long Record::event_type() const {
+  long type = 0;
+  check(object_->get_EventObjectType(&type), L"telling its event type");
+  return type;
+}
+
+com::Bstr Record::text(Piece piece) const {
+  com::Bstr text;
+  const HRESULT result = object_->get_SqlString(static_cast<long>(piece), text.put());
+  check(result, L"telling the values of its row");
+  return text;
+}
+
+void Record::file_operation(IModelDatabase* database, FileOp operation, bool cascade_down,
+                            bool cascade_up) const {
+  const HRESULT result =
+      object_->FileOpHelper(database, static_cast<long>(operation),
+                            com::Variant::boolean(cascade_down), com::Variant::boolean(cascade_up));
+  // By the contract a record that lacks its vertex or its sets answers E_POINTER, without words.
+  if (result == E_POINTER && operation == FileOp::kBeforeSave) {
+    fail(result, name() + L" has no vertex. Set its Vertex before it is saved.");
+  }
+  if (result == E_POINTER && operation == FileOp::kAfterSave && !kind().sets.empty()) {
+    fail(result, name() + L" has no " + kind().sets + L". Set its " + kind().sets +
+                     L", to an empty collection if need be, before it is saved.");
+  }
+  check(result, doing(operation));
+}
+
+std::wstring Record::name() const {
+  if (id_ == 0) return L"The new " + kind().object;
+  return kind().object + L" " + std::to_wstring(id_);
+}
+
+Record RecordFinder::find(IDispatch* object) {
+  if (!object) fail(E_POINTER, L"No record was passed to the record store.");
+  if (last_) {
+    if (auto found = query(object, last_->kind())) return {*last_, std::move(found)};
+  }
+  for (const Table& table : catalogue_.tables()) {
+    if (auto found = query(object, table.kind())) {
+      last_ = &table;
+      return {table, std::move(found)};
+    }
+  }
+  fail(E_NOINTERFACE,
+       L"The object that was passed to the record store is no record: the model has "
+       L"no table for it. Pass a record such as an Orv_Node.NodalForce.");
+}
+
+}  // namespace modeldb

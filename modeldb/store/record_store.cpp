@@ -1,0 +1,178 @@
+#include "modeldb/store/record_store.h"
+
+#include <utility>
+
+#include "modeldb/engine/failure.h"
+
+namespace modeldb {
+namespace {
+
+/// A cascade flag as the truth value that it stands for: true unless it says otherwise.
+bool is_true(const VARIANT& flag) {
+  VARIANT converted;
+  VariantInit(&converted);
+  const HRESULT result = VariantChangeType(&converted, com::mutable_address(flag), 0, VT_BOOL);
+  return FAILED(result) || converted.boolVal != VARIANT_FALSE;
+}
+
+/// An array of 32-bit integers as an array of variants, the only one that VBScript can index.
+com::Variant for_scripts(const VARIANT& ids) {
+  if (ids.vt != (VT_ARRAY | VT_I4) || SafeArrayGetDim(ids.parray) != 1) return com::Variant(ids);
+  const auto* const numbers = static_cast<const long*>(ids.parray->pvData);
+  const ULONG count = ids.parray->rgsabound[0].cElements;
+
+  com::Variant result;
+  VARIANT* const array = result.put();
+  array->parray = SafeArrayCreateVector(VT_VARIANT, 0, count);
+  if (!array->parray) throw std::bad_alloc();
+  array->vt = VT_ARRAY | VT_VARIANT;
+  auto* const elements = static_cast<VARIANT*>(array->parray->pvData);
+  for (ULONG index = 0; index < count; ++index) {
+    elements[index].vt = VT_I4;
+    elements[index].lVal = numbers[index];
+  }
+  return result;
+}
+
+}  // namespace
+
+RecordStore::RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner)
+    : model_(std::move(model)), owner_(owner), finder_(model_->catalogue()) {}
+
+void RecordStore::disconnect() {
+  model_.reset();
+  owner_ = nullptr;
+  listeners_ = {};
+}
+
+std::shared_ptr<Model> RecordStore::model() const {
+  if (!model_) {
+    fail(kObjectClosed,
+         L"The model of this record store is closed. Open it anew and take the "
+         L"RecordStore of the model database.");
+  }
+  return model_;
+}
+
+STDMETHODIMP RecordStore::SaveRecord(IDispatch* record, VARIANT vCascadeDown, VARIANT vCascadeUp) {
+  return com::boundary([&] {
+    const auto open_model = model();
+    const Record found = finder_.find(record);
+    save(*open_model, found, is_true(vCascadeDown), is_true(vCascadeUp));
+    send_queued();
+  });
+}
+
+void RecordStore::save(Model& model, const Record& record, bool cascade_down, bool cascade_up) {
+  // The record calls the model database back; neither may go meanwhile.
+  const com::Ptr<IModelDatabase> database(owner_);
+  begin_change(model, true);
+  Change change(log_, *model.database());
+  const long dirty_before = record.dirty();
+  record.file_operation(database.get(), FileOp::kBeforeSave, cascade_down, cascade_up);
+  const long id = write_row(*model.database(), record);
+  log_.touched.push_back({record, dirty_before});
+  if (record.id() == 0) record.set_id(id);
+  record.file_operation(database.get(), FileOp::kAfterSave, cascade_down, cascade_up);
+  record.set_dirty(0);
+  queue(Event::Type::kSaved, record, id);
+  change.keep();
+  model.set_modified(true);
+}
+
+long RecordStore::write_row(Database& database, const Record& record) {
+  const long id = record.id();
+  if (id == 0) {
+    values_.read_for_insert(record);
+    return record.table().insert(database, 0, values_.get());
+  }
+  values_.read_for_update(record);
+  if (!record.table().update(database, id, values_.get())) {
+    record.table().insert(database, id, values_.get());
+  }
+  return id;
+}
+
+STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
+  return com::boundary([&] {
+    const auto open_model = model();
+    remove(*open_model, finder_.find(record));
+    send_queued();
+  });
+}
+
+void RecordStore::remove(Model& model, const Record& record) {
+  const com::Ptr<IModelDatabase> database(owner_);
+  require_text(record, Piece::kTable, record.kind().table);
+  require_text(record, Piece::kKeyColumn, record.kind().key);
+  begin_change(model, true);
+  Change change(log_, *model.database());
+  record.file_operation(database.get(), FileOp::kDelete, true, true);
+  if (!record.table().remove(*model.database(), record.id())) {
+    fail(kItemNotFound, record.name() + L" is not in the model, so that it cannot be deleted.");
+  }
+  queue(Event::Type::kDeleted, record, record.id());
+  change.keep();
+  model.set_modified(true);
+}
+
+void RecordStore::begin_change(Model& model, bool record_by_record) {
+  if (is_changing()) return;
+  const bool suspended = events_.is_suspended(model.database()->in_transaction());
+  record_by_record_ = record_by_record && !suspended && !listeners_.empty();
+}
+
+void RecordStore::queue(Event::Type type, const Record& record, long id) {
+  if (record_by_record_) log_.events.push_back({type, record.event_type(), id});
+}
+
+void RecordStore::send_queued() {
+  if (is_changing() || log_.events.empty()) return;
+  for (const Event& event : std::exchange(log_.events, {})) {
+    const bool saved = event.type == Event::Type::kSaved;
+    listeners_.notify(saved ? L"RecordSaved" : L"RecordDeleted", event.object_type,
+                      com::Variant(event.id));
+  }
+}
+
+STDMETHODIMP RecordStore::RecordsSaved(long eventObjectType, VARIANT ids) {
+  return com::boundary([&] {
+    (void)model();
+    if (listeners_.empty()) return;
+    listeners_.notify(L"RecordsSaved", eventObjectType, for_scripts(ids));
+  });
+}
+
+STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
+  return com::boundary([&] {
+    (void)model();
+    if (listeners_.empty()) return;
+    listeners_.notify(L"RecordsDeleted", eventObjectType, for_scripts(ids));
+  });
+}
+
+STDMETHODIMP RecordStore::EventsEnabled(long flag) {
+  return com::boundary([&] {
+    (void)model();
+    flag == 0 ? events_.suspend() : events_.resume();
+  });
+}
+
+STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {
+  return com::boundary([&] {
+    (void)model();
+    if (!pListener) fail(E_POINTER, L"Advise was given no object to notify.");
+    listeners_.add(pListener);
+  });
+}
+
+STDMETHODIMP RecordStore::Unadvise(IDispatch* pListener) {
+  return com::boundary([&] {
+    (void)model();
+    if (!listeners_.remove(pListener)) {
+      fail(kItemNotFound, L"The object passed to Unadvise is not being notified.");
+    }
+  });
+}
+
+}  // namespace modeldb

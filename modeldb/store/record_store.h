@@ -1,0 +1,92 @@
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "com/automation.h"
+#include "modeldb/library.h"
+#include "modeldb/objects/inherited.h"
+#include "modeldb/objects/model.h"
+#include "modeldb/objects/reserved.h"
+#include "modeldb/store/change_log.h"
+#include "modeldb/store/event_switch.h"
+#include "modeldb/store/listeners.h"
+#include "modeldb/store/row_values.h"
+
+namespace modeldb {
+
+using RecordStoreBase = ReservedStoreMembers<
+    Inheriting<com::DispatchObject<::RecordStore, IObservableRecordStore, kLibrary>, IRecordStore>>;
+
+/// Writes and deletes the rows of records, each whole or not at all, in the client's transaction or
+/// else in one of its own, and tells those who listen once it is done.
+class RecordStore : public RecordStoreBase {
+ public:
+  /// The store of an open model; `owner` is its model database, which calls disconnect() before it
+  /// goes.
+  RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner);
+
+  /// The model is closed: from here on every member fails with a sentence, and nobody listens.
+  void disconnect();
+
+  /// The open model, for as long as the result is held. Raises when it is closed.
+  [[nodiscard]] std::shared_ptr<Model> model() const;
+
+  /// Runs `work`, which saves or deletes objects through this store, as one change. Inside another
+  /// change, that is all. Otherwise its notifications one by one are left out; the caller sends one
+  /// instead.
+  template <class Work>
+  void change_together(Work&& work);
+  [[nodiscard]] bool is_changing() const { return log_.depth > 0; }
+
+  // IRecordStore
+
+  /// Inserts the row of a record whose ID is 0 and gives it its key; otherwise updates the row with
+  /// that ID or, when there is none, such as after a deletion or in another model, inserts it under
+  /// that ID. Writes vertex, links and sets as the flags say; an omitted flag is true.
+  STDMETHODIMP SaveRecord(IDispatch* record, VARIANT vCascadeDown, VARIANT vCascadeUp) override;
+  /// Deletes the row and its links. The record keeps its ID. Fails when the model has no such row.
+  STDMETHODIMP DeleteRecord(IDispatch* record) override;
+  STDMETHODIMP RecordsSaved(long eventObjectType, VARIANT ids) override;
+  STDMETHODIMP RecordsDeleted(long eventObjectType, VARIANT ids) override;
+  /// 0 suspends notification record by record, anything else resumes it. A suspension ends at the
+  /// latest with the transaction that is open during it.
+  STDMETHODIMP EventsEnabled(long flag) override;
+
+  // IObservableRecordStore
+
+  STDMETHODIMP Advise(IDispatch* pListener) override;
+  STDMETHODIMP Unadvise(IDispatch* pListener) override;
+
+ private:
+  void save(Model& model, const Record& record, bool cascade_down, bool cascade_up);
+  long write_row(Database& database, const Record& record);
+  void remove(Model& model, const Record& record);
+
+  /// Decides, before an outermost change begins, whether it is notified of record by record.
+  void begin_change(Model& model, bool record_by_record);
+  /// Notes a notification that is due once the outermost change is kept.
+  void queue(Event::Type type, const Record& record, long id);
+  void send_queued();
+
+  std::shared_ptr<Model> model_;
+  IModelDatabase* owner_;
+  RecordFinder finder_;
+  RowValues values_;
+  ChangeLog log_;
+  EventSwitch events_;
+  bool record_by_record_ = false;
+  Listeners listeners_;
+};
+
+template <class Work>
+void RecordStore::change_together(Work&& work) {
+  const auto open_model = model();
+  if (is_changing()) return work();
+  begin_change(*open_model, false);
+  Change change(log_, *open_model->database());
+  work();
+  change.keep();
+}
+
+}  // namespace modeldb

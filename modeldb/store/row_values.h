@@ -1,0 +1,36 @@
+#pragma once
+
+#include "modeldb/engine/literal.h"
+#include "modeldb/store/record.h"
+
+namespace modeldb {
+
+/// The values of a record's row, taken out of the record's own texts so that they can be bound.
+///
+/// The texts are not trusted: table and columns must be those of the record's kind, the description
+/// the record's property, and every other value a number. Whatever else is in them is refused with
+/// a sentence that names the record.
+class RowValues {
+ public:
+  /// Reads the row as an INSERT writes it.
+  void read_for_insert(const Record& record);
+  /// Reads the row as an UPDATE writes it.
+  void read_for_update(const Record& record);
+
+  /// One value for each column of the kind, in their order. Valid until the next read.
+  [[nodiscard]] const std::vector<Literal>& get() const { return bound_.values; }
+
+ private:
+  template <class Append>
+  void read(const Record& record, Piece piece, Append append);
+
+  // Kept from record to record, for their capacity and since the values refer to them.
+  com::Bstr description_;
+  com::Bstr text_;
+  BoundText bound_;
+};
+
+/// Raises, with a sentence, unless the record's `piece` is `expected`.
+void require_text(const Record& record, Piece piece, std::wstring_view expected);
+
+}  // namespace modeldb

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string_view>
+
+#include "com/bstr.h"
+
+namespace orv {
+
+/// `text` without white space at its ends, white space as the C library classifies it.
+std::wstring_view trimmed(std::wstring_view text);
+
+/// A record's description: as it is now, and as it was last loaded or committed.
+class Description {
+ public:
+  /// Both are empty, not null.
+  Description() : current_(std::wstring_view()), saved_(std::wstring_view()) {}
+
+  [[nodiscard]] std::wstring_view current() const { return current_.view(); }
+  [[nodiscard]] std::wstring_view saved() const { return saved_.view(); }
+
+  /// Takes a copy of `text` up to its first NUL, trimmed; null stays null.
+  void assign(BSTR text);
+
+  /// Takes the text of the row as both.
+  void load(std::wstring_view text) {
+    current_ = com::Bstr(text);
+    commit();
+  }
+
+  void commit() { saved_ = current_; }
+
+  /// Trims what is held and returns a copy of it; null when there is none.
+  com::Bstr trimmed_copy();
+
+ private:
+  com::Bstr current_;
+  com::Bstr saved_;
+};
+
+}  // namespace orv

@@ -1,0 +1,77 @@
+#include "records/host.h"
+
+namespace orv {
+namespace {
+
+// A text to run whose rows, if any, nobody wants.
+constexpr LONG kRunOnly = static_cast<LONG>(adCmdText) | static_cast<LONG>(adExecuteNoRecords);
+
+struct CascadeFlag {
+  bool value;
+  HRESULT status;
+};
+
+/// A flag that does not convert, such as an omitted one, counts as true. The conversion works on a
+/// copy: a string in the argument belongs to the caller.
+CascadeFlag to_flag(const VARIANT& argument) {
+  VARIANT converted;
+  VariantInit(&converted);
+  const HRESULT status = VariantChangeType(&converted, com::mutable_address(argument), 0, VT_BOOL);
+  return {FAILED(status) || converted.boolVal != VARIANT_FALSE, status};
+}
+
+}  // namespace
+
+// The two steps of CoCreateInstance, which by itself looks into the registry for a substitute of
+// the class at every call. Beside a host that registers its class objects with the process, that
+// takes a hundred times as long as the creation.
+com::Ptr<IUnknown> create_host_object(REFCLSID clsid) {
+  com::Ptr<IClassFactory> class_object;
+  com::Ptr<IUnknown> object;
+  if (FAILED(CoGetClassObject(clsid, CLSCTX_ALL, nullptr, __uuidof(IClassFactory),
+                              class_object.put_void())) ||
+      FAILED(class_object->CreateInstance(nullptr, __uuidof(IUnknown), object.put_void())) ||
+      FAILED(OleRun(object.get()))) {
+    return nullptr;
+  }
+  return object;
+}
+
+com::Ptr<IModelDatabase> model_database(IDispatch* argument) {
+  com::require(argument);
+  com::Ptr<IModelDatabase> database;
+  const HRESULT result = argument->QueryInterface(__uuidof(IModelDatabase), database.put_void());
+  if (result != E_NOINTERFACE) com::check(result);
+  return com::require(std::move(database));
+}
+
+com::Ptr<IRecordStore> record_store(const com::Ptr<IModelDatabase>& database) {
+  com::Ptr<IRecordStore> store;
+  com::check(database->get_RecordStore(store.put()), database);
+  return com::require(std::move(store));
+}
+
+FileOperation::FileOperation(IDispatch* database, const VARIANT& cascade_down,
+                             const VARIANT& cascade_up)
+    : cascade_down_(to_flag(cascade_down).value) {
+  const CascadeFlag up = to_flag(cascade_up);
+  cascade_up_ = up.value;
+  base_result_ = up.status;
+
+  database_ = model_database(database);
+  com::Ptr<IDispatch> command;
+  com::check(database_->get_Command(command.put()), database_);
+  com::Ptr<IDispatch> connection;
+  com::check(database_->get_Connection(connection.put()), database_);
+  if (command) command_ = require_interface<Command15>(command.get());
+}
+
+void FileOperation::execute(std::wstring_view statement) const {
+  com::require(command_);
+  com::check(command_->put_CommandText(com::Bstr(statement).get()), command_);
+  com::Ptr<_Recordset> ignored;
+  com::check(command_->Execute(nullptr, nullptr, kRunOnly, ignored.put()), command_);
+  database_->SetModified(1);
+}
+
+}  // namespace orv

@@ -1,0 +1,137 @@
+// What a collection holds, apart from any database.
+
+#include "tests/collections/collection.h"
+
+namespace {
+
+/// An object that is no record and does something when it goes.
+class Watcher final : public fake::Object<IDispatch> {
+ public:
+  Watcher(fake::Journal& journal, std::function<void()> on_end)
+      : Object(journal, "watcher"), on_end_(std::move(on_end)) {}
+  ~Watcher() override { on_end_(); }
+
+ private:
+  std::function<void()> on_end_;
+};
+
+TEST_F(CollectionTest, ItemsComeInTheOrderInWhichTheyWereAdded) {
+  EXPECT_EQ(count(), 0);
+  add("a", 5);
+  add("b", 3);
+  EXPECT_EQ(count(), 2);
+  EXPECT_EQ(item(0), "a");
+  EXPECT_EQ(item(1), "b");
+}
+
+TEST_F(CollectionTest, IndexesOutsideAreRefused) {
+  add("a", 1);
+  for (const int index : {-1, 1, INT_MIN, INT_MAX}) {
+    IDispatch* found = host.database.get();
+    EXPECT_EQ(collection_->Item(index, &found), E_INVALIDARG);
+    EXPECT_EQ(found, nullptr);
+    EXPECT_EQ(collection_->Remove(index), E_INVALIDARG);
+  }
+  EXPECT_EQ(count(), 1);
+}
+
+TEST_F(CollectionTest, AnyObjectIsAcceptedButOnlyTheKindIsGivenOut) {
+  add(record<NodalMoment, INodalMoment>("moment", 4));
+  add(com::Ptr<IDispatch>(host.database.get()));
+  EXPECT_EQ(count(), 2);
+  com::Ptr<IDispatch> found;
+  EXPECT_EQ(collection_->Item(0, found.put()), E_NOINTERFACE);
+  EXPECT_EQ(collection_->Item(1, found.put()), E_NOINTERFACE);
+  EXPECT_EQ(index_of(4), 0);
+}
+
+TEST_F(CollectionTest, NullIsNotAdded) {
+  EXPECT_EQ(collection_->Add(nullptr), E_POINTER);
+  EXPECT_EQ(count(), 0);
+}
+
+TEST_F(CollectionTest, IdentifierIsFoundWhereItWasFirstAdded) {
+  const auto twice = record("a", 8);
+  add(twice);
+  add("b", 9);
+  add(twice);
+  add("c", 8);
+  EXPECT_EQ(count(), 4);
+  EXPECT_EQ(index_of(8), 0);
+  EXPECT_EQ(index_of(9), 1);
+  EXPECT_EQ(index_of(10), -1);
+}
+
+TEST_F(CollectionTest, IdentifierIsThatOfTheTimeOfAdding) {
+  const auto changing = record("a", 0);
+  add(changing);
+  changing.query<INodalForce>()->put_ID(6);
+  EXPECT_EQ(index_of(0), 0);
+  EXPECT_EQ(index_of(6), -1);
+  // A removal forgets the identifier that the record has by then.
+  EXPECT_EQ(collection_->Remove(0), S_OK);
+  EXPECT_EQ(index_of(0), 0);
+}
+
+TEST_F(CollectionTest, RemovalMovesItemsDownButNotTheirRecordedPositions) {
+  for (const long id : {1, 2, 3}) add(std::string(1, static_cast<char>('a' + id)), id);
+  EXPECT_EQ(collection_->Remove(0), S_OK);
+  EXPECT_EQ(count(), 2);
+  EXPECT_EQ(item(0), "c");
+  EXPECT_EQ(index_of(1), -1);
+  EXPECT_EQ(index_of(2), 1);
+  EXPECT_EQ(index_of(3), 2);
+  EXPECT_EQ(collection_->Remove(1), S_OK);
+  EXPECT_EQ(item(0), "c");
+  EXPECT_EQ(index_of(3), -1);
+}
+
+TEST_F(CollectionTest, RemovedItemIsReleased) {
+  const long before = host.objects_kept_by_others();
+  add("a", 1);
+  EXPECT_GT(host.objects_kept_by_others(), before);
+  collection_->Remove(0);
+  EXPECT_EQ(host.objects_kept_by_others(), before);
+}
+
+TEST_F(CollectionTest, ClearForgetsItemsAndIdentifiers) {
+  EXPECT_EQ(collection_->Clear(), S_OK);
+  add("a", 1);
+  add("b", 1);
+  add("c", 2);
+  EXPECT_EQ(collection_->Clear(), S_OK);
+  EXPECT_EQ(count(), 0);
+  EXPECT_EQ(index_of(1), -1);
+  EXPECT_EQ(index_of(2), -1);
+  EXPECT_TRUE(host.journal.lines().empty());
+}
+
+TEST_F(CollectionTest, ItemThatUsesTheCollectionWhenItGoesFindsItWhole) {
+  for (int way = 0; way < 3; ++way) {
+    SCOPED_TRACE(way);
+    bool gone = false;
+    const auto watch = [&] {
+      gone = true;
+      EXPECT_LT(count(), 3);
+      collection_->Clear();
+    };
+    add("a", 1);
+    add(com::Ptr<IDispatch>(new Watcher(host.journal, watch)));
+    add("b", 2);
+    switch (way) {
+      case 0:
+        EXPECT_EQ(collection_->Remove(1), S_OK);
+        break;
+      case 1:
+        EXPECT_EQ(collection_->Clear(), S_OK);
+        break;
+      case 2:
+        EXPECT_EQ(collection_->Delete(host.database.get()), S_OK);
+        break;
+    }
+    EXPECT_TRUE(gone);
+    EXPECT_EQ(count(), 0);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,291 @@
+#include <gmock/gmock.h>
+
+#include <functional>
+
+#include "modeldb/engine/failure.h"
+#include "tests/engine/ado_fixture.h"
+
+namespace modeldb {
+namespace {
+
+using com::Bstr;
+using com::Ptr;
+using com::Variant;
+using testing::HasSubstr;
+
+TEST_F(Ado, RecordsetWalksTheRowsOfAQuery) {
+  const auto rows = rows_of(L"SELECT * FROM Forces ORDER BY ForceID");
+  EXPECT_EQ(rows->MoveFirst(), S_OK);
+  ASSERT_FALSE(at_end(rows));
+  EXPECT_EQ(value(rows, L"ForceID").get().lVal, 1);
+  EXPECT_EQ(value(rows, L"magnitude").get().dblVal, 2.5);
+  EXPECT_EQ(rows->MoveNext(), S_OK);
+  EXPECT_EQ(Bstr::view(value(rows, L"Description").get().bstrVal), L"Bob's");
+  EXPECT_EQ(value(rows, L"Magnitude").type(), VT_NULL);
+  EXPECT_EQ(rows->MoveNext(), S_OK);
+  EXPECT_TRUE(at_end(rows));
+  EXPECT_EQ(rows->Close(), S_OK);
+}
+
+TEST_F(Ado, RecordsetWithoutRowsHasNoFirstAndThatIsNoError) {
+  const auto rows = rows_of(L"SELECT * FROM Forces WHERE ForceID = 17");
+  EXPECT_EQ(rows->MoveFirst(), S_OK);
+  EXPECT_TRUE(at_end(rows));
+  VARIANT_BOOL begin = 0;
+  EXPECT_EQ(rows->get_BOF(&begin), S_OK);
+  EXPECT_EQ(begin, VARIANT_TRUE);
+  EXPECT_EQ(rows->MoveNext(), kNoCurrentRecord);
+  EXPECT_THAT(last_sentence(), HasSubstr(L"Ask EOF before"));
+}
+
+TEST_F(Ado, MoveFirstAfterMovingReadsTheRowsAnew) {
+  const auto rows = rows_of(L"SELECT * FROM Forces WHERE ForceID > 0 ORDER BY ForceID");
+  while (!at_end(rows)) rows->MoveNext();
+  execute(L"UPDATE Forces SET Magnitude = 7 WHERE ForceID = 1");
+  EXPECT_EQ(rows->MoveFirst(), S_OK);
+  EXPECT_EQ(value(rows, L"ForceID").get().lVal, 1);
+  EXPECT_EQ(value(rows, L"Magnitude").get().dblVal, 7);
+}
+
+TEST_F(Ado, ReadingPastTheLastRowIsAnErrorWithASentence) {
+  const auto rows = rows_of(L"SELECT * FROM Forces WHERE ForceID = 1");
+  const auto magnitude = field(rows, Variant(Bstr(L"Magnitude")));
+  EXPECT_EQ(rows->MoveNext(), S_OK);
+  Variant ignored;
+  EXPECT_EQ(magnitude->get_Value(ignored.put()), kNoCurrentRecord);
+  EXPECT_THAT(last_sentence(), HasSubstr(L"stands on no row"));
+  EXPECT_EQ(rows->MoveNext(), kNoCurrentRecord);
+}
+
+TEST_F(Ado, FieldsAreFoundByNameNumberAndTable) {
+  const auto rows =
+      rows_of(L"SELECT F.*, L.* FROM Forces F LEFT JOIN ForceLoadSets L ON F.ForceID = L.ForceID");
+  EXPECT_EQ(value(rows, L"F.ForceID").get().lVal, 1);
+  EXPECT_EQ(value(rows, L"L.ForceID").type(), VT_NULL);
+  Variant magnitude;
+  EXPECT_EQ(field(rows, Variant(2))->get_Value(magnitude.put()), S_OK);
+  EXPECT_EQ(magnitude.get().dblVal, 2.5);
+
+  Ptr<Fields> fields;
+  rows->get_Fields(fields.put());
+  for (const auto& index :
+       {Variant(Bstr(L"ForceID")), Variant(Bstr(L"Nothing")), Variant(5), Variant(-1)}) {
+    Ptr<Field> none;
+    EXPECT_EQ(fields->get_Item(index, none.put()), kItemNotFound);
+    EXPECT_FALSE(last_sentence().empty());
+    EXPECT_FALSE(none);
+  }
+}
+
+TEST_F(Ado, AFieldIsALiveViewAndMayOutliveEverythingElse) {
+  auto rows = rows_of(L"SELECT Description FROM Forces ORDER BY ForceID");
+  const auto description = field(rows, Variant(0));
+  EXPECT_EQ(field(rows, Variant(0)).get(), description.get());
+  rows->MoveNext();
+  Variant text;
+  EXPECT_EQ(description->get_Value(text.put()), S_OK);
+  EXPECT_EQ(Bstr::view(text.get().bstrVal), L"Bob's");
+  rows.reset();
+  connection_.reset();
+  EXPECT_EQ(description->get_Value(text.put()), S_OK);
+}
+
+TEST_F(Ado, AFieldOfAnEarlierQueryFailsWhenTheNextOneHasFewer) {
+  const auto rows = rows_of(L"SELECT * FROM Forces");
+  const auto third = field(rows, Variant(2));
+  rows->Close();
+  ASSERT_EQ(open(rows, L"SELECT ForceID FROM Forces"), S_OK);
+  Variant ignored;
+  EXPECT_EQ(third->get_Value(ignored.put()), kItemNotFound);
+}
+
+TEST_F(Ado, FieldsTellTheirTypes) {
+  const auto rows = rows_of(L"SELECT *, Magnitude + 1 FROM Forces");
+  const DataTypeEnum expected[] = {adInteger, adVarWChar, adDouble, adVariant};
+  for (int i = 0; i < 4; ++i) {
+    DataTypeEnum type{};
+    EXPECT_EQ(field(rows, Variant(i))->get_Type(&type), S_OK);
+    EXPECT_EQ(type, expected[i]) << i;
+  }
+}
+
+TEST_F(Ado, ValuesComeInTypesThatScriptsComputeWith) {
+  const auto rows = rows_of(
+      L"SELECT 2147483647 AS a, -2147483649 AS b, 9007199254740993 AS c, "
+      L"x'01ff' AS d, '' AS e, 1e300 AS f");
+  EXPECT_EQ(value(rows, L"a").type(), VT_I4);
+  EXPECT_EQ(value(rows, L"b").get().dblVal, -2147483649.0);
+  const auto exact = value(rows, L"c");
+  EXPECT_EQ(exact.type(), VT_DECIMAL);
+  EXPECT_EQ(Bstr::view(exact.as(VT_BSTR).get().bstrVal), L"9007199254740993");
+  EXPECT_EQ(value(rows, L"d").type(), VT_ARRAY | VT_UI1);
+  EXPECT_EQ(value(rows, L"e").type(), VT_BSTR);
+  EXPECT_EQ(value(rows, L"f").get().dblVal, 1e300);
+}
+
+TEST_F(Ado, GetRowsGivesFieldsByRows) {
+  const auto rows = rows_of(L"SELECT ForceID, Description FROM Forces ORDER BY ForceID");
+  Variant all;
+  ASSERT_EQ(rows->GetRows(-1, Variant::omitted(), Variant::omitted(), all.put()), S_OK);
+  SAFEARRAY* const array = all.get().parray;
+  ASSERT_EQ(SafeArrayGetDim(array), 2u);
+  LONG place[] = {1, 1};
+  Variant description;
+  ASSERT_EQ(SafeArrayGetElement(array, place, description.put()), S_OK);
+  EXPECT_EQ(Bstr::view(description.get().bstrVal), L"Bob's");
+  EXPECT_TRUE(at_end(rows));
+  EXPECT_EQ(rows->GetRows(1, Variant::omitted(), Variant::omitted(), all.put()), kNoCurrentRecord);
+}
+
+TEST_F(Ado, OpenTakesATableOrACommandForItsSource) {
+  const auto table = new_recordset();
+  EXPECT_EQ(open(table, L"Forces", -1), S_OK);
+  EXPECT_EQ(value(table, L"ForceID").get().lVal, 1);
+
+  const auto command = make_command(database_);
+  command->put_CommandText(Bstr(L"SELECT Description FROM Forces").get());
+  const auto rows = new_recordset();
+  EXPECT_EQ(rows->Open(Variant(command.get()), Variant::omitted(), adOpenUnspecified,
+                       adLockUnspecified, -1),
+            S_OK);
+  EXPECT_EQ(Bstr::view(value(rows, L"Description").get().bstrVal), L"Tip load");
+}
+
+TEST_F(Ado, OpenRefusesWhatItCannotUse) {
+  const auto rows = new_recordset();
+  const Variant query{Bstr(L"SELECT * FROM Forces")};
+  const auto open_with = [&](const Variant& connection) {
+    return rows->Open(query, connection, adOpenForwardOnly, adLockReadOnly, adCmdText);
+  };
+  EXPECT_EQ(open_with(Variant::omitted()), kInvalidConnection);
+  EXPECT_EQ(open_with(Variant(Bstr(L"Provider=x"))), kInvalidConnection);
+  EXPECT_EQ(open_with(Variant(rows.get())), kInvalidConnection);
+  EXPECT_THAT(last_sentence(), HasSubstr(L"Pass the Connection"));
+  EXPECT_EQ(open(rows, L"SELECT * FROM Nothing"), kErrorsInCommand);
+  EXPECT_EQ(open(rows, L"SELECT * FROM Forces", adCmdStoredProc), kFeatureNotAvailable);
+
+  ASSERT_EQ(open_with(Variant(connection_.get())), S_OK);
+  EXPECT_EQ(open_with(Variant(connection_.get())), kObjectOpen);
+}
+
+TEST_F(Ado, ConnectionExecutesTextsAndCountsTheRowsTheyChange) {
+  Variant affected;
+  Ptr<_Recordset> rows;
+  ASSERT_EQ(connection_->Execute(Bstr(L"UPDATE Forces SET Magnitude = 1").get(), affected.put(),
+                                 adOptionUnspecified, rows.put()),
+            S_OK);
+  EXPECT_EQ(affected.get().lVal, 2);
+  LONG state = adStateOpen;
+  ASSERT_TRUE(rows);
+  EXPECT_EQ(rows->get_State(&state), S_OK);
+  EXPECT_EQ(state, adStateClosed);
+
+  ASSERT_EQ(
+      connection_->Execute(Bstr(L"SELECT * FROM Forces").get(), nullptr, adCmdText, rows.put()),
+      S_OK);
+  EXPECT_EQ(value(rows, L"Magnitude").get().dblVal, 1);
+}
+
+TEST_F(Ado, TransactionsWorkByTextAndByMember) {
+  EXPECT_EQ(execute(L"BEGIN TRANSACTION", adExecuteNoRecords), S_OK);
+  EXPECT_EQ(execute(L"DELETE FROM Forces"), S_OK);
+  EXPECT_EQ(connection_->RollbackTrans(), S_OK);
+  EXPECT_EQ(count(L"Forces"), 2);
+  LONG level = 0;
+  EXPECT_EQ(connection_->BeginTrans(&level), S_OK);
+  EXPECT_EQ(level, 1);
+  EXPECT_EQ(execute(L"COMMIT", adOptionUnspecified), S_OK);
+  EXPECT_EQ(connection_->CommitTrans(), kInvalidTransaction);
+}
+
+TEST_F(Ado, CommandRunsItsTextAgainAndAgain) {
+  const auto command = make_command(database_).query<Command15>();
+  for (int id = 3; id < 6; ++id) {
+    const auto text =
+        L"INSERT INTO ForceLoadSets (LoadSetID, ForceID) VALUES (7, " + std::to_wstring(id) + L")";
+    Ptr<_Recordset> rows;
+    EXPECT_EQ(command->put_CommandText(Bstr(text).get()), S_OK);
+    EXPECT_EQ(command->Execute(nullptr, nullptr, kTextWithoutRecords, rows.put()), S_OK);
+  }
+  const auto sum = rows_of(L"SELECT sum(ForceID) AS Total FROM ForceLoadSets WHERE LoadSetID = 7");
+  EXPECT_EQ(value(sum, L"Total").get().lVal, 12);
+
+  Variant parameter{3};
+  Ptr<_Recordset> rows;
+  EXPECT_EQ(command->Execute(nullptr, parameter.put(), adCmdText, rows.put()), S_OK);
+  Variant value{3};
+  VARIANT copy = value.get();
+  EXPECT_EQ(command->Execute(nullptr, &copy, adCmdText, rows.put()), kFeatureNotAvailable);
+}
+
+TEST_F(Ado, RefusedTextsSayWhyThroughTheInterfaceThatWasCalled) {
+  EXPECT_EQ(execute(L"DROP TABLE Forces"), kPermissionDenied);
+  EXPECT_THAT(last_sentence(), HasSubstr(L"DROP TABLE Forces"));
+  Ptr<ISupportErrorInfo> support = connection_.query<ISupportErrorInfo>();
+  ASSERT_TRUE(support);
+  EXPECT_EQ(support->InterfaceSupportsErrorInfo(__uuidof(Connection15)), S_OK);
+  EXPECT_EQ(support->InterfaceSupportsErrorInfo(__uuidof(Fields15)), S_FALSE);
+}
+
+TEST_F(Ado, MembersWithoutMeaningHereSaySo) {
+  const auto rows = rows_of(L"SELECT * FROM Forces");
+  EXPECT_EQ(rows->MovePrevious(), kFeatureNotAvailable);
+  EXPECT_THAT(last_sentence(), HasSubstr(L"Recordset.MovePrevious is not available"));
+  EXPECT_EQ(connection_->Close(), kFeatureNotAvailable);
+  EXPECT_EQ(field(rows, Variant(0))->put_Value(Variant(1)), kFeatureNotAvailable);
+}
+
+TEST_F(Ado, QueryOfAClientOnlyReads) {
+  const auto rows = make_recordset(database_, L"SELECT * FROM Forces");
+  EXPECT_FALSE(at_end(rows));
+  const auto failure = failure_of([&] { make_recordset(database_, L"DELETE FROM Forces"); });
+  EXPECT_EQ(failure.result, kPermissionDenied);
+  EXPECT_EQ(count(L"Forces"), 2);
+}
+
+TEST_F(Ado, EverythingFailsWithASentenceOnceTheDatabaseIsClosed) {
+  const auto rows = rows_of(L"SELECT * FROM Forces");
+  const auto magnitude = field(rows, Variant(2));
+  const auto command = make_command(database_);
+  command->put_CommandText(Bstr(L"SELECT * FROM Forces").get());
+  database_->close();
+
+  Variant ignored;
+  VARIANT_BOOL end = 0;
+  LONG level = 0;
+  Ptr<_Recordset> other;
+  const std::function<HRESULT()> uses[] = {
+      [&] { return magnitude->get_Value(ignored.put()); },
+      [&] { return rows->get_EOF(&end); },
+      [&] { return rows->MoveFirst(); },
+      [&] { return rows->MoveNext(); },
+      [&] { return execute(L"SELECT * FROM Forces"); },
+      [&] { return connection_->BeginTrans(&level); },
+      [&] { return command->Execute(nullptr, nullptr, adCmdText, other.put()); },
+      [&] { return open(new_recordset(), L"SELECT * FROM Forces"); }};
+  for (const auto& use : uses) {
+    EXPECT_EQ(use(), kObjectClosed);
+    EXPECT_THAT(last_sentence(), HasSubstr(L"is closed. Open it again"));
+  }
+  LONG state = adStateOpen;
+  EXPECT_EQ(rows->get_State(&state), S_OK);
+  EXPECT_EQ(state, adStateClosed);
+  EXPECT_EQ(rows->Close(), S_OK);
+}
+
+TEST_F(Ado, ObjectsAnswerTheInterfacesOfAdoAndKeepTheirIdentity) {
+  const auto rows = rows_of(L"SELECT * FROM Forces");
+  Ptr<Fields> fields;
+  rows->get_Fields(fields.put());
+  const auto first = field(rows, Variant(0));
+  EXPECT_TRUE(rows.query<Recordset15>() && rows.query<Recordset21>() && rows.query<IDispatch>());
+  EXPECT_TRUE(fields.query<Fields15>() && fields.query<Fields20>());
+  EXPECT_TRUE(first.query<Field20>() && connection_.query<Connection15>());
+  EXPECT_FALSE(rows.query<Fields15>());
+  EXPECT_EQ(first.query<IDispatch>().query<IUnknown>().get(), first.query<IUnknown>().get());
+  EXPECT_NE(first.query<IUnknown>().get(), fields.query<IUnknown>().get());
+  EXPECT_NE(rows.query<IUnknown>().get(), fields.query<IUnknown>().get());
+}
+
+}  // namespace
+}  // namespace modeldb

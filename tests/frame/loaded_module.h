@@ -1,0 +1,59 @@
+#pragma once
+
+#include <unknwn.h>
+#include <windows.h>
+
+#include <string>
+
+#include "com/ptr.h"
+
+namespace frame {
+
+/// A module in this process, used through its entry points alone, as the platform uses it.
+class LoadedModule {
+ public:
+  explicit LoadedModule(const std::wstring& path) : handle_(LoadLibraryW(path.c_str())) {}
+  ~LoadedModule() {
+    if (handle_) FreeLibrary(handle_);
+  }
+  LoadedModule(const LoadedModule&) = delete;
+  LoadedModule& operator=(const LoadedModule&) = delete;
+
+  [[nodiscard]] bool is_loaded() const { return handle_ != nullptr; }
+
+  HRESULT get_class_object(REFCLSID clsid, REFIID iid, void** out) const {
+    return entry_point<LPFNGETCLASSOBJECT>("DllGetClassObject")(clsid, iid, out);
+  }
+  HRESULT can_unload_now() const { return entry_point<LPFNCANUNLOADNOW>("DllCanUnloadNow")(); }
+  HRESULT register_server() const { return entry_point<Registration>("DllRegisterServer")(); }
+  HRESULT unregister_server() const { return entry_point<Registration>("DllUnregisterServer")(); }
+
+  /// The class object of a class; empty when there is none.
+  com::Ptr<IClassFactory> class_object(REFCLSID clsid) const {
+    com::Ptr<IClassFactory> factory;
+    get_class_object(clsid, IID_IClassFactory, factory.put_void());
+    return factory;
+  }
+
+  /// A new object of a class; empty when it cannot be made.
+  template <class Interface>
+  com::Ptr<Interface> create(REFCLSID clsid) const {
+    com::Ptr<Interface> object;
+    if (const auto factory = class_object(clsid)) {
+      factory->CreateInstance(nullptr, __uuidof(Interface), object.put_void());
+    }
+    return object;
+  }
+
+ private:
+  using Registration = HRESULT(STDAPICALLTYPE*)();
+
+  template <class Function>
+  Function entry_point(const char* name) const {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle_, name)));
+  }
+
+  HMODULE handle_;
+};
+
+}  // namespace frame

@@ -1,0 +1,273 @@
+// Records and collections that live in another process, reached through the modules' own proxies
+// and stubs. This program is both sides: started with an argument, it is the other process.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <orv_node.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/frame/late_binding.h"
+#include "tests/frame/loaded_module.h"
+#include "tests/frame/module_file.h"
+#include "tests/host/host.h"
+
+namespace {
+
+// Under these names the two processes tell each other that the one is ready and may go.
+constexpr wchar_t kReady[] = L"orv_other_process_ready";
+constexpr wchar_t kDone[] = L"orv_other_process_done";
+// Under this identifier the other process offers its model database.
+constexpr CLSID kOtherDatabase = {
+    0x6B3C1D52, 0x0F0D, 0x4C58, {0x9E, 0x5B, 0x52, 0x1E, 0x2A, 0x90, 0x6C, 0x11}};
+
+constexpr HRESULT kHostFailure = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x291);
+constexpr wchar_t kHostWords[] = L"The model is opened by Zo\u00EB";
+
+/// An event that both processes know by its name.
+class Signal {
+ public:
+  explicit Signal(const wchar_t* name) : handle_(CreateEventW(nullptr, TRUE, FALSE, name)) {}
+  ~Signal() { CloseHandle(handle_); }
+  Signal(const Signal&) = delete;
+  Signal& operator=(const Signal&) = delete;
+
+  void set() const { SetEvent(handle_); }
+  [[nodiscard]] HANDLE handle() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+// --- The other process ---------------------------------------------------------------------------
+
+/// Handles calls until the signal comes.
+void serve_until(const Signal& done) {
+  const HANDLE handle = done.handle();
+  while (MsgWaitForMultipleObjects(1, &handle, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+}
+
+/// Offers the server's classes, and a model database whose record store refuses to delete.
+int serve() {
+  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  {
+    fake::Host host;
+    host.journal.fail("RecordStore.Delete", kHostFailure, kHostWords);
+    DWORD database = 0;
+    RegisterActiveObject(host.database.query<IDispatch>().get(), kOtherDatabase,
+                         ACTIVEOBJECT_STRONG, &database);
+
+    const frame::LoadedModule module(frame::module_file(L"orv_node.dll"));
+    std::vector<DWORD> registrations;
+    for (const CLSID& clsid :
+         {__uuidof(NodalForce), __uuidof(NodalForces), __uuidof(NodalBoundaryCondition),
+          __uuidof(NodalPrescribedDisplacement)}) {
+      CoRegisterClassObject(clsid, module.class_object(clsid).get(), CLSCTX_LOCAL_SERVER,
+                            REGCLS_MULTIPLEUSE, &registrations.emplace_back());
+    }
+    Signal(kReady).set();
+    serve_until(Signal(kDone));
+    for (const DWORD registration : registrations) CoRevokeClassObject(registration);
+    RevokeActiveObject(database, nullptr);
+  }
+  CoUninitialize();
+  return 0;
+}
+
+// --- This process --------------------------------------------------------------------------------
+
+/// The other process, for as long as this lives.
+class OtherProcess {
+ public:
+  OtherProcess() {
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring command = L"\"" + std::wstring(program) + L"\" serve";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &started)) {
+      return;
+    }
+    CloseHandle(started.hThread);
+    process_ = started.hProcess;
+    // Whichever comes first: it is ready, or it ended.
+    const HANDLE handles[] = {ready_.handle(), process_};
+    is_ready_ = WaitForMultipleObjects(2, handles, FALSE, INFINITE) == WAIT_OBJECT_0;
+  }
+  ~OtherProcess() {
+    done_.set();
+    WaitForSingleObject(process_, INFINITE);
+    CloseHandle(process_);
+  }
+  OtherProcess(const OtherProcess&) = delete;
+  OtherProcess& operator=(const OtherProcess&) = delete;
+
+  [[nodiscard]] bool is_ready() const { return is_ready_; }
+
+ private:
+  const Signal ready_{kReady};
+  const Signal done_{kDone};
+  HANDLE process_ = nullptr;
+  bool is_ready_ = false;
+};
+
+class OtherProcessTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    other_ = new OtherProcess;
+  }
+  static void TearDownTestSuite() {
+    delete other_;
+    CoUninitialize();
+  }
+
+  void SetUp() override { ASSERT_TRUE(other_->is_ready()); }
+
+  /// An object that is made and lives in the other process.
+  template <class Interface>
+  static com::Ptr<Interface> create(REFCLSID clsid) {
+    com::Ptr<Interface> object;
+    com::check(CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(Interface),
+                                object.put_void()));
+    return object;
+  }
+
+ private:
+  static inline OtherProcess* other_ = nullptr;
+};
+
+TEST_F(OtherProcessTest, IsReachedThroughTheModulesOwnProxies) {
+  CLSID proxies;
+  ASSERT_EQ(CoGetPSClsid(__uuidof(INodalForce), &proxies), S_OK);
+  EXPECT_TRUE(IsEqualCLSID(proxies, __uuidof(INodalBoundaryCondition)));
+  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  // Nothing of the server is made in this process, and yet its module is here.
+  EXPECT_NE(GetModuleHandleW(L"orv_node.dll"), nullptr);
+}
+
+TEST_F(OtherProcessTest, NumbersCross) {
+  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  EXPECT_EQ(force->put_Magnitude(-1.25e300), S_OK);
+  double magnitude = 0;
+  EXPECT_EQ(force->get_Magnitude(&magnitude), S_OK);
+  EXPECT_EQ(magnitude, -1.25e300);
+  EXPECT_EQ(force->put_MultiplierID(-2147483647), S_OK);
+  long multiplier = 0;
+  EXPECT_EQ(force->get_MultiplierID(&multiplier), S_OK);
+  EXPECT_EQ(multiplier, -2147483647);
+
+  const auto support = create<INodalBoundaryCondition>(__uuidof(NodalBoundaryCondition));
+  EXPECT_EQ(support->put_Rz(VARIANT_TRUE), S_OK);
+  VARIANT_BOOL fixed = VARIANT_FALSE;
+  EXPECT_EQ(support->get_Rz(&fixed), S_OK);
+  EXPECT_EQ(fixed, VARIANT_TRUE);
+
+  const auto displacement =
+      create<INodalPrescribedDisplacement>(__uuidof(NodalPrescribedDisplacement));
+  EXPECT_EQ(displacement->put_Direction(SVE_VECTOR), S_OK);
+  ScalarVector direction = SVE_SCALAR_X;
+  EXPECT_EQ(displacement->get_Direction(&direction), S_OK);
+  EXPECT_EQ(direction, SVE_VECTOR);
+}
+
+TEST_F(OtherProcessTest, StringsCross) {
+  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  const com::Bstr text(L"Zo\u00EB's \u529B");
+  EXPECT_EQ(force->put_Description(text.get()), S_OK);
+  com::Bstr description;
+  EXPECT_EQ(force->get_Description(description.put()), S_OK);
+  EXPECT_EQ(description.view(), text.view());
+  com::Bstr table;
+  EXPECT_EQ(force->get_SqlString(1, table.put()), S_OK);
+  EXPECT_EQ(table.view(), L"NodalForces");
+}
+
+TEST_F(OtherProcessTest, InterfacePointersCrossBothWays) {
+  fake::Host host;
+  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  const com::Ptr<IDispatch> vertex(host.database.get());
+  EXPECT_EQ(force->putref_Vertex(vertex.get()), S_OK);
+  com::Ptr<IDispatch> back;
+  EXPECT_EQ(force->get_Vertex(back.put()), S_OK);
+  EXPECT_EQ(back.query<IUnknown>().get(), vertex.query<IUnknown>().get());
+  EXPECT_EQ(force->putref_Vertex(nullptr), E_POINTER);
+
+  const auto forces = create<INodalForces>(__uuidof(NodalForces));
+  EXPECT_EQ(forces->Add(force.get()), S_OK);
+  com::Ptr<INodalForce> item;
+  EXPECT_EQ(forces->Item(0, item.put()), S_OK);
+  EXPECT_EQ(item.query<IUnknown>().get(), force.query<IUnknown>().get());
+  EXPECT_EQ(forces->Item(1, item.put()), E_INVALIDARG);
+}
+
+TEST_F(OtherProcessTest, ACollectionIsEnumerated) {
+  const auto forces = create<INodalForces>(__uuidof(NodalForces));
+  for (const double magnitude : {1., 2., 3.}) {
+    const auto force = create<INodalForce>(__uuidof(NodalForce));
+    force->put_Magnitude(magnitude);
+    ASSERT_EQ(forces->Add(force.get()), S_OK);
+  }
+  com::Ptr<IUnknown> unknown;
+  ASSERT_EQ(forces->get__NewEnum(unknown.put()), S_OK);
+  const auto enumerator = unknown.query<IEnumVARIANT>();
+  ASSERT_TRUE(enumerator);
+  std::vector<double> met;
+  com::Variant item;
+  ULONG fetched = 0;
+  while (enumerator->Next(1, item.put(), &fetched) == S_OK) {
+    const com::Ptr<IDispatch> record(item.get().pdispVal);
+    met.push_back(frame::get(record, L"Magnitude").get().dblVal);
+  }
+  EXPECT_THAT(met, testing::ElementsAre(1, 2, 3));
+}
+
+TEST_F(OtherProcessTest, VariantsReachAHostInThisProcessAsTheyWerePassed) {
+  fake::Host host;
+  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  EXPECT_EQ(force->Save(host.database.get(), com::Variant::omitted(), com::Variant::omitted()),
+            S_OK);
+  EXPECT_EQ(
+      force->Save(host.database.get(), com::Variant::boolean(false), com::Variant(std::int16_t{7})),
+      S_OK);
+  EXPECT_THAT(host.journal.lines_with("Save"),
+              testing::ElementsAre("RecordStore.Save object omitted omitted",
+                                   "RecordStore.Save object BOOL:0 I2:7"));
+}
+
+TEST_F(OtherProcessTest, TheResultOfAHostInThisProcessComesBack) {
+  fake::Host host;
+  host.journal.fail("RecordStore.Delete", kHostFailure, kHostWords);
+  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  EXPECT_EQ(force->Delete(host.database.get()), kHostFailure);
+}
+
+TEST_F(OtherProcessTest, TheWordsOfAFailingHostArriveAtAScript) {
+  com::Ptr<IUnknown> database;
+  ASSERT_EQ(GetActiveObject(kOtherDatabase, nullptr, database.put()), S_OK);
+  const auto force = create<IDispatch>(__uuidof(NodalForce));
+  const com::Variant argument(database.query<IDispatch>().get());
+  DISPPARAMS parameters{com::mutable_address(argument), nullptr, 1, 0};
+  EXCEPINFO failure{};
+  EXPECT_EQ(force->Invoke(frame::id_of(force, L"Delete"), GUID_NULL, LOCALE_USER_DEFAULT,
+                          DISPATCH_METHOD, &parameters, nullptr, &failure, nullptr),
+            DISP_E_EXCEPTION);
+  EXPECT_EQ(failure.scode, kHostFailure);
+  const auto words = com::Bstr::adopt(failure.bstrDescription);
+  const auto source = com::Bstr::adopt(failure.bstrSource);
+  const auto help = com::Bstr::adopt(failure.bstrHelpFile);
+  EXPECT_EQ(words.view(), kHostWords);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  testing::InitGoogleMock(&count, arguments);
+  return count > 1 ? serve() : RUN_ALL_TESTS();
+}

@@ -1,0 +1,140 @@
+// Who listens to the record store, and what they are told.
+
+#include <limits>
+
+#include "tests/modeldb/listener.h"
+#include "tests/modeldb/model_test.h"
+
+namespace {
+
+using model_test::bstr;
+using model_test::create;
+using model_test::Listener;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr long kSuspend = 0;
+
+class NotificationTest : public model_test::ModelTest {
+ protected:
+  NotificationTest() { EXPECT_EQ(advise(&listener), S_OK); }
+  // The store lets its listeners go before they do.
+  ~NotificationTest() override { database->Close(); }
+
+  com::Ptr<IObservableRecordStore> observable() { return store().query<IObservableRecordStore>(); }
+  HRESULT advise(IDispatch* object) { return observable()->Advise(object); }
+
+  /// A collection of forces at vertices that the model has.
+  com::Ptr<INodalForces> make_forces(int size) {
+    auto forces = create<NodalForces, INodalForces>();
+    for (int index = 0; index < size; ++index) forces->Add(make_force(index).get());
+    return forces;
+  }
+  HRESULT save_all(const com::Ptr<INodalForces>& forces) {
+    return forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  }
+
+  Listener listener;
+  Listener other;
+  Listener without_methods;
+};
+
+TEST_F(NotificationTest, SavedRecordIsReportedAfterWhatWasSavedForIt) {
+  const auto force = make_force(1);
+  load_sets_of(force)->Add(make_load_set(L"Wind").get());
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_THAT(listener.calls,
+              ElementsAre("RecordSaved 1 1", "RecordSaved 2 1", "RecordSaved 19 1"));
+  listener.calls.clear();
+  ASSERT_EQ(force->Delete(database.get()), S_OK);
+  EXPECT_THAT(listener.calls, ElementsAre("RecordDeleted 19 1"));
+}
+
+TEST_F(NotificationTest, CollectionIsReportedOnceWithItsIdsInOrder) {
+  const auto known = make_force(1);
+  ASSERT_EQ(save(known), S_OK);
+  const auto forces = make_forces(1);
+  forces->Add(known.get());
+  forces->Add(make_force(3).get());
+  listener.calls.clear();
+  ASSERT_EQ(save_all(forces), S_OK);
+  EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 19 [2 1 3]"));
+  listener.calls.clear();
+  ASSERT_EQ(forces->Delete(database.get()), S_OK);
+  EXPECT_THAT(listener.calls, ElementsAre("RecordsDeleted 19 [2 1 3]"));
+}
+
+TEST_F(NotificationTest, SetCollectionIsReportedOnce) {
+  const auto sets = create<LoadSets, ILoadSets>();
+  sets->Add(make_load_set(L"Wind").get());
+  sets->Add(make_load_set(L"Snow").get());
+  ASSERT_EQ(sets->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 2 [1 2]"));
+}
+
+TEST_F(NotificationTest, FailedSaveIsNotReported) {
+  const auto force = make_force(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_TRUE(FAILED(save(force)));
+  EXPECT_THAT(listener.calls, IsEmpty());
+}
+
+TEST_F(NotificationTest, SuspensionHoldsUntilResumed) {
+  ASSERT_EQ(store()->EventsEnabled(kSuspend), S_OK);
+  save(make_force(1));
+  EXPECT_THAT(listener.calls, IsEmpty());
+  ASSERT_EQ(store()->EventsEnabled(-1), S_OK);
+  save(make_force(2));
+  EXPECT_THAT(listener.calls, ElementsAre("RecordSaved 1 2", "RecordSaved 19 2"));
+}
+
+TEST_F(NotificationTest, SuspensionEndsWithTheBatchThatBrokeOff) {
+  // What a collection leaves when it fails between the two.
+  store()->EventsEnabled(kSuspend);
+  execute(L"BEGIN TRANSACTION");
+  save(make_force(1));
+  execute(L"ROLLBACK TRANSACTION");
+  save(make_force(2));
+  EXPECT_THAT(listener.calls, ElementsAre("RecordSaved 1 1", "RecordSaved 19 1"));
+}
+
+TEST_F(NotificationTest, ListenerThatFailsOrLacksAMethodHarmsNobody) {
+  listener.result = E_FAIL;
+  without_methods.has_methods = false;
+  advise(&without_methods);
+  advise(&other);
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  EXPECT_EQ(other.calls.size(), 2u);
+  EXPECT_EQ(count(L"NodalForces"), "1");
+}
+
+TEST_F(NotificationTest, ListenerIsToldOnceHoweverOftenItIsAdvised) {
+  advise(&listener);
+  save(make_force(1));
+  EXPECT_EQ(listener.calls.size(), 2u);
+  ASSERT_EQ(observable()->Unadvise(&listener), S_OK);
+  save(make_force(2));
+  EXPECT_EQ(listener.calls.size(), 2u);
+  EXPECT_SENTENCE(observable()->Unadvise(&listener), HasSubstr("is not being notified"));
+  EXPECT_SENTENCE(observable()->Advise(nullptr), HasSubstr("no object"));
+}
+
+TEST_F(NotificationTest, ListenerMaySaveAndClose) {
+  const auto second = make_force(2);
+  listener.on_call = [&] {
+    listener.on_call = nullptr;
+    EXPECT_EQ(save(second), S_OK);
+    database->Close();
+  };
+  EXPECT_EQ(save(make_force(1)), S_OK);
+  ASSERT_EQ(open(file.path()), S_OK);
+  EXPECT_EQ(count(L"NodalForces"), "2");
+}
+
+TEST_F(NotificationTest, ClosingEndsListening) {
+  reopen();
+  save(make_force(1));
+  EXPECT_THAT(listener.calls, IsEmpty());
+}
+
+}  // namespace

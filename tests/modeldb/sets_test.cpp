@@ -1,0 +1,154 @@
+// Sets and their collections, alone and with the records that belong to them.
+
+#include "tests/modeldb/model_test.h"
+
+namespace {
+
+using model_test::bstr;
+using model_test::create;
+using ::testing::HasSubstr;
+
+class SetsTest : public model_test::ModelTest {
+ protected:
+  template <class Sets>
+  HRESULT save_sets(const com::Ptr<Sets>& sets) {
+    return sets->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  }
+};
+
+TEST_F(SetsTest, RecordSavesItsSetsAndIsLinkedToThem) {
+  const auto force = make_force(1);
+  const auto first = make_load_set(L"Wind");
+  const auto second = make_load_set(L"Snow");
+  load_sets_of(force)->Add(first.get());
+  load_sets_of(force)->Add(second.get());
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Wind,Snow");
+  EXPECT_EQ(value(L"SELECT group_concat(LoadSetID) FROM NodalForceLoadSets"), "1,2");
+}
+
+TEST_F(SetsTest, RecordLoadsItsSets) {
+  const auto force = make_force(1);
+  load_sets_of(force)->Add(make_load_set(L"Wind").get());
+  ASSERT_EQ(save(force), S_OK);
+  const auto sets = load_sets_of(load_force(1));
+  com::Ptr<ILoadSet> set;
+  ASSERT_EQ(sets->Item(0, set.put()), S_OK);
+  com::Bstr name;
+  set->get_Description(name.put());
+  EXPECT_EQ(name.view(), L"Wind");
+  EXPECT_EQ(id_of(set), 1);
+}
+
+TEST_F(SetsTest, OneSetHoldsManyRecords) {
+  const auto wind = make_load_set(L"Wind");
+  for (int index = 0; index < 3; ++index) {
+    const auto force = make_force(index);
+    load_sets_of(force)->Add(wind.get());
+    ASSERT_EQ(save(force), S_OK);
+  }
+  EXPECT_EQ(count(L"LoadSets"), "1");
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "3");
+}
+
+TEST_F(SetsTest, SetNamedByItsIdAloneKeepsItsName) {
+  const auto wind = make_load_set(L"Wind");
+  ASSERT_EQ(wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  const auto force = make_force(1);
+  const auto set = create<LoadSet, ILoadSet>();
+  set->put_ID(1);
+  load_sets_of(force)->Add(set.get());
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_EQ(value(L"SELECT Description FROM LoadSets"), "Wind");
+}
+
+TEST_F(SetsTest, RenamedSetIsWritten) {
+  const auto wind = make_load_set(L"Wind");
+  wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  wind->put_Description(bstr(L"Gale").get());
+  wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Gale");
+}
+
+TEST_F(SetsTest, CollectionSavesAllOfItAndDeletesAllOfIt) {
+  const auto sets = create<ConstraintSets, IConstraintSets>();
+  for (int index = 0; index < 3; ++index) {
+    sets->Add(create<ConstraintSet, IConstraintSet>().get());
+  }
+  ASSERT_EQ(save_sets(sets), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT group_concat(ConstraintSetID) FROM ConstraintSets"), "1,2,3");
+  ASSERT_EQ(sets->Delete(database.get()), S_OK);
+  long size = -1;
+  sets->get_Count(&size);
+  EXPECT_EQ(size, 0);
+  EXPECT_EQ(count(L"ConstraintSets"), "0");
+}
+
+TEST_F(SetsTest, CollectionReportsASetThatCannotBeDeletedAndDeletesTheOthers) {
+  const auto sets = create<DesignScenarios, IDesignScenarios>();
+  const auto stored = create<DesignScenario, IDesignScenario>();
+  stored->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  sets->Add(create<DesignScenario, IDesignScenario>().get());
+  sets->Add(stored.get());
+  EXPECT_SENTENCE(sets->Delete(database.get()), HasSubstr("The new DesignScenario is not in"));
+  EXPECT_EQ(count(L"DesignScenarios"), "0");
+}
+
+TEST_F(SetsTest, CollectionBehavesAsThoseOfRecords) {
+  const auto sets = create<LoadSets, ILoadSets>();
+  com::Ptr<ILoadSet> set;
+  for (long id : {10, 20, 30}) {
+    set = create<LoadSet, ILoadSet>();
+    set->put_ID(id);
+    sets->Add(set.get());
+  }
+  EXPECT_EQ(sets->Item(3, set.put()), E_INVALIDARG);
+  EXPECT_EQ(sets->Item(-1, set.put()), E_INVALIDARG);
+  EXPECT_EQ(sets->Remove(3), E_INVALIDARG);
+  EXPECT_EQ(sets->Remove(0), S_OK);
+  long index = 0;
+  sets->GetIndexById(20, &index);
+  EXPECT_EQ(index, 1);
+  sets->GetIndexById(10, &index);
+  EXPECT_EQ(index, -1);
+
+  com::Ptr<IUnknown> unknown;
+  ASSERT_EQ(sets->get__NewEnum(unknown.put()), S_OK);
+  const auto items = unknown.query<IEnumVARIANT>();
+  com::Variant item;
+  ULONG fetched = 9;
+  EXPECT_EQ(items->Next(2, item.put(), &fetched), E_INVALIDARG);
+  EXPECT_EQ(items->Next(1, item.put(), &fetched), S_OK);
+  EXPECT_EQ(fetched, 1u);
+  EXPECT_EQ(id_of(com::Ptr<IDispatch>(item.get().pdispVal).query<ILoadSet>()), 20);
+  EXPECT_EQ(items->Skip(1), E_INVALIDARG);
+  EXPECT_EQ(items->Next(1, item.put(), &fetched), S_FALSE);
+  EXPECT_EQ(item.type(), VT_EMPTY);
+  sets->Clear();
+  long size = -1;
+  sets->get_Count(&size);
+  EXPECT_EQ(size, 0);
+}
+
+TEST_F(SetsTest, WrongObjectsAreRefused) {
+  const auto sets = create<LoadSets, ILoadSets>();
+  EXPECT_EQ(sets->Add(nullptr), E_POINTER);
+  const auto other = create<ConstraintSet, IConstraintSet>();
+  // What a script can pass: some other object, whatever its interface.
+  EXPECT_SENTENCE(sets->Add(reinterpret_cast<ILoadSet*>(other.get())), HasSubstr("is no set"));
+  sets->Add(make_load_set(L"Wind").get());
+  EXPECT_SENTENCE(sets->Save(nullptr, com::Variant::omitted(), com::Variant::omitted()),
+                  HasSubstr("open Orv_ModelDb.ModelDatabase"));
+}
+
+TEST_F(SetsTest, ProbeIsLinkedToItsScenarios) {
+  const auto probe = create<NodalProbe, INodalProbe>();
+  com::Ptr<IDispatch> scenarios;
+  probe->get_DesignScenarios(scenarios.put());
+  scenarios.query<IDesignScenarios>()->Add(create<DesignScenario, IDesignScenario>().get());
+  ASSERT_EQ(probe->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK)
+      << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT DesignScenarioID || NodalProbeID FROM NodalProbeDesignScenarios"), "11");
+}
+
+}  // namespace

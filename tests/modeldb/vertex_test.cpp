@@ -1,0 +1,160 @@
+// Vertices: what is stored of them is only ever replaced by what a script gave.
+
+#include <limits>
+
+#include "tests/modeldb/model_test.h"
+
+namespace {
+
+using model_test::bstr;
+using model_test::create;
+using ::testing::HasSubstr;
+
+class VertexTest : public model_test::ModelTest {
+ protected:
+  HRESULT save_vertex(const com::Ptr<ICoordinateVertex>& vertex) {
+    return vertex->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  }
+  /// A vertex at (1, 2, 3) in the model.
+  void put_into_model(long id) {
+    const auto vertex = create<Vertex, ICoordinateVertex>();
+    vertex->put_ID(id);
+    vertex->put_Description(bstr(L"corner").get());
+    vertex->put_X(1);
+    vertex->put_Y(2);
+    vertex->put_Z(3);
+    ASSERT_EQ(save_vertex(vertex), S_OK) << model_test::last_sentence();
+  }
+  std::string coordinates() {
+    return value(
+        L"SELECT VertexID || ': ' || X || ' ' || Y || ' ' || Z || ' ' || Description FROM "
+        L"Vertices");
+  }
+};
+
+TEST_F(VertexTest, NewVertexGetsAKey) {
+  const auto vertex = create<Vertex, ICoordinateVertex>();
+  vertex->put_Y(0.1);
+  ASSERT_EQ(save_vertex(vertex), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(id_of(vertex), 1);
+  EXPECT_EQ(coordinates(), "1: 0.0 0.1 0.0 ");
+}
+
+TEST_F(VertexTest, LoadNamesAVertexByItsIdAlone) {
+  put_into_model(12);
+  const auto force = make_force(1);
+  vertex_of(force)->put_ID(12);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(coordinates(), "12: 1.0 2.0 3.0 corner");
+  EXPECT_EQ(value(L"SELECT VertexID FROM NodalForces"), "12");
+  double x = 0;
+  vertex_of(force)->get_X(&x);
+  EXPECT_EQ(x, 1);
+}
+
+TEST_F(VertexTest, OneCoordinateIsMovedAndTheOthersStay) {
+  put_into_model(12);
+  const auto force = make_force(1);
+  vertex_of(force)->put_Y(7);
+  vertex_of(force)->put_ID(12);
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_EQ(coordinates(), "12: 1.0 7.0 3.0 corner");
+}
+
+TEST_F(VertexTest, ZeroIsACoordinateLikeAnyOther) {
+  put_into_model(12);
+  const auto vertex = create<Vertex, ICoordinateVertex>();
+  vertex->put_ID(12);
+  vertex->put_Z(0);
+  vertex->put_Description(bstr(L"").get());
+  ASSERT_EQ(save_vertex(vertex), S_OK);
+  EXPECT_EQ(coordinates(), "12: 1.0 2.0 0.0 ");
+}
+
+TEST_F(VertexTest, LoadedRecordMovesToAnotherVertexWithoutMovingTheVertex) {
+  put_into_model(12);
+  const auto made = make_force(1);
+  vertex_of(made)->put_X(50);
+  ASSERT_EQ(save(made), S_OK);
+  const auto force = load_force(1);
+  ASSERT_TRUE(force);
+  vertex_of(force)->put_ID(12);
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_EQ(value(L"SELECT X FROM Vertices WHERE VertexID = 12"), "1");
+}
+
+TEST_F(VertexTest, UnknownIdMakesTheVertexUnderIt) {
+  const auto force = make_force(1);
+  vertex_of(force)->put_ID(9);
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_EQ(coordinates(), "9: 0.0 0.0 0.0 ");
+}
+
+TEST_F(VertexTest, RecordLoadsItsVertexWithCoordinates) {
+  const auto made = make_force(1);
+  vertex_of(made)->put_X(0.1);
+  vertex_of(made)->put_Description(bstr(L"tip").get());
+  ASSERT_EQ(save(made), S_OK);
+  const auto vertex = vertex_of(load_force(1));
+  double x = 0;
+  com::Bstr description;
+  vertex->get_X(&x);
+  vertex->get_Description(description.put());
+  EXPECT_EQ(id_of(vertex), 1);
+  EXPECT_EQ(x, 0.1);
+  EXPECT_EQ(description.view(), L"tip");
+}
+
+TEST_F(VertexTest, UnchangedVertexIsNotWrittenAgain) {
+  put_into_model(12);
+  const auto force = make_force(1);
+  vertex_of(force)->put_ID(12);
+  ASSERT_EQ(save(force), S_OK);
+  // Somebody else moves the vertex; this force only names it.
+  ASSERT_EQ(execute(L"UPDATE Vertices SET X = 99 WHERE VertexID = 12"), S_OK);
+  force->put_Magnitude(2);
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_EQ(coordinates(), "12: 99.0 2.0 3.0 corner");
+}
+
+TEST_F(VertexTest, CoordinateThatIsNoNumberIsRefused) {
+  const auto vertex = create<Vertex, ICoordinateVertex>();
+  vertex->put_Z(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_SENTENCE(save_vertex(vertex), HasSubstr("its Z is \"nan\""));
+  EXPECT_EQ(count(L"Vertices"), "0");
+}
+
+TEST_F(VertexTest, VertexTakenToAnotherModelTakesItsCoordinates) {
+  put_into_model(12);
+  const auto force = make_force(1);
+  vertex_of(force)->put_ID(12);
+  ASSERT_EQ(save(force), S_OK);
+  database->Close();
+  const model_test::TemporaryFile other;
+  ASSERT_EQ(open(other.path()), S_OK);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(coordinates(), "12: 1.0 2.0 3.0 corner");
+  database->Close();
+}
+
+TEST_F(VertexTest, TextsFollowTheProtocolOfRecords) {
+  const auto vertex = create<Vertex, ICoordinateVertex>();
+  vertex->put_X(0.5);
+  vertex->put_Description(bstr(L"it's").get());
+  const auto text = [&](long code) {
+    com::Bstr text;
+    vertex->get_SqlString(code, text.put());
+    return model_test::narrow(text.view());
+  };
+  EXPECT_EQ(text(1), "Vertices");
+  EXPECT_EQ(text(2), "VertexID");
+  EXPECT_EQ(text(3), "Description, X, Y, Z");
+  EXPECT_EQ(text(4), "'it's', 0.5, 0, 0");
+  EXPECT_EQ(text(5), "'', 0, 0, 0");
+  EXPECT_EQ(text(6), "Description = 'it's', X = 0.5, Y = 0, Z = 0");
+  save_vertex(vertex);
+  EXPECT_EQ(text(7), text(6));
+  EXPECT_EQ(text(8), "");
+}
+
+}  // namespace

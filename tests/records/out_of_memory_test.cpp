@@ -1,0 +1,111 @@
+// Records when memory runs out: the call fails or makes do, and the record stays whole.
+
+#include "tests/host/out_of_memory.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/records/membership.h"
+
+namespace {
+
+using com::Bstr;
+using com::Variant;
+using server::OutOfMemory;
+using server::sql;
+using server::with_each_allocation_failing;
+using server::yes;
+using ::testing::AnyOf;
+using ::testing::StartsWith;
+
+class RecordMemoryTest : public MembershipTest {
+ protected:
+  /// A record with the number 3 in one set, and forgotten calls.
+  com::Ptr<IPersistentObject> make() {
+    auto record = m().make();
+    record->put_ID(3);
+    record->put_Description(Bstr(L"old").get());
+    host.newest_sets().add(7);
+    host.journal.clear();
+    return record;
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(All, RecordMemoryTest, ::testing::Values(kLoad, kConstraint, kProbe),
+                         ::testing::PrintToStringParamName());
+
+TEST_P(RecordMemoryTest, CreationFailsWhole) {
+  with_each_allocation_failing([&](OutOfMemory& memory) {
+    host.journal.clear();
+    com::Ptr<IUnknown> made;
+    const HRESULT result = memory.during([&] {
+      made = server::make(m().class_id);
+      return made ? S_OK : E_OUTOFMEMORY;
+    });
+    EXPECT_EQ(result, memory.expected());
+    made.reset();
+    EXPECT_TRUE(server::is_unused());
+    EXPECT_EQ(host.objects_kept_by_others(), 0);
+  });
+}
+
+TEST_P(RecordMemoryTest, TextsAndDescriptionFailAndLeaveTheRecordAsItWas) {
+  with_each_allocation_failing([&](OutOfMemory& memory) {
+    const auto record = make();
+    const Bstr text(std::wstring(1000, L'x'));
+    Bstr out;
+    const HRESULT put = memory.during([&] { return record->put_Description(text.get()); });
+    if (FAILED(put)) {
+      EXPECT_THAT(sql(*record, 4), StartsWith("'old'"));
+    }
+    const HRESULT got =
+        memory.during([&] { return FAILED(put) ? put : record->get_Description(out.put()); });
+    const HRESULT written =
+        memory.during([&] { return FAILED(got) ? got : record->get_SqlString(6, out.put()); });
+    EXPECT_EQ(written, memory.expected());
+  });
+}
+
+TEST_P(RecordMemoryTest, SaveCannotCopyItsFlags) {
+  const Variant flag(Bstr(L"True"));
+  with_each_allocation_failing([&](OutOfMemory& memory) {
+    const auto record = make();
+    const HRESULT result =
+        memory.during([&] { return record->Save(host.database.get(), flag, flag); });
+    EXPECT_EQ(result, memory.expected());
+    EXPECT_EQ(host.journal.lines().empty(), memory.ran_out());
+  });
+}
+
+TEST_P(RecordMemoryTest, LinksAreWrittenOrTheFailureIsReported) {
+  with_each_allocation_failing([&](OutOfMemory& memory) {
+    const auto record = make();
+    const HRESULT result =
+        memory.during([&] { return record->FileOpHelper(host.database.get(), 2, yes(), yes()); });
+    EXPECT_EQ(result, memory.expected());
+    if (FAILED(result)) {
+      EXPECT_EQ(record->FileOpHelper(host.database.get(), 2, yes(), yes()), S_OK);
+    }
+    EXPECT_THAT(sql(*record, 5), StartsWith("'old'"));
+  });
+}
+
+TEST_P(RecordMemoryTest, LoadReadsWhatItCan) {
+  const std::wstring object(m().object.begin(), m().object.end());
+  host.query_rows = {{}};
+  const fake::Row row{{object + L"ID", Variant(7)}, {L"Description", Variant(Bstr(L"new"))},
+                      {L"VertexID", Variant(2)},    {L"Magnitude", Variant(9)},
+                      {L"Tx", Variant(9)},          {L"Type", Variant(9)}};
+  with_each_allocation_failing([&](OutOfMemory& memory) {
+    const auto record = make();
+    const auto rows = host.recordset(row);
+    const HRESULT result = memory.during([&] {
+      return record->LoadFromCurrentRecordsetPosition(host.database.get(), rows.get(), nullptr);
+    });
+    EXPECT_THAT(result, AnyOf(E_OUTOFMEMORY, fake::kNoSuchColumn, S_OK));
+    EXPECT_THAT(sql(*record, 4), AnyOf(StartsWith("'old', "), StartsWith("'new', ")));
+    record->LoadFromCurrentRecordsetPosition(host.database.get(), rows.get(), nullptr);
+    EXPECT_THAT(sql(*record, 5), StartsWith("'new', 2, "));
+  });
+}
+
+}  // namespace
