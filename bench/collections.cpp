@@ -82,15 +82,16 @@ std::vector<double> measure_in_memory(long count) {
   return times;
 }
 
-enum DatabaseOperation : std::size_t { kSave, kLoad };
+enum DatabaseOperation : std::size_t { kSave, kLoad, kDelete };
 
 std::vector<double> measure_in_database(long count) {
   const ScratchFile file;
   const Model model(file);
   const auto forces = make_new_forces(model, count);
-  com::Ptr<IDispatch> loaded;
+  com::Ptr<INodalForces> loaded;
   return {nanoseconds_each(count, [&] { save_all(model, *forces.get(), com::Variant::omitted()); }),
-          nanoseconds_each(count, [&] { loaded = load_all(model); })};
+          nanoseconds_each(count, [&] { loaded = load_all(model); }),
+          nanoseconds_each(count, [&] { delete_all(model, *loaded.get()); })};
 }
 
 /// One line of the table: the time of an operation, or its ratio to that of another.
@@ -113,7 +114,7 @@ constexpr Line kMemoryLines[] = {
     {"release one by one", kRelease},
     {"Clear / release one by one", kClear, kRelease},
 };
-constexpr Line kDatabaseLines[] = {{"Save", kSave}, {"Load", kLoad}};
+constexpr Line kDatabaseLines[] = {{"Save", kSave}, {"Load", kLoad}, {"Delete", kDelete}};
 
 void print_line(const Line& line, const std::vector<Samples>& by_size) {
   std::printf("  %-38.*s", static_cast<int>(line.name.size()), line.name.data());
@@ -151,10 +152,9 @@ std::vector<long> sizes_up_to(long largest) {
 }  // namespace
 
 void run_collections(const Options& options) {
-  print_table("In memory, ns for each record of", sizes_up_to(options.largest_collection),
-              measure_in_memory, kMemoryLines);
-  print_table("In a model database, ns for each of", sizes_up_to(options.saved_forces),
-              measure_in_database, kDatabaseLines);
+  const std::vector<long> sizes = sizes_up_to(options.largest_collection);
+  print_table("In memory, ns for each record of", sizes, measure_in_memory, kMemoryLines);
+  print_table("In a model database, ns for each of", sizes, measure_in_database, kDatabaseLines);
 }
 
 }  // namespace bench

@@ -16,7 +16,7 @@ constexpr char kUsage[] =
     "\n"
     "  SECTION         text, late-binding, creation, collections or database; all unless told\n"
     "  --collection N  size of the largest collection (1000000); smaller by tenths down to 10000\n"
-    "  --saved N       number of forces to save and load (100000)\n";
+    "  --saved N       number of forces to compare with SQLite alone (100000)\n";
 
 struct Section {
   std::string_view name;

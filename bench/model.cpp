@@ -69,10 +69,14 @@ void save_all(const Model& model, INodalForces& forces, const com::Variant& casc
   com::check(forces.Save(model.argument(), cascade, cascade), &forces);
 }
 
-com::Ptr<IDispatch> load_all(const Model& model) {
+com::Ptr<INodalForces> load_all(const Model& model) {
   com::Ptr<IDispatch> forces;
   com::check(model->Load(com::Bstr(L"NodalForces").get(), com::Variant::omitted(), forces.put()));
-  return forces;
+  return forces.query<INodalForces>();
+}
+
+void delete_all(const Model& model, INodalForces& forces) {
+  com::check(forces.Delete(model.argument()), &forces);
 }
 
 com::Ptr<INodalForce> item(INodalForces& forces, long index) {

@@ -100,7 +100,10 @@ com::Ptr<INodalForces> make_new_forces(const Model& model, long count);
 void save_all(const Model& model, INodalForces& forces, const com::Variant& cascade);
 
 /// All forces of the model, as a new collection.
-com::Ptr<IDispatch> load_all(const Model& model);
+com::Ptr<INodalForces> load_all(const Model& model);
+
+/// Deletes the forces from the model and empties the collection.
+void delete_all(const Model& model, INodalForces& forces);
 
 com::Ptr<INodalForce> item(INodalForces& forces, long index);
 
