@@ -6,6 +6,7 @@
 
 namespace {
 
+using fake::operator+;
 using server::no;
 using server::omitted;
 using server::yes;
@@ -27,18 +28,7 @@ class BatchTest : public CollectionTest {
     add("b", 3);
   }
 
-  /// What happens when the call with this number fails, and what is reported.
-  void expect_when_failing(const Operation& operation, std::size_t number, const Lines& lines,
-                           HRESULT result) {
-    add_two();
-    host.journal.fail_call(number, E_ABORT, L"failed");
-    EXPECT_EQ(operation(), result);
-    if (result == E_ABORT) {
-      EXPECT_EQ(fake::take_error_words(), "failed");
-    }
-    EXPECT_THAT(host.journal.lines(), ElementsAreArray(lines));
-  }
-  void expect_each_failure(const Operation& operation, const Lines& all);
+  void expect_calls(const Operation& operation, const Lines& all);
 };
 
 TEST_F(BatchTest, EmptyCollectionAsksNothingOfAnybody) {
@@ -61,11 +51,6 @@ const Lines kBegin{"db.RecordStore", "db.Connection", "RecordStore.EventsEnabled
                    "Connection.Execute BEGIN TRANSACTION null 128"};
 const Lines kEnd{"Connection.Execute COMMIT TRANSACTION null 128", "RecordStore.EventsEnabled -1"};
 
-Lines operator+(Lines left, const Lines& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
 /// The calls of a batch of two records.
 Lines batch_lines(const std::string& first, const std::string& second, const std::string& notice) {
   return kBegin +
@@ -74,46 +59,49 @@ Lines batch_lines(const std::string& first, const std::string& second, const std
          kEnd + Lines{"RecordStore." + notice};
 }
 
-/// Fails each call in turn. What a record calls is passed over; a failure of anything else ends the
-/// batch, but for accessors, of which only the missing object is noticed where it is needed.
-void BatchTest::expect_each_failure(const Operation& operation, const Lines& all) {
-  const auto first = [&](std::size_t number) {
-    return Lines(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(number));
+/// Runs the operation whole, and then with each call failing in turn. What a record calls is passed
+/// over; a failure of anything else ends the batch, but for accessors, of which only the missing
+/// object is noticed where it is needed.
+void BatchTest::expect_calls(const Operation& operation, const Lines& all) {
+  add_two();
+  EXPECT_EQ(operation(), S_OK);
+  EXPECT_THAT(host.journal.lines(), ElementsAreArray(all));
+
+  enum After { kNothing, kOneMore, kAll, kAllButTheNext };
+  const struct {
+    After after;
+    HRESULT result;
+  } failures[] = {
+      {kOneMore, E_POINTER},  {kOneMore, E_POINTER}, {kNothing, E_ABORT},    {kNothing, E_ABORT},
+      {kAllButTheNext, S_OK}, {kAll, S_OK},          {kAllButTheNext, S_OK}, {kAll, S_OK},
+      {kNothing, E_ABORT},    {kNothing, E_ABORT},   {kNothing, E_ABORT},
   };
-  const auto without = [&](std::size_t number) {
-    Lines lines = all;
-    lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(number - 1));
-    return lines;
-  };
-  expect_when_failing(operation, 1, first(2), E_POINTER);
-  expect_when_failing(operation, 2, first(3), E_POINTER);
-  expect_when_failing(operation, 3, first(3), E_ABORT);
-  expect_when_failing(operation, 4, first(4), E_ABORT);
-  expect_when_failing(operation, 5, without(6), S_OK);
-  expect_when_failing(operation, 6, all, S_OK);
-  expect_when_failing(operation, 7, without(8), S_OK);
-  expect_when_failing(operation, 8, all, S_OK);
-  expect_when_failing(operation, 9, first(9), E_ABORT);
-  expect_when_failing(operation, 10, first(10), E_ABORT);
-  expect_when_failing(operation, 11, first(11), E_ABORT);
+  ASSERT_EQ(std::size(failures), all.size());
+  for (std::size_t index = 0; index < all.size(); ++index) {
+    SCOPED_TRACE(all[index]);
+    const auto& [after, result] = failures[index];
+    Lines expected = all;
+    if (after == kAllButTheNext) expected.erase(expected.begin() + static_cast<long>(index) + 1);
+    if (after == kNothing) expected.resize(index + 1);
+    if (after == kOneMore) expected.resize(index + 2);
+    add_two();
+    host.journal.fail_call(index + 1, E_ABORT, L"failed");
+    EXPECT_EQ(operation(), result);
+    if (result == E_ABORT) {
+      EXPECT_EQ(fake::take_error_words(), "failed");
+    }
+    EXPECT_THAT(host.journal.lines(), ElementsAreArray(expected));
+  }
 }
 
 TEST_F(BatchTest, SaveRunsInOneTransactionWithOneNotificationWhateverSingleCallFails) {
-  const Lines all = batch_lines("Save a BOOL:-1 BOOL:0", "Save b BOOL:-1 BOOL:0",
-                                "RecordsSaved 19 1D from 0: 5 3");
-  add_two();
-  EXPECT_EQ(save(), S_OK);
-  EXPECT_THAT(host.journal.lines(), ElementsAreArray(all));
-  EXPECT_EQ(count(), 2);
-  expect_each_failure([&] { return save(); }, all);
+  expect_calls([&] { return save(); }, batch_lines("Save a BOOL:-1 BOOL:0", "Save b BOOL:-1 BOOL:0",
+                                                   "RecordsSaved 19 1D from 0: 5 3"));
 }
 
 TEST_F(BatchTest, DeleteRunsInOneTransactionWithOneNotificationWhateverSingleCallFails) {
-  const Lines all = batch_lines("Delete a", "Delete b", "RecordsDeleted 19 1D from 0: 5 3");
-  add_two();
-  EXPECT_EQ(remove(), S_OK);
-  EXPECT_THAT(host.journal.lines(), ElementsAreArray(all));
-  expect_each_failure([&] { return remove(); }, all);
+  expect_calls([&] { return remove(); },
+               batch_lines("Delete a", "Delete b", "RecordsDeleted 19 1D from 0: 5 3"));
 }
 
 TEST_F(BatchTest, DeleteEmptiesTheCollectionOnceTheRecordsAreTold) {
@@ -158,88 +146,56 @@ TEST_F(BatchTest, NewRecordsAreReportedByTheIdentifiersThatTheyGot) {
   EXPECT_EQ(index_of(0), 0);
 }
 
-TEST_F(BatchTest, RecordThatWasAddedTwiceIsSavedAndReportedTwice) {
-  const auto twice = record("a", 5);
-  add(twice);
-  add(twice);
-  save();
-  EXPECT_EQ(host.journal.lines_with("RecordStore.Save").size(), 2U);
-  EXPECT_THAT(host.journal.lines_with("RecordsSaved"),
-              ElementsAre("RecordStore.RecordsSaved 19 1D from 0: 5 5"));
-}
-
-TEST_F(BatchTest, RecordsOfOtherKindsAreSavedAndOtherObjectsPassedOver) {
+TEST_F(BatchTest, AnythingMayBeInTheCollectionTwiceOrOfAnotherKindOrNoRecord) {
   add(record<NodalProbe, INodalProbe>("probe", 8));
   add(com::Ptr<IDispatch>(host.command.get()));
-  add("force", 9);
+  const auto twice = record("force", 9);
+  add(twice);
+  add(twice);
   EXPECT_EQ(save(), S_OK);
-  EXPECT_THAT(host.journal.lines_with("RecordStore.Save"),
-              ElementsAre("RecordStore.Save probe BOOL:-1 BOOL:0",
-                          "RecordStore.Save force BOOL:-1 BOOL:0"));
+  EXPECT_THAT(
+      host.journal.lines_with("RecordStore.Save"),
+      ElementsAre("RecordStore.Save probe BOOL:-1 BOOL:0", "RecordStore.Save force BOOL:-1 BOOL:0",
+                  "RecordStore.Save force BOOL:-1 BOOL:0"));
   EXPECT_THAT(host.journal.lines_with("RecordsSaved"),
-              ElementsAre("RecordStore.RecordsSaved 19 1D from 0: 8 0 9"));
+              ElementsAre("RecordStore.RecordsSaved 19 1D from 0: 8 0 9 9"));
   EXPECT_EQ(remove(), S_OK);
   EXPECT_THAT(host.journal.lines_with("RecordStore.Delete"),
-              ElementsAre("RecordStore.Delete probe", "RecordStore.Delete force"));
+              ElementsAre("RecordStore.Delete probe", "RecordStore.Delete force",
+                          "RecordStore.Delete force"));
 }
 
-/// What a record does to its collection while the collection saves it.
-class ReentranceTest : public BatchTest {
- protected:
-  /// Runs `action` once, at the first record that is saved.
-  void at_first_save(std::function<void()> action) {
-    host.store->on_save = [action, done = false](IPersistentObject&) mutable {
+TEST_F(BatchTest, RecordsMayUseTheirCollectionWhileItSavesThem) {
+  const Lines a = {"RecordStore.Save a BOOL:-1 BOOL:0"};
+  const Lines b = {"RecordStore.Save b BOOL:-1 BOOL:0"};
+  const auto late = record("c", 9);
+  const struct {
+    std::function<void()> at_first_save;
+    Lines saved;
+    std::string reported;
+  } cases[] = {
+      {[&] {
+         const long before = host.objects_kept_by_others();
+         collection_->Remove(0);
+         EXPECT_EQ(host.objects_kept_by_others(), before) << "the record still runs";
+       },
+       a + b, " 3"},
+      {[&] { collection_->Clear(); }, a, ""},
+      {[&] { save(); }, a + a + b, " 5 3"},
+      {[&] { remove(); }, a, ""},
+      {[&] { collection_->Add(late.get()); }, a + b + Lines{"RecordStore.Save c BOOL:-1 BOOL:0"},
+       " 5 3 9"},
+  };
+  for (const auto& [action, saved, reported] : cases) {
+    add_two();
+    bool done = false;
+    host.store->on_save = [&](IPersistentObject&) {
       if (!std::exchange(done, true)) action();
     };
+    EXPECT_EQ(save(), S_OK);
+    EXPECT_EQ(host.journal.lines_with("RecordStore.Save"), saved);
+    EXPECT_EQ(host.journal.lines().back(), "RecordStore.RecordsSaved 19 1D from 0:" + reported);
   }
-  [[nodiscard]] Lines saved() const { return host.journal.lines_with("RecordStore.Save"); }
-};
-
-const std::string kSaveA = "RecordStore.Save a BOOL:-1 BOOL:0";
-const std::string kSaveB = "RecordStore.Save b BOOL:-1 BOOL:0";
-
-TEST_F(ReentranceTest, RecordThatLeavesTheCollectionIsNotReported) {
-  add_two();
-  at_first_save([&] {
-    const long before = host.objects_kept_by_others();
-    collection_->Remove(0);
-    EXPECT_EQ(host.objects_kept_by_others(), before) << "the record still runs";
-  });
-  EXPECT_EQ(save(), S_OK);
-  EXPECT_THAT(saved(), ElementsAre(kSaveA, kSaveB));
-  EXPECT_EQ(host.journal.lines().back(), "RecordStore.RecordsSaved 19 1D from 0: 3");
-}
-
-TEST_F(ReentranceTest, CollectionThatIsClearedMeanwhileReportsNothing) {
-  add_two();
-  at_first_save([&] { collection_->Clear(); });
-  EXPECT_EQ(save(), S_OK);
-  EXPECT_THAT(saved(), ElementsAre(kSaveA));
-  EXPECT_EQ(host.journal.lines().back(), "RecordStore.RecordsSaved 19 1D from 0:");
-}
-
-TEST_F(ReentranceTest, InnerSaveEndsTheOuterLoop) {
-  add_two();
-  at_first_save([&] { save(); });
-  EXPECT_EQ(save(), S_OK);
-  EXPECT_THAT(saved(), ElementsAre(kSaveA, kSaveA, kSaveB));
-  EXPECT_EQ(host.journal.lines_with("COMMIT").size(), 2U);
-}
-
-TEST_F(ReentranceTest, InnerDeleteLeavesNothingToSave) {
-  add_two();
-  at_first_save([&] { remove(); });
-  EXPECT_EQ(save(), S_OK);
-  EXPECT_THAT(saved(), ElementsAre(kSaveA));
-  EXPECT_EQ(count(), 0);
-}
-
-TEST_F(ReentranceTest, RecordThatIsAddedMeanwhileIsSavedToo) {
-  add("a", 5);
-  const auto late = record("b", 3);
-  at_first_save([&] { collection_->Add(late.get()); });
-  EXPECT_EQ(save(), S_OK);
-  EXPECT_THAT(saved(), ElementsAre(kSaveA, kSaveB));
 }
 
 }  // namespace

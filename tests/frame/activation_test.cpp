@@ -4,14 +4,14 @@
 #include <gtest/gtest.h>
 #include <orv_node.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "com/type_description.h"
-#include "kinds/kinds.h"
-#include "tests/frame/late_binding.h"
-#include "tests/frame/module_file.h"
+#include "tests/frame/copied_files.h"
+#include "tests/host/apartment.h"
+#include "tests/host/late_bound.h"
+#include "tests/kinds/kind.h"
 
 namespace {
 
@@ -27,67 +27,36 @@ constexpr const char* kProgramManifest = R"(<?xml version="1.0" encoding="UTF-8"
 </assembly>
 )";
 
-/// The folder of a program that was put on the machine by copying: its manifest, the module and
-/// the module's assembly manifest.
-class ProgramFolder {
+/// A program that was put on the machine by copying: its manifest, the module and the module's
+/// assembly manifest. Its activation context is what that manifest describes.
+class Program {
  public:
-  ProgramFolder() {
-    CreateDirectoryW(folder_.c_str(), nullptr);
-    for (const wchar_t* name : kCopied) {
-      CopyFileW(frame::module_file(name).c_str(), file(name).c_str(), FALSE);
-    }
-    std::ofstream(std::filesystem::path(manifest())) << kProgramManifest;
-  }
-  ~ProgramFolder() {
-    for (const wchar_t* name : kCopied) DeleteFileW(file(name).c_str());
-    DeleteFileW(manifest().c_str());
-    RemoveDirectoryW(folder_.c_str());
-  }
-  ProgramFolder(const ProgramFolder&) = delete;
-  ProgramFolder& operator=(const ProgramFolder&) = delete;
-
-  [[nodiscard]] const std::wstring& path() const { return folder_; }
-  [[nodiscard]] std::wstring manifest() const { return file(L"program.manifest"); }
-
- private:
-  static constexpr const wchar_t* kCopied[] = {L"orv_node.dll", L"orv_node.sxs.manifest"};
-
-  [[nodiscard]] std::wstring file(const wchar_t* name) const { return folder_ + L"\\" + name; }
-
-  std::wstring folder_ = frame::environment(L"TEMP") + L"\\orv program";
-};
-
-/// The activation context that the program's manifest describes.
-class ActivationContext {
- public:
-  explicit ActivationContext(const ProgramFolder& program) {
-    const std::wstring manifest = program.manifest();
+  Program() {
+    const std::wstring manifest = files_.file(L"program.manifest");
+    const std::wstring folder = files_.path();
+    std::ofstream(std::filesystem::path(manifest)) << kProgramManifest;
     ACTCTXW description{};
     description.cbSize = sizeof description;
     description.dwFlags = ACTCTX_FLAG_ASSEMBLY_DIRECTORY_VALID;
     description.lpSource = manifest.c_str();
-    description.lpAssemblyDirectory = program.path().c_str();
-    handle_ = CreateActCtxW(&description);
+    description.lpAssemblyDirectory = folder.c_str();
+    context_ = CreateActCtxW(&description);
   }
-  ~ActivationContext() {
-    if (is_valid()) ReleaseActCtx(handle_);
-  }
-  ActivationContext(const ActivationContext&) = delete;
-  ActivationContext& operator=(const ActivationContext&) = delete;
+  ~Program() { ReleaseActCtx(context_); }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
 
-  [[nodiscard]] bool is_valid() const { return handle_ != INVALID_HANDLE_VALUE; }
-  [[nodiscard]] HANDLE handle() const { return handle_; }
+  [[nodiscard]] HANDLE context() const { return context_; }
 
  private:
-  HANDLE handle_;
+  frame::CopiedFiles files_{L"orv program", {L"orv_node.dll", L"orv_node.sxs.manifest"}};
+  HANDLE context_;
 };
 
 /// A thread's use of a context, from here to the end of the scope.
 class Activated {
  public:
-  explicit Activated(const ActivationContext& context) {
-    ActivateActCtx(context.handle(), &cookie_);
-  }
+  explicit Activated(HANDLE context) { ActivateActCtx(context, &cookie_); }
   ~Activated() { DeactivateActCtx(0, cookie_); }
   Activated(const Activated&) = delete;
   Activated& operator=(const Activated&) = delete;
@@ -102,110 +71,81 @@ class RegistrationFree : public testing::Test {
   // Also unloads the module, so that its file can be deleted.
   ~RegistrationFree() override { CoUninitialize(); }
 
-  void SetUp() override { ASSERT_TRUE(context_.is_valid()) << GetLastError(); }
+  void SetUp() override { ASSERT_NE(program_.context(), INVALID_HANDLE_VALUE) << GetLastError(); }
 
-  static com::Ptr<IDispatch> create(const wchar_t* progid) {
-    CLSID clsid;
-    com::check(CLSIDFromProgID(progid, &clsid));
+  static com::Ptr<IDispatch> create(REFCLSID clsid) {
     com::Ptr<IDispatch> object;
     com::check(
         CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.put_void()));
     return object;
   }
+  static com::Ptr<IDispatch> create(const std::wstring& progid) {
+    CLSID clsid;
+    com::check(CLSIDFromProgID(progid.c_str(), &clsid));
+    return create(clsid);
+  }
 
-  const ProgramFolder program_;
-  const ActivationContext context_{program_};
+  const Program program_;
 };
 
 TEST_F(RegistrationFree, NothingIsThereWithoutTheManifest) {
   CLSID clsid;
   EXPECT_EQ(CLSIDFromProgID(L"Orv_Node.NodalForce", &clsid), CO_E_CLASSSTRING);
-  com::Ptr<IUnknown> object;
-  EXPECT_EQ(CoCreateInstance(__uuidof(NodalForce), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
-                             object.put_void()),
-            REGDB_E_CLASSNOTREG);
+  EXPECT_THROW(create(__uuidof(NodalForce)), com::Error);
 }
 
 TEST_F(RegistrationFree, ARecordAndACollectionAreUsedByName) {
-  const Activated activated(context_);
+  const Activated activated(program_.context());
   const auto force = create(L"Orv_Node.NodalForce");
-  EXPECT_EQ(frame::put(force, L"Magnitude", com::Variant(12.5)), S_OK);
-  EXPECT_EQ(frame::get(force, L"Magnitude").get().dblVal, 12.5);
+  const server::LateBound script(force);
+  EXPECT_EQ(script.put(L"Magnitude", com::Variant(12.5)), S_OK);
+  EXPECT_EQ(script.get(L"Magnitude").get().dblVal, 12.5);
 
-  const auto forces = create(L"Orv_Node.NodalForces.1");
-  frame::call(forces, L"Add", {com::Variant(force.get())});
-  EXPECT_EQ(frame::get(forces, L"Count").get().lVal, 1);
-  const com::Variant first = frame::call(forces, L"Item", {com::Variant(0)});
-  EXPECT_EQ(first.get().pdispVal, force.get());
+  const server::LateBound forces(create(L"Orv_Node.NodalForces.1"));
+  EXPECT_EQ(forces.call(L"Add", {com::Variant(force.get())}).result, S_OK);
+  EXPECT_EQ(forces.get(L"Count").get().lVal, 1);
+  EXPECT_EQ(forces.call(L"Item", {com::Variant(0)}).value.get().pdispVal, force.get());
 }
 
 TEST_F(RegistrationFree, EveryClassIsFoundByItsIdentifierAndBothItsNames) {
-  const Activated activated(context_);
-  const auto expect_class = [](const std::wstring& name, REFCLSID expected) {
-    for (const wchar_t* version : {L"", L".1"}) {
-      const auto object = create((L"Orv_Node." + name + version).c_str());
+  const Activated activated(program_.context());
+  for (const Class& each : all_classes()) {
+    SCOPED_TRACE(each);
+    const std::wstring progid = L"Orv_Node." + std::wstring(each.name.begin(), each.name.end());
+    for (const auto& object : {create(each.clsid), create(progid), create(progid + L".1")}) {
       com::Ptr<ITypeInfo> info;
       com::check(object.query<IProvideClassInfo2>()->GetClassInfo(info.put()));
-      EXPECT_TRUE(IsEqualCLSID(com::TypeAttributes(info)->guid, expected));
+      EXPECT_TRUE(IsEqualCLSID(com::TypeAttributes(info)->guid, each.clsid));
     }
-    com::Ptr<IDispatch> object;
-    EXPECT_EQ(
-        CoCreateInstance(expected, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.put_void()),
-        S_OK);
-  };
-#define KIND(name, collection, script)     \
-  expect_class(L"" #name, __uuidof(name)); \
-  expect_class(L"" #collection, __uuidof(collection));
-  FOR_EACH_KIND(KIND)
-#undef KIND
+  }
 }
 
 TEST_F(RegistrationFree, TheLibraryIsFound) {
-  const Activated activated(context_);
+  const Activated activated(program_.context());
   com::Ptr<ITypeLib> library;
   EXPECT_EQ(LoadRegTypeLib(LIBID_ORV_NODELib, 1, 0, LOCALE_NEUTRAL, library.put()), S_OK);
 }
 
-/// A record of this apartment as another one uses it, through marshalling.
-struct RemoteUse {
-  const ActivationContext& context;
-  com::Ptr<IStream> stream;
-  HRESULT result = E_PENDING;
-  double magnitude = 0;
-};
-
-DWORD WINAPI use_from_other_apartment(void* parameter) {
-  RemoteUse& use = *static_cast<RemoteUse*>(parameter);
-  CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-  {
-    const Activated activated(use.context);
-    com::Ptr<INodalForce> force;
-    use.result = CoUnmarshalInterface(use.stream.get(), __uuidof(INodalForce), force.put_void());
-    if (SUCCEEDED(use.result)) use.result = force->get_Magnitude(&use.magnitude);
-  }
-  CoUninitialize();
-  return 0;
-}
-
 TEST_F(RegistrationFree, InterfacesAreMarshalled) {
-  const Activated activated(context_);
+  const Activated activated(program_.context());
   const auto force = create(L"Orv_Node.NodalForce").query<INodalForce>();
   ASSERT_EQ(force->put_Magnitude(7), S_OK);
-
-  RemoteUse use{context_, nullptr};
-  ASSERT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, use.stream.put()), S_OK);
+  com::Ptr<IStream> stream;
+  ASSERT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, stream.put()), S_OK);
   // As for another process: within this one, records hand out direct pointers.
-  ASSERT_EQ(CoMarshalInterface(use.stream.get(), __uuidof(INodalForce), force.get(), MSHCTX_LOCAL,
+  ASSERT_EQ(CoMarshalInterface(stream.get(), __uuidof(INodalForce), force.get(), MSHCTX_LOCAL,
                                nullptr, MSHLFLAGS_NORMAL),
             S_OK);
-  ASSERT_EQ(use.stream->Seek({}, STREAM_SEEK_SET, nullptr), S_OK);
+  ASSERT_EQ(stream->Seek({}, STREAM_SEEK_SET, nullptr), S_OK);
 
-  HANDLE thread = CreateThread(nullptr, 0, &use_from_other_apartment, &use, 0, nullptr);
-  DWORD signalled = 0;
-  CoWaitForMultipleHandles(0, INFINITE, 1, &thread, &signalled);
-  CloseHandle(thread);
-  EXPECT_EQ(use.result, S_OK);
-  EXPECT_EQ(use.magnitude, 7);
+  server::in_other_apartment([&] {
+    const Activated activated_here(program_.context());
+    com::Ptr<INodalForce> proxy;
+    ASSERT_EQ(CoUnmarshalInterface(stream.get(), __uuidof(INodalForce), proxy.put_void()), S_OK);
+    double magnitude = 0;
+    EXPECT_EQ(proxy->get_Magnitude(&magnitude), S_OK);
+    EXPECT_EQ(magnitude, 7);
+  });
 }
 
 }  // namespace

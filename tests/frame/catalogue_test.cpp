@@ -4,21 +4,19 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <orv_node.h>
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
-#include "com/bstr.h"
 #include "com/type_description.h"
-#include "kinds/kinds.h"
 #include "tests/frame/type_description.h"
 
 namespace {
 
-using catalogue::Kind;
 using com::TypeAttributes;
+using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::Pair;
 
 class Catalogue : public testing::Test {
  protected:
@@ -28,11 +26,11 @@ class Catalogue : public testing::Test {
     return info;
   }
 
-  com::Ptr<ITypeInfo> type(std::wstring_view name) const {
+  com::Ptr<ITypeInfo> type(const std::string& name) const {
     for (UINT index = 0; index < library_->GetTypeInfoCount(); ++index) {
       if (frame::documentation(type(index)).name == name) return type(index);
     }
-    ADD_FAILURE() << "the library has no type " << testing::PrintToString(std::wstring(name));
+    ADD_FAILURE() << "the library has no type " << name;
     return nullptr;
   }
 
@@ -57,72 +55,64 @@ TEST_F(Catalogue, HeaderNamesTheLibrary) {
 }
 
 TEST_F(Catalogue, TypesStandInTheirOrderAndThereAreNoOthers) {
-  std::vector<std::wstring> expected;
-  for (const Kind& kind : catalogue::kinds()) {
-    for (const std::wstring_view name : {kind.record, kind.collection}) {
-      expected.emplace_back(name);
-      expected.push_back(L"I" + std::wstring(name));
+  std::vector<std::string> expected;
+  for (const ExpectedKind& kind : expected_kinds()) {
+    for (const std::string& name : {kind.record, kind.collection}) {
+      expected.push_back(name);
+      expected.push_back("I" + name);
     }
   }
-  std::vector<std::wstring> found;
-  std::size_t enumerations = 0;
+  std::vector<std::string> found;
   for (UINT index = 0; index < library_->GetTypeInfoCount(); ++index) {
-    const std::wstring name = frame::documentation(type(index)).name;
-    if (name == L"ScalarVector") {
-      ++enumerations;
-    } else {
-      found.push_back(name);
-    }
+    found.push_back(frame::documentation(type(index)).name);
   }
+  // The enumeration may stand anywhere.
+  EXPECT_EQ(std::erase(found, "ScalarVector"), 1u);
   EXPECT_THAT(found, ElementsAreArray(expected));
-  EXPECT_EQ(enumerations, 1u);
 }
 
 TEST_F(Catalogue, EnumerationNamesTheDirections) {
-  const auto info = type(L"ScalarVector");
+  const auto info = type("ScalarVector");
   const TypeAttributes attributes(info);
   ASSERT_EQ(attributes->typekind, TKIND_ENUM);
   EXPECT_EQ(attributes->cbSizeInstance, 4u);
 
-  std::vector<std::pair<std::wstring, long>> values;
+  std::vector<std::pair<std::string, long>> values;
   for (UINT index = 0; index < attributes->cVars; ++index) {
     VARDESC* value = nullptr;
     com::check(info->GetVarDesc(index, &value));
     values.emplace_back(frame::documentation(info, value->memid).name, value->lpvarValue->lVal);
     info->ReleaseVarDesc(value);
   }
-  const std::vector<std::pair<std::wstring, long>> expected = {
-      {L"SVE_SCALAR_X", 0}, {L"SVE_SCALAR_Y", 1}, {L"SVE_SCALAR_Z", 2}, {L"SVE_VECTOR", 3}};
-  EXPECT_EQ(values, expected);
+  EXPECT_THAT(values, ElementsAre(Pair("SVE_SCALAR_X", 0), Pair("SVE_SCALAR_Y", 1),
+                                  Pair("SVE_SCALAR_Z", 2), Pair("SVE_VECTOR", 3)));
 }
 
 /// One kind: the class and the interface of its record, and those of its collection.
-class CatalogueOfKind : public Catalogue, public testing::WithParamInterface<Kind> {
+class CatalogueOfKind : public Catalogue, public testing::WithParamInterface<ExpectedKind> {
  protected:
-  void expect_class(std::wstring_view name) {
-    SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
+  void expect_class(const std::string& name) {
+    SCOPED_TRACE(name);
     const auto info = type(name);
     const TypeAttributes attributes(info);
     EXPECT_EQ(attributes->typekind, TKIND_COCLASS);
     EXPECT_EQ(attributes->wTypeFlags, TYPEFLAG_FCANCREATE);
-    EXPECT_EQ(frame::documentation(info).help, std::wstring(name) + L" Class");
+    EXPECT_EQ(frame::documentation(info).help, name + " Class");
 
     ASSERT_EQ(attributes->cImplTypes, 1);
     int flags = 0;
     com::check(info->GetImplTypeFlags(0, &flags));
     EXPECT_EQ(flags, IMPLTYPEFLAG_FDEFAULT);
-    EXPECT_EQ(frame::documentation(frame::implemented_type(info, 0)).name,
-              L"I" + std::wstring(name));
+    EXPECT_EQ(frame::documentation(frame::implemented_type(info, 0)).name, "I" + name);
   }
 
-  void expect_interface(std::wstring_view class_name, const std::vector<std::wstring>& members) {
-    const std::wstring name = L"I" + std::wstring(class_name);
-    SCOPED_TRACE(testing::PrintToString(name));
+  void expect_interface(const std::string& name, const std::vector<std::string>& members) {
+    SCOPED_TRACE(name);
     const auto dual = type(name);
     const TypeAttributes attributes(dual);
     EXPECT_EQ(attributes->typekind, TKIND_DISPATCH);
     EXPECT_TRUE(attributes->wTypeFlags & TYPEFLAG_FDUAL);
-    EXPECT_EQ(frame::documentation(dual).help, name + L" Interface");
+    EXPECT_EQ(frame::documentation(dual).help, name + " Interface");
 
     const auto table = frame::virtual_table_side(dual);
     EXPECT_EQ(TypeAttributes(table)->typekind, TKIND_INTERFACE);
@@ -131,98 +121,18 @@ class CatalogueOfKind : public Catalogue, public testing::WithParamInterface<Kin
               TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE);
     EXPECT_TRUE(IsEqualIID(TypeAttributes(frame::implemented_type(table, 0))->guid, IID_IDispatch));
     EXPECT_THAT(frame::describe_members(table), ElementsAreArray(members));
-    EXPECT_THAT(frame::table_offsets(table), ElementsAreArray(offsets_after_dispatch(members)));
-  }
-
- private:
-  static std::vector<int> offsets_after_dispatch(const std::vector<std::wstring>& members) {
-    constexpr int kMembersOfDispatch = 7;
-    std::vector<int> offsets;
-    for (std::size_t index = 0; index < members.size(); ++index) {
-      offsets.push_back(static_cast<int>((kMembersOfDispatch + index) * sizeof(void*)));
-    }
-    return offsets;
   }
 };
 
-TEST_P(CatalogueOfKind, RecordIsDescribed) {
-  expect_class(GetParam().record);
-  expect_interface(GetParam().record, catalogue::record_members(GetParam()));
+TEST_P(CatalogueOfKind, IsDescribed) {
+  const ExpectedKind& kind = GetParam();
+  expect_class(kind.record);
+  expect_interface("I" + kind.record, catalogue::record_members(kind));
+  expect_class(kind.collection);
+  expect_interface("I" + kind.collection, catalogue::collection_members(kind));
 }
 
-TEST_P(CatalogueOfKind, CollectionIsDescribed) {
-  expect_class(GetParam().collection);
-  expect_interface(GetParam().collection, catalogue::collection_members(GetParam()));
-}
-
-std::string narrow_name(const testing::TestParamInfo<Kind>& info) {
-  return std::string(info.param.record.begin(), info.param.record.end());
-}
-
-INSTANTIATE_TEST_SUITE_P(AllKinds, CatalogueOfKind, testing::ValuesIn(catalogue::kinds()),
-                         narrow_name);
-
-// --- Columns against properties ------------------------------------------------------------------
-
-/// A kind's columns as the record class declares them: the property that must reach each, and the
-/// types that this property may have.
-struct DeclaredColumns {
-  std::wstring_view kind;
-  std::vector<std::pair<std::wstring_view, std::vector<std::wstring_view>>> columns;
-};
-
-std::wstring_view property_of_column(std::wstring_view column) {
-  if (column == L"MultiplierTableID") return L"MultiplierID";
-  if (column == L"IsRotation") return L"IsRotate";
-  if (column == L"SeparateWindow") return L"UseSeparateWindow";
-  return column;
-}
-
-template <class Record>
-std::vector<std::wstring_view> types_of_field(const orv::Column<Record>& column) {
-  using Member = typename orv::Column<Record>::Member;
-  if (std::holds_alternative<orv::Real Record::*>(column.member)) return {L"double"};
-  // The one number of 16 bits that is no truth value to clients.
-  if (column.name == L"SeparateWindow") return {L"long"};
-  if (column.member.index() == Member(static_cast<orv::Flag Record::*>(nullptr)).index()) {
-    return {L"VARIANT_BOOL"};
-  }
-  return {L"long", L"VARIANT_BOOL", L"ScalarVector"};
-}
-
-template <class Record>
-DeclaredColumns declared_columns() {
-  DeclaredColumns result{Record::kNames.object, {}};
-  for (const orv::Column<Record>& column : Record::columns()) {
-    result.columns.emplace_back(property_of_column(column.name), types_of_field(column));
-  }
-  return result;
-}
-
-std::vector<DeclaredColumns> all_declared_columns() {
-#define KIND(name, collection, script) declared_columns<orv::C##name>(),
-  return {FOR_EACH_KIND(KIND)};
-#undef KIND
-}
-
-TEST(Columns, EveryColumnHasItsPropertyAndEveryPropertyItsColumn) {
-  for (const DeclaredColumns& declared : all_declared_columns()) {
-    SCOPED_TRACE(testing::PrintToString(std::wstring(declared.kind)));
-    const auto kind = std::ranges::find(catalogue::kinds(), declared.kind, &Kind::record);
-    ASSERT_NE(kind, catalogue::kinds().end());
-
-    std::vector<std::wstring_view> stored;
-    for (const auto& [name, types] : declared.columns) {
-      stored.push_back(name);
-      EXPECT_THAT(types, testing::Contains(catalogue::property(name).type))
-          << testing::PrintToString(std::wstring(name));
-    }
-    std::vector<std::wstring_view> values;
-    std::ranges::copy_if(kind->properties, std::back_inserter(values), [](std::wstring_view name) {
-      return !catalogue::property(name).is_reference();
-    });
-    EXPECT_THAT(stored, testing::UnorderedElementsAreArray(values));
-  }
-}
+INSTANTIATE_TEST_SUITE_P(AllKinds, CatalogueOfKind, testing::ValuesIn(expected_kinds()),
+                         testing::PrintToStringParamName());
 
 }  // namespace

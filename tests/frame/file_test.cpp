@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/frame/module_file.h"
+#include "tests/host/loaded_module.h"
 
 namespace {
 
@@ -80,7 +80,7 @@ std::wstring version_text(const std::wstring& path, const std::wstring& name) {
 class ModuleFile : public testing::TestWithParam<const wchar_t*> {
  protected:
   [[nodiscard]] std::wstring path() const {
-    return frame::module_file((std::wstring(GetParam()) + L".dll").c_str());
+    return server::built_file((std::wstring(GetParam()) + L".dll").c_str());
   }
 
   const Image image_{path()};

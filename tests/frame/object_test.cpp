@@ -4,35 +4,16 @@
 #include <gtest/gtest.h>
 #include <orv_node.h>
 
-#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "com/type_description.h"
-#include "kinds/kinds.h"
-#include "tests/frame/late_binding.h"
-#include "tests/frame/loaded_module.h"
-#include "tests/frame/module_file.h"
+#include "tests/host/apartment.h"
+#include "tests/host/loaded_module.h"
+#include "tests/kinds/kind.h"
 
 namespace {
-
-struct Class {
-  const char* name;
-  CLSID clsid;
-  IID own_interface;
-  bool is_collection;
-
-  friend std::ostream& operator<<(std::ostream& out, const Class& each) { return out << each.name; }
-};
-
-std::vector<Class> all_classes() {
-#define KIND(name, collection, script)               \
-  {#name, __uuidof(name), __uuidof(I##name), false}, \
-      {#collection, __uuidof(collection), __uuidof(I##collection), true},
-  return {FOR_EACH_KIND(KIND)};
-#undef KIND
-}
 
 com::Ptr<IUnknown> ask(const com::Ptr<IUnknown>& object, REFIID iid) {
   com::Ptr<IUnknown> answer;
@@ -60,10 +41,11 @@ class Objects : public testing::TestWithParam<Class> {
   com::Ptr<Interface> create() const {
     auto object = module_.create<Interface>(GetParam().clsid);
     if (!object) throw std::runtime_error("the object could not be created");
+    EXPECT_EQ(module_.can_unload_now(), S_FALSE);
     return object;
   }
 
-  const frame::LoadedModule module_{frame::module_file(L"orv_node.dll")};
+  const server::LoadedModule module_;
 };
 
 INSTANTIATE_TEST_SUITE_P(AllClasses, Objects, testing::ValuesIn(all_classes()),
@@ -146,27 +128,26 @@ TEST_P(Objects, TakePartInAnOuterObjectOnlyThroughTheirInnerUnknown) {
 
 // --- Class, type and error information -----------------------------------------------------------
 
-TEST_P(Objects, TellTheirClass) {
+TEST_P(Objects, TellTheirClassAndTheirOwnInterfaceAsItsDefaultSource) {
   const auto object = create<IProvideClassInfo2>();
   com::Ptr<ITypeInfo> info;
   ASSERT_EQ(object->GetClassInfo(info.put()), S_OK);
   EXPECT_EQ(com::TypeAttributes(info)->typekind, TKIND_COCLASS);
   EXPECT_TRUE(IsEqualCLSID(com::TypeAttributes(info)->guid, GetParam().clsid));
   EXPECT_EQ(object->GetClassInfo(nullptr), E_POINTER);
-}
 
-TEST_P(Objects, NameTheirOwnInterfaceAsDefaultSource) {
-  const auto object = create<IProvideClassInfo2>();
-  GUID guid = GetParam().clsid;
-  EXPECT_EQ(object->GetGUID(0, &guid), E_INVALIDARG);
-  EXPECT_TRUE(IsEqualGUID(guid, GUID_NULL));
-  EXPECT_EQ(object->GetGUID(2, &guid), E_INVALIDARG);
+  for (const DWORD other_kind : {0, 2}) {
+    GUID guid = GetParam().clsid;
+    EXPECT_EQ(object->GetGUID(other_kind, &guid), E_INVALIDARG);
+    EXPECT_TRUE(IsEqualGUID(guid, GUID_NULL));
+  }
+  GUID guid = GUID_NULL;
   EXPECT_EQ(object->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &guid), S_OK);
   EXPECT_TRUE(IsEqualGUID(guid, GetParam().own_interface));
   EXPECT_EQ(object->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, nullptr), E_POINTER);
 }
 
-TEST_P(Objects, TellOneTypeInformation) {
+TEST_P(Objects, TellTypeAndErrorInformationOfTheirOwnInterfaceOnly) {
   const auto object = create<IDispatch>();
   UINT count = 0;
   EXPECT_EQ(object->GetTypeInfoCount(&count), S_OK);
@@ -178,24 +159,25 @@ TEST_P(Objects, TellOneTypeInformation) {
   EXPECT_TRUE(IsEqualIID(com::TypeAttributes(info)->guid, GetParam().own_interface));
   EXPECT_EQ(object->GetTypeInfo(1, LOCALE_USER_DEFAULT, info.put()), TYPE_E_ELEMENTNOTFOUND);
   EXPECT_EQ(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, nullptr), E_POINTER);
-}
 
-TEST_P(Objects, PromiseErrorInformationForTheirOwnInterfaceOnly) {
-  const auto object = create<ISupportErrorInfo>();
-  EXPECT_EQ(object->InterfaceSupportsErrorInfo(GetParam().own_interface), S_OK);
+  const auto errors = object.query<ISupportErrorInfo>();
+  EXPECT_EQ(errors->InterfaceSupportsErrorInfo(GetParam().own_interface), S_OK);
   for (const IID& other : {IID_IDispatch, IID_IUnknown, IID_IEnumVARIANT, GUID_NULL}) {
-    EXPECT_EQ(object->InterfaceSupportsErrorInfo(other), S_FALSE);
+    EXPECT_EQ(errors->InterfaceSupportsErrorInfo(other), S_FALSE);
   }
 }
 
 // --- Dispatch ------------------------------------------------------------------------------------
 
+HRESULT find_member(const com::Ptr<IDispatch>& object, const wchar_t* name, DISPID& id) {
+  auto* text = const_cast<LPOLESTR>(name);
+  return object->GetIDsOfNames(GUID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
+}
+
 TEST_P(Objects, RefuseWhatTheirInterfaceDoesNotHave) {
   const auto object = create<IDispatch>();
-  auto* name = const_cast<LPOLESTR>(L"NoSuchMember");
   DISPID id = 0;
-  EXPECT_EQ(object->GetIDsOfNames(GUID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id),
-            DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(find_member(object, L"NoSuchMember", id), DISP_E_UNKNOWNNAME);
   EXPECT_EQ(id, DISPID_UNKNOWN);
 
   constexpr DISPID kOfNoRecordOrCollection = 14;
@@ -206,9 +188,9 @@ TEST_P(Objects, RefuseWhatTheirInterfaceDoesNotHave) {
                           nullptr);
   };
   EXPECT_EQ(invoke(kOfNoRecordOrCollection, &none), DISP_E_MEMBERNOTFOUND);
-  const DISPID save = frame::id_of(object, L"Save");
-  EXPECT_EQ(invoke(save, &none), DISP_E_BADPARAMCOUNT);
-  EXPECT_EQ(invoke(save, nullptr), E_INVALIDARG);
+  EXPECT_EQ(find_member(object, L"Save", id), S_OK);
+  EXPECT_EQ(invoke(id, &none), DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(invoke(id, nullptr), E_INVALIDARG);
 }
 
 TEST_P(Objects, KnowEveryMemberByItsNameInAnyCase) {
@@ -219,49 +201,31 @@ TEST_P(Objects, KnowEveryMemberByItsNameInAnyCase) {
   ASSERT_GT(members, 0u);
   for (UINT index = 0; index < members; ++index) {
     const DISPID id = com::FunctionDescription(info, index)->memid;
-    std::wstring name(com::name_of(info, id).view());
-    EXPECT_EQ(frame::id_of(object, name.c_str()), id);
-    EXPECT_EQ(frame::id_of(object, CharUpperW(name.data())), id);
-    EXPECT_EQ(frame::id_of(object, CharLowerW(name.data())), id);
+    const std::wstring name(com::name_of(info, id).view());
+    std::wstring upper = name;
+    std::wstring lower = name;
+    CharUpperW(upper.data());
+    CharLowerW(lower.data());
+    for (const std::wstring& written : {name, upper, lower}) {
+      DISPID found = DISPID_UNKNOWN;
+      EXPECT_EQ(find_member(object, written.c_str(), found), S_OK);
+      EXPECT_EQ(found, id);
+    }
   }
 }
 
 // --- Other apartments ----------------------------------------------------------------------------
 
-/// What another apartment gets when it is handed an object.
-struct Handover {
-  com::Ptr<IStream> stream;
-  IID iid;
-  void* received = nullptr;
-};
-
-DWORD WINAPI receive(void* parameter) {
-  Handover& handover = *static_cast<Handover*>(parameter);
-  CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-  com::Ptr<IUnknown> object;
-  if (SUCCEEDED(CoUnmarshalInterface(handover.stream.get(), handover.iid, object.put_void()))) {
-    handover.received = object.get();
-  }
-  object.reset();
-  CoUninitialize();
-  return 0;
-}
-
 TEST_P(Objects, AreHandedToAnotherApartmentAsDirectPointers) {
-  const auto object = create<IUnknown>();
-  const auto own = ask(object, GetParam().own_interface);
-  Handover handover;
-  handover.iid = GetParam().own_interface;
-  ASSERT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, handover.stream.put()), S_OK);
-  ASSERT_EQ(CoMarshalInterface(handover.stream.get(), handover.iid, own.get(), MSHCTX_INPROC,
-                               nullptr, MSHLFLAGS_NORMAL),
-            S_OK);
-  ASSERT_EQ(handover.stream->Seek({}, STREAM_SEEK_SET, nullptr), S_OK);
-
-  const HANDLE thread = CreateThread(nullptr, 0, &receive, &handover, 0, nullptr);
-  WaitForSingleObject(thread, INFINITE);
-  CloseHandle(thread);
-  EXPECT_EQ(handover.received, own.get());
+  const IID& iid = GetParam().own_interface;
+  const auto own = ask(create<IUnknown>(), iid);
+  com::Ptr<IStream> stream;
+  ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(iid, own.get(), stream.put()), S_OK);
+  server::in_other_apartment([&] {
+    com::Ptr<IUnknown> received;
+    EXPECT_EQ(CoUnmarshalInterface(stream.get(), iid, received.put_void()), S_OK);
+    EXPECT_EQ(received.get(), own.get());
+  });
 }
 
 }  // namespace

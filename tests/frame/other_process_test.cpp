@@ -8,10 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/frame/late_binding.h"
-#include "tests/frame/loaded_module.h"
-#include "tests/frame/module_file.h"
 #include "tests/host/host.h"
+#include "tests/host/late_bound.h"
+#include "tests/host/loaded_module.h"
 
 namespace {
 
@@ -61,7 +60,7 @@ int serve() {
     RegisterActiveObject(host.database.query<IDispatch>().get(), kOtherDatabase,
                          ACTIVEOBJECT_STRONG, &database);
 
-    const frame::LoadedModule module(frame::module_file(L"orv_node.dll"));
+    const server::LoadedModule module;
     std::vector<DWORD> registrations;
     for (const CLSID& clsid :
          {__uuidof(NodalForce), __uuidof(NodalForces), __uuidof(NodalBoundaryCondition),
@@ -131,13 +130,14 @@ class OtherProcessTest : public testing::Test {
   void SetUp() override { ASSERT_TRUE(other_->is_ready()); }
 
   /// An object that is made and lives in the other process.
-  template <class Interface>
-  static com::Ptr<Interface> create(REFCLSID clsid) {
+  template <class Class, class Interface>
+  static com::Ptr<Interface> create() {
     com::Ptr<Interface> object;
-    com::check(CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(Interface),
+    com::check(CoCreateInstance(__uuidof(Class), nullptr, CLSCTX_LOCAL_SERVER, __uuidof(Interface),
                                 object.put_void()));
     return object;
   }
+  static com::Ptr<INodalForce> create_force() { return create<NodalForce, INodalForce>(); }
 
  private:
   static inline OtherProcess* other_ = nullptr;
@@ -147,38 +147,32 @@ TEST_F(OtherProcessTest, IsReachedThroughTheModulesOwnProxies) {
   CLSID proxies;
   ASSERT_EQ(CoGetPSClsid(__uuidof(INodalForce), &proxies), S_OK);
   EXPECT_TRUE(IsEqualCLSID(proxies, __uuidof(INodalBoundaryCondition)));
-  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  const auto force = create_force();
   // Nothing of the server is made in this process, and yet its module is here.
   EXPECT_NE(GetModuleHandleW(L"orv_node.dll"), nullptr);
 }
 
-TEST_F(OtherProcessTest, NumbersCross) {
-  const auto force = create<INodalForce>(__uuidof(NodalForce));
-  EXPECT_EQ(force->put_Magnitude(-1.25e300), S_OK);
-  double magnitude = 0;
-  EXPECT_EQ(force->get_Magnitude(&magnitude), S_OK);
-  EXPECT_EQ(magnitude, -1.25e300);
-  EXPECT_EQ(force->put_MultiplierID(-2147483647), S_OK);
-  long multiplier = 0;
-  EXPECT_EQ(force->get_MultiplierID(&multiplier), S_OK);
-  EXPECT_EQ(multiplier, -2147483647);
-
-  const auto support = create<INodalBoundaryCondition>(__uuidof(NodalBoundaryCondition));
-  EXPECT_EQ(support->put_Rz(VARIANT_TRUE), S_OK);
-  VARIANT_BOOL fixed = VARIANT_FALSE;
-  EXPECT_EQ(support->get_Rz(&fixed), S_OK);
-  EXPECT_EQ(fixed, VARIANT_TRUE);
-
-  const auto displacement =
-      create<INodalPrescribedDisplacement>(__uuidof(NodalPrescribedDisplacement));
-  EXPECT_EQ(displacement->put_Direction(SVE_VECTOR), S_OK);
-  ScalarVector direction = SVE_SCALAR_X;
-  EXPECT_EQ(displacement->get_Direction(&direction), S_OK);
-  EXPECT_EQ(direction, SVE_VECTOR);
+template <class Interface, class Value>
+void expect_to_cross(const com::Ptr<Interface>& object,
+                     HRESULT (STDMETHODCALLTYPE Interface::*put)(Value),
+                     HRESULT (STDMETHODCALLTYPE Interface::*get)(Value*), Value value) {
+  EXPECT_EQ((object.get()->*put)(value), S_OK);
+  Value back{};
+  EXPECT_EQ((object.get()->*get)(&back), S_OK);
+  EXPECT_EQ(back, value);
 }
 
-TEST_F(OtherProcessTest, StringsCross) {
-  const auto force = create<INodalForce>(__uuidof(NodalForce));
+TEST_F(OtherProcessTest, NumbersAndStringsCross) {
+  const auto force = create_force();
+  expect_to_cross(force, &INodalForce::put_Magnitude, &INodalForce::get_Magnitude, -1.25e300);
+  expect_to_cross(force, &INodalForce::put_MultiplierID, &INodalForce::get_MultiplierID,
+                  -2147483647L);
+  expect_to_cross(create<NodalBoundaryCondition, INodalBoundaryCondition>(),
+                  &INodalBoundaryCondition::put_Rz, &INodalBoundaryCondition::get_Rz, VARIANT_TRUE);
+  expect_to_cross(create<NodalPrescribedDisplacement, INodalPrescribedDisplacement>(),
+                  &INodalPrescribedDisplacement::put_Direction,
+                  &INodalPrescribedDisplacement::get_Direction, SVE_VECTOR);
+
   const com::Bstr text(L"Zo\u00EB's \u529B");
   EXPECT_EQ(force->put_Description(text.get()), S_OK);
   com::Bstr description;
@@ -191,7 +185,7 @@ TEST_F(OtherProcessTest, StringsCross) {
 
 TEST_F(OtherProcessTest, InterfacePointersCrossBothWays) {
   fake::Host host;
-  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  const auto force = create_force();
   const com::Ptr<IDispatch> vertex(host.database.get());
   EXPECT_EQ(force->putref_Vertex(vertex.get()), S_OK);
   com::Ptr<IDispatch> back;
@@ -199,7 +193,7 @@ TEST_F(OtherProcessTest, InterfacePointersCrossBothWays) {
   EXPECT_EQ(back.query<IUnknown>().get(), vertex.query<IUnknown>().get());
   EXPECT_EQ(force->putref_Vertex(nullptr), E_POINTER);
 
-  const auto forces = create<INodalForces>(__uuidof(NodalForces));
+  const auto forces = create<NodalForces, INodalForces>();
   EXPECT_EQ(forces->Add(force.get()), S_OK);
   com::Ptr<INodalForce> item;
   EXPECT_EQ(forces->Item(0, item.put()), S_OK);
@@ -208,9 +202,9 @@ TEST_F(OtherProcessTest, InterfacePointersCrossBothWays) {
 }
 
 TEST_F(OtherProcessTest, ACollectionIsEnumerated) {
-  const auto forces = create<INodalForces>(__uuidof(NodalForces));
+  const auto forces = create<NodalForces, INodalForces>();
   for (const double magnitude : {1., 2., 3.}) {
-    const auto force = create<INodalForce>(__uuidof(NodalForce));
+    const auto force = create_force();
     force->put_Magnitude(magnitude);
     ASSERT_EQ(forces->Add(force.get()), S_OK);
   }
@@ -223,14 +217,14 @@ TEST_F(OtherProcessTest, ACollectionIsEnumerated) {
   ULONG fetched = 0;
   while (enumerator->Next(1, item.put(), &fetched) == S_OK) {
     const com::Ptr<IDispatch> record(item.get().pdispVal);
-    met.push_back(frame::get(record, L"Magnitude").get().dblVal);
+    met.push_back(server::LateBound(record).get(L"Magnitude").get().dblVal);
   }
   EXPECT_THAT(met, testing::ElementsAre(1, 2, 3));
 }
 
 TEST_F(OtherProcessTest, VariantsReachAHostInThisProcessAsTheyWerePassed) {
   fake::Host host;
-  const auto force = create<INodalForce>(__uuidof(NodalForce));
+  const auto force = create_force();
   EXPECT_EQ(force->Save(host.database.get(), com::Variant::omitted(), com::Variant::omitted()),
             S_OK);
   EXPECT_EQ(
@@ -244,25 +238,16 @@ TEST_F(OtherProcessTest, VariantsReachAHostInThisProcessAsTheyWerePassed) {
 TEST_F(OtherProcessTest, TheResultOfAHostInThisProcessComesBack) {
   fake::Host host;
   host.journal.fail("RecordStore.Delete", kHostFailure, kHostWords);
-  const auto force = create<INodalForce>(__uuidof(NodalForce));
-  EXPECT_EQ(force->Delete(host.database.get()), kHostFailure);
+  EXPECT_EQ(create_force()->Delete(host.database.get()), kHostFailure);
 }
 
 TEST_F(OtherProcessTest, TheWordsOfAFailingHostArriveAtAScript) {
   com::Ptr<IUnknown> database;
   ASSERT_EQ(GetActiveObject(kOtherDatabase, nullptr, database.put()), S_OK);
-  const auto force = create<IDispatch>(__uuidof(NodalForce));
   const com::Variant argument(database.query<IDispatch>().get());
-  DISPPARAMS parameters{com::mutable_address(argument), nullptr, 1, 0};
-  EXCEPINFO failure{};
-  EXPECT_EQ(force->Invoke(frame::id_of(force, L"Delete"), GUID_NULL, LOCALE_USER_DEFAULT,
-                          DISPATCH_METHOD, &parameters, nullptr, &failure, nullptr),
-            DISP_E_EXCEPTION);
-  EXPECT_EQ(failure.scode, kHostFailure);
-  const auto words = com::Bstr::adopt(failure.bstrDescription);
-  const auto source = com::Bstr::adopt(failure.bstrSource);
-  const auto help = com::Bstr::adopt(failure.bstrHelpFile);
-  EXPECT_EQ(words.view(), kHostWords);
+  const auto outcome = server::LateBound(create_force()).call(L"Delete", {argument});
+  EXPECT_EQ(outcome.result, kHostFailure);
+  EXPECT_EQ(outcome.words.view(), kHostWords);
 }
 
 }  // namespace

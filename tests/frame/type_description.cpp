@@ -1,104 +1,88 @@
 #include "tests/frame/type_description.h"
 
-#include <string_view>
+#include <initializer_list>
 #include <utility>
 
 #include "com/bstr.h"
 #include "com/type_description.h"
-#include "tests/frame/module_file.h"
+#include "tests/host/journal.h"
+#include "tests/host/loaded_module.h"
 
 namespace frame {
 namespace {
 
-std::wstring type_name(const com::Ptr<ITypeInfo>& info, const TYPEDESC& type) {
+std::string type_name(const com::Ptr<ITypeInfo>& info, const TYPEDESC& type) {
   switch (type.vt) {
     case VT_I4:
-      return L"long";
+      return "long";
     case VT_INT:
-      return L"int";
+      return "int";
     case VT_R8:
-      return L"double";
+      return "double";
     case VT_BOOL:
-      return L"VARIANT_BOOL";
+      return "VARIANT_BOO";
     case VT_BSTR:
-      return L"BSTR";
+      return "BSTR";
     case VT_VARIANT:
-      return L"VARIANT";
+      return "VARIANT";
     case VT_DISPATCH:
-      return L"IDispatch*";
+      return "IDispatch*";
     case VT_UNKNOWN:
-      return L"IUnknown*";
+      return "IUnknown*";
     case VT_HRESULT:
-      return L"HRESULT";
+      return "HRESULT";
     case VT_PTR:
-      return type_name(info, *type.lptdesc) + L"*";
+      return type_name(info, *type.lptdesc) + "*";
     case VT_USERDEFINED: {
       com::Ptr<ITypeInfo> referred;
       com::check(info->GetRefTypeInfo(type.hreftype, referred.put()));
       return documentation(referred).name;
     }
     default:
-      return L"VARTYPE " + std::to_wstring(type.vt);
+      return "VARTYPE " + std::to_string(type.vt);
   }
 }
 
-std::wstring invoke_kind(INVOKEKIND kind) {
+std::string invoke_kind(INVOKEKIND kind) {
   switch (kind) {
     case INVOKE_FUNC:
-      return L"method";
+      return "method";
     case INVOKE_PROPERTYGET:
-      return L"get";
+      return "get";
     case INVOKE_PROPERTYPUT:
-      return L"put";
+      return "put";
     case INVOKE_PROPERTYPUTREF:
-      return L"putref";
+      return "putref";
   }
-  return L"?";
+  return "?";
 }
+
+using FlagNames = std::initializer_list<std::pair<unsigned, const char*>>;
 
 /// The names of the flags that are set, and what is left of them as a number.
-template <std::size_t size>
-std::wstring flag_names(unsigned flags, const std::pair<unsigned, std::wstring_view> (&names)[size],
-                        std::wstring_view separator) {
-  std::wstring result;
-  const auto append = [&](std::wstring_view name) {
-    if (!result.empty()) result += separator;
-    result += name;
-  };
+std::string flag_names(unsigned flags, const FlagNames& names) {
+  std::string result;
   for (const auto& [flag, name] : names) {
-    if (flags & flag) append(name);
+    if (flags & flag) result += result.empty() ? name : std::string(",") + name;
     flags &= ~flag;
   }
-  if (flags) append(std::to_wstring(flags));
-  return result;
+  return flags ? result + " and " + std::to_string(flags) : result;
 }
 
-std::wstring argument_flags(USHORT flags) {
-  static constexpr std::pair<unsigned, std::wstring_view> kNames[] = {
-      {PARAMFLAG_FIN, L"in"},
-      {PARAMFLAG_FOUT, L"out"},
-      {PARAMFLAG_FRETVAL, L"retval"},
-      {PARAMFLAG_FOPT, L"opt"},
-  };
-  return flag_names(flags, kNames, L",");
-}
-
-std::wstring member_flags(WORD flags) {
-  static constexpr std::pair<unsigned, std::wstring_view> kNames[] = {
-      {FUNCFLAG_FHIDDEN, L"hidden"},
-      {FUNCFLAG_FRESTRICTED, L"restricted"},
-  };
-  return flag_names(flags, kNames, L" ");
-}
+const FlagNames kArgumentFlags = {{PARAMFLAG_FIN, "in"},
+                                  {PARAMFLAG_FOUT, "out"},
+                                  {PARAMFLAG_FRETVAL, "retval"},
+                                  {PARAMFLAG_FOPT, "opt"}};
+const FlagNames kMemberFlags = {{FUNCFLAG_FHIDDEN, "hidden"}, {FUNCFLAG_FRESTRICTED, "restricted"}};
 
 /// Names of the member and of its arguments.
-std::vector<std::wstring> names_of(const com::Ptr<ITypeInfo>& info,
-                                   const com::FunctionDescription& function) {
+std::vector<std::string> names_of(const com::Ptr<ITypeInfo>& info,
+                                  const com::FunctionDescription& function) {
   std::vector<BSTR> raw(static_cast<std::size_t>(function->cParams) + 1);
   UINT count = 0;
   com::check(info->GetNames(function->memid, raw.data(), static_cast<UINT>(raw.size()), &count));
-  std::vector<std::wstring> names;
-  for (const BSTR name : raw) names.emplace_back(com::Bstr::adopt(name).view());
+  std::vector<std::string> names;
+  for (const BSTR name : raw) names.push_back(fake::narrow(com::Bstr::adopt(name).view()));
   return names;
 }
 
@@ -107,22 +91,22 @@ bool is_put(const com::FunctionDescription& function) {
   return function->invkind == INVOKE_PROPERTYPUT || function->invkind == INVOKE_PROPERTYPUTREF;
 }
 
-std::wstring describe(const com::Ptr<ITypeInfo>& info, const com::FunctionDescription& function) {
-  const std::vector<std::wstring> names = names_of(info, function);
-  std::wstring line = std::to_wstring(function->memid) + L" " + invoke_kind(function->invkind) +
-                      L" " + names[0] + L"(";
+std::string describe(const com::Ptr<ITypeInfo>& info, const com::FunctionDescription& function) {
+  const std::vector<std::string> names = names_of(info, function);
+  std::string line =
+      std::to_string(function->memid) + " " + invoke_kind(function->invkind) + " " + names[0] + "(";
   for (int index = 0; index < function->cParams; ++index) {
     const ELEMDESC& argument = function->lprgelemdescParam[index];
-    if (index > 0) line += L", ";
-    line += L"[" + argument_flags(argument.paramdesc.wParamFlags) + L"] " +
+    if (index > 0) line += ", ";
+    line += "[" + flag_names(argument.paramdesc.wParamFlags, kArgumentFlags) + "] " +
             type_name(info, argument.tdesc);
-    if (!is_put(function)) line += L" " + names[static_cast<std::size_t>(index) + 1];
+    if (!is_put(function)) line += " " + names[static_cast<std::size_t>(index) + 1];
   }
-  line += L")";
-  const std::wstring returned = type_name(info, function->elemdescFunc.tdesc);
-  if (returned != L"HRESULT") line += L" returns " + returned;
-  const std::wstring flags = member_flags(function->wFuncFlags);
-  if (!flags.empty()) line += L" " + flags;
+  line += ")";
+  const std::string returned = type_name(info, function->elemdescFunc.tdesc);
+  if (returned != "HRESULT") line += " returns " + returned;
+  const std::string flags = flag_names(function->wFuncFlags, kMemberFlags);
+  if (!flags.empty()) line += " " + flags;
   return line;
 }
 
@@ -132,7 +116,7 @@ Documentation documentation(const com::Ptr<ITypeInfo>& info, MEMBERID member) {
   com::Bstr name;
   com::Bstr help;
   com::check(info->GetDocumentation(member, name.put(), help.put(), nullptr, nullptr));
-  return {std::wstring(name.view()), std::wstring(help.view())};
+  return {fake::narrow(name.view()), fake::narrow(help.view())};
 }
 
 com::Ptr<ITypeInfo> implemented_type(const com::Ptr<ITypeInfo>& info, UINT index) {
@@ -148,29 +132,25 @@ com::Ptr<ITypeInfo> virtual_table_side(const com::Ptr<ITypeInfo>& dual) {
   return implemented_type(dual, kOtherSide);
 }
 
-std::vector<std::wstring> describe_members(const com::Ptr<ITypeInfo>& vtable_side) {
-  std::vector<std::wstring> lines;
+std::vector<std::string> describe_members(const com::Ptr<ITypeInfo>& vtable_side) {
+  constexpr UINT kMembersOfDispatch = 7;
+  std::vector<std::string> lines;
   const UINT count = com::TypeAttributes(vtable_side)->cFuncs;
   for (UINT index = 0; index < count; ++index) {
     const com::FunctionDescription function(vtable_side, index);
-    lines.push_back(describe(vtable_side, function) + L": " +
+    if (function->oVft != static_cast<int>((kMembersOfDispatch + index) * sizeof(void*))) {
+      lines.push_back("The next one stands at " + std::to_string(function->oVft));
+    }
+    lines.push_back(describe(vtable_side, function) + ": " +
                     documentation(vtable_side, function->memid).help);
   }
   return lines;
 }
 
-std::vector<int> table_offsets(const com::Ptr<ITypeInfo>& vtable_side) {
-  std::vector<int> offsets;
-  const UINT count = com::TypeAttributes(vtable_side)->cFuncs;
-  for (UINT index = 0; index < count; ++index) {
-    offsets.push_back(com::FunctionDescription(vtable_side, index)->oVft);
-  }
-  return offsets;
-}
-
 com::Ptr<ITypeLib> load_library() {
   com::Ptr<ITypeLib> library;
-  com::check(LoadTypeLibEx(module_file(L"orv_node.dll").c_str(), REGKIND_NONE, library.put()));
+  com::check(
+      LoadTypeLibEx(server::built_file(L"orv_node.dll").c_str(), REGKIND_NONE, library.put()));
   return library;
 }
 

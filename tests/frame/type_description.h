@@ -13,8 +13,8 @@ namespace frame {
 
 /// Name and help string of a type, or of a member of it.
 struct Documentation {
-  std::wstring name;
-  std::wstring help;
+  std::string name;
+  std::string help;
 };
 Documentation documentation(const com::Ptr<ITypeInfo>& info, MEMBERID member = MEMBERID_NIL);
 
@@ -25,11 +25,8 @@ com::Ptr<ITypeInfo> implemented_type(const com::Ptr<ITypeInfo>& info, UINT index
 com::Ptr<ITypeInfo> virtual_table_side(const com::Ptr<ITypeInfo>& dual);
 
 /// Members in the order in which they stand in the virtual table, one line each, in the form that
-/// the catalogue uses.
-std::vector<std::wstring> describe_members(const com::Ptr<ITypeInfo>& vtable_side);
-
-/// Offsets in the virtual table, in the order of the lines.
-std::vector<int> table_offsets(const com::Ptr<ITypeInfo>& vtable_side);
+/// the catalogue uses. A line of its own tells of a member that stands elsewhere.
+std::vector<std::string> describe_members(const com::Ptr<ITypeInfo>& vtable_side);
 
 /// The library that the built module carries. Throws com::Error.
 com::Ptr<ITypeLib> load_library();

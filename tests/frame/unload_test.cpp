@@ -3,17 +3,18 @@
 #include <gtest/gtest.h>
 #include <orv_node.h>
 
-#include "tests/frame/holdings.h"
-#include "tests/frame/late_binding.h"
-#include "tests/frame/loaded_module.h"
-#include "tests/frame/module_file.h"
 #include "tests/frame/type_description.h"
+#include "tests/host/apartment.h"
+#include "tests/host/holdings.h"
+#include "tests/host/late_bound.h"
+#include "tests/host/loaded_module.h"
 
 namespace {
 
-constexpr int kWarmUp = 10;
+using server::Holdings;
+using server::LoadedModule;
 
-const std::wstring kModule = frame::module_file(L"orv_node.dll");
+const std::wstring kModule = server::built_file(L"orv_node.dll");
 
 /// A module with no classes in it. It lies beside this program.
 std::wstring bare_module() {
@@ -22,33 +23,35 @@ std::wstring bare_module() {
   return program.substr(0, program.find_last_of(L'\\') + 1) + L"bare_module.dll";
 }
 
-constexpr frame::Holdings kNothing;
-
 class Unloading : public testing::Test {
  protected:
   Unloading() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
   ~Unloading() override { CoUninitialize(); }
 
-  /// Runs `action` many times and tells what the process holds since.
+  /// Runs `action` many times and tells what the process holds since. It runs before, too: what is
+  /// made once and kept does not count.
   template <class Action>
-  frame::Holdings left_behind(int times, Action&& action) {
+  Holdings left_behind(int times, Action&& action) {
+    constexpr int kWarmUp = 10;
     for (int time = 0; time < kWarmUp; ++time) action();
-    const frame::Holdings before = frame::current_holdings();
+    const Holdings before;
     for (int time = 0; time < times && !HasFatalFailure(); ++time) action();
-    return frame::current_holdings() - before;
+    const Holdings after;
+    return {after.blocks - before.blocks, after.open_handles - before.open_handles};
   }
 };
 
 /// An object of either sort, called by name, early bound and by enumeration.
-void use(const frame::LoadedModule& module) {
-  const auto force = module.create<IDispatch>(__uuidof(NodalForce));
+void use(const LoadedModule& module) {
+  const auto force = module.create<INodalForce>(__uuidof(NodalForce));
   ASSERT_TRUE(force);
-  ASSERT_EQ(frame::put(force, L"Magnitude", com::Variant(2.5)), S_OK);
-  ASSERT_EQ(frame::get(force, L"Magnitude").get().dblVal, 2.5);
+  const server::LateBound script(force);
+  ASSERT_EQ(script.put(L"Magnitude", com::Variant(2.5)), S_OK);
+  ASSERT_EQ(script.get(L"Magnitude").get().dblVal, 2.5);
 
   const auto forces = module.create<INodalForces>(__uuidof(NodalForces));
   ASSERT_TRUE(forces);
-  ASSERT_EQ(forces->Add(force.query<INodalForce>().get()), S_OK);
+  ASSERT_EQ(forces->Add(force.get()), S_OK);
   com::Ptr<IUnknown> enumerator;
   ASSERT_EQ(forces->get__NewEnum(enumerator.put()), S_OK);
   com::Variant item;
@@ -64,55 +67,38 @@ ULONG references_to(const com::Ptr<ITypeLib>& library) {
 TEST_F(Unloading, AThousandLivesOfTheModuleLeaveNothingBehind) {
   // In 32 bits the compiler's runtime keeps a lock, with one of the process's thousand places for
   // thread-local data, for every module that it was linked into.
-  const auto left_by_the_runtime = left_behind(
-      10, [bare = bare_module()] { ASSERT_TRUE(frame::LoadedModule(bare).is_loaded()); });
+  const Holdings left_by_the_runtime =
+      left_behind(10, [bare = bare_module()] { ASSERT_TRUE(LoadedModule(bare).handle()); });
 
   // The platform shares a library among all who hold it, so that a reference kept shows here.
   const auto library = frame::load_library();
   const ULONG library_references = references_to(library);
-  const auto left = left_behind(1000, [] {
+  const Holdings left = left_behind(1000, [] {
     {
-      const frame::LoadedModule module(kModule);
-      ASSERT_TRUE(module.is_loaded());
+      const LoadedModule module(kModule);
+      ASSERT_TRUE(module.handle());
       use(module);
       ASSERT_EQ(module.can_unload_now(), S_OK);
     }
     ASSERT_EQ(GetModuleHandleW(kModule.c_str()), nullptr);
   });
-  // Not the bytes: a block's size depends on the free one that it was cut from. The runtime's list
-  // of what it keeps grows by a block now and then.
-  EXPECT_LT(left.heap_blocks - 100 * left_by_the_runtime.heap_blocks, 10);
-  EXPECT_EQ(left.handles, 100 * left_by_the_runtime.handles);
+  // The runtime's list of what it keeps grows by a block now and then.
+  EXPECT_LT(left.blocks - 100 * left_by_the_runtime.blocks, 10);
+  EXPECT_EQ(left.open_handles, 100 * left_by_the_runtime.open_handles);
   EXPECT_EQ(references_to(library), library_references);
 }
 
 /// A call that is refused by way of an exception inside the module.
-void fail(const frame::LoadedModule& module) {
+void fail(const LoadedModule& module) {
   const auto forces = module.create<INodalForces>(__uuidof(NodalForces));
   ASSERT_EQ(forces->Add(nullptr), E_POINTER);
 }
 
-TEST_F(Unloading, AThousandFailuresLeaveNothingBehind) {
-  const frame::LoadedModule module(kModule);
+TEST_F(Unloading, FailuresLeaveNothingBehindEvenInThreadsThatEnd) {
+  constexpr Holdings kNothing{0, 0};
+  const LoadedModule module(kModule);
   EXPECT_EQ(left_behind(1000, [&] { fail(module); }), kNothing);
-}
-
-DWORD WINAPI fail_in_thread(void* module) {
-  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  fail(*static_cast<const frame::LoadedModule*>(module));
-  CoUninitialize();
-  return 0;
-}
-
-TEST_F(Unloading, ThreadsThatSawAFailureLeaveNothingBehind) {
-  frame::LoadedModule module(kModule);
-  const auto left = left_behind(200, [&] {
-    const HANDLE thread = CreateThread(nullptr, 0, &fail_in_thread, &module, 0, nullptr);
-    ASSERT_NE(thread, nullptr);
-    WaitForSingleObject(thread, INFINITE);
-    CloseHandle(thread);
-  });
-  EXPECT_EQ(left, kNothing);
+  EXPECT_EQ(left_behind(200, [&] { server::in_other_apartment([&] { fail(module); }); }), kNothing);
 }
 
 }  // namespace

@@ -61,6 +61,12 @@ class Journal {
   std::map<IUnknown*, std::string> names_;
 };
 
+/// What was noted, put together.
+inline Journal::Lines operator+(Journal::Lines left, const Journal::Lines& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
 /// Makes `words` the thread's error information.
 void set_error_words(const wchar_t* words);
 

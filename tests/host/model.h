@@ -79,10 +79,10 @@ class Collection final : public Object<Interface>, public Sets {
  public:
   /// `set_name` names the sets; an "s" makes it the collection's name.
   Collection(Journal& journal, const std::string& set_name)
-      : Object<Interface>(journal, set_name + "s"), journal_(journal), set_name_(set_name) {}
+      : Object<Interface>(journal, set_name + "s"), set_name_(set_name) {}
 
   void add(long set_id) override {
-    sets_.push_back(new Persistent<Set>(journal_, set_name_, set_id));
+    sets_.push_back(new Persistent<Set>(this->journal(), set_name_, set_id));
   }
   void add_null() override { sets_.emplace_back(); }
   std::vector<long> ids() const override {
@@ -118,7 +118,6 @@ class Collection final : public Object<Interface>, public Sets {
   NOT_CALLED(Clear)
 
  private:
-  Journal& journal_;
   std::string set_name_;
   std::vector<com::Ptr<Set>> sets_;
 };
@@ -130,7 +129,11 @@ class RecordStore final : public Object<IRecordStore> {
   /// What the store does with a record that it saves, besides noting it.
   std::function<void(IPersistentObject& record)> on_save = [](IPersistentObject&) {};
 
-  STDMETHODIMP SaveRecord(IDispatch* record, VARIANT down, VARIANT up) override;
+  STDMETHODIMP SaveRecord(IDispatch* record, VARIANT down, VARIANT up) override {
+    const HRESULT result = note("Save " + show(record) + ' ' + show(down) + ' ' + show(up));
+    if (SUCCEEDED(result)) on_save(*static_cast<IPersistentObject*>(record));
+    return result;
+  }
   STDMETHODIMP DeleteRecord(IDispatch* record) override { return note("Delete " + show(record)); }
   STDMETHODIMP RecordsSaved(long event, VARIANT ids) override {
     return note("RecordsSaved " + std::to_string(event) + ' ' + show(ids));
@@ -162,7 +165,10 @@ class ModelDatabase final : public Object<IModelDatabase> {
   /// What the database answers when it is asked for its own interface.
   HRESULT interface_query = S_OK;
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+    const bool refuses = FAILED(interface_query) && IsEqualIID(iid, __uuidof(IModelDatabase));
+    return refuses ? interface_query : Object::QueryInterface(iid, out);
+  }
   STDMETHODIMP get_Command(IDispatch** out) override { return give("Command", command, out); }
   STDMETHODIMP get_Connection(IDispatch** out) override {
     return give("Connection", connection, out);
@@ -173,18 +179,20 @@ class ModelDatabase final : public Object<IModelDatabase> {
   STDMETHODIMP SetModified(long flag) override {
     return note("SetModified " + std::to_string(flag));
   }
-  // clang-format off
-  RESERVED(1) RESERVED(2) RESERVED(3) RESERVED(4) RESERVED(5) RESERVED(6) RESERVED(9)
-  // clang-format on
-#undef RESERVED
 
-      private : template <class Interface>
-                HRESULT
-                give(const char* member, const com::Ptr<Interface>& object, Interface** out) {
+ private:
+  template <class Interface>
+  HRESULT give(const char* member, const com::Ptr<Interface>& object, Interface** out) {
     const HRESULT result = note(member);
     if (SUCCEEDED(result)) *out = object.copy();
     return result;
   }
+
+ public:
+  // clang-format off
+  RESERVED(1) RESERVED(2) RESERVED(3) RESERVED(4) RESERVED(5) RESERVED(6) RESERVED(9)
+  // clang-format on
+#undef RESERVED
 };
 
 }  // namespace fake

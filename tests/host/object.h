@@ -15,11 +15,11 @@
 namespace fake {
 
 /// An object of the fake host behind one dual interface: counted, named in the journal, and
-/// answering for error information. Bases are interfaces that Interface derives from.
+/// answering for error information. Others are further interfaces that the same members serve.
 ///
 /// Its members note themselves and fail when the journal says so:
 ///   if (const HRESULT result = note("Count"); FAILED(result)) return result;
-template <class Interface, class... Bases>
+template <class Interface, class... Others>
 class Object : public Interface, public ISupportErrorInfo {
  public:
   Object(Journal& journal, std::string name) : journal_(journal), name_(std::move(name)) {
@@ -62,6 +62,7 @@ class Object : public Interface, public ISupportErrorInfo {
   NOT_CALLED(Invoke, DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*)
 
  protected:
+  [[nodiscard]] Journal& journal() const { return journal_; }
   HRESULT note(const std::string& member) { return journal_.note(name_ + "." + member); }
   [[nodiscard]] std::string show(IUnknown* object) const { return journal_.show(object); }
   [[nodiscard]] std::string show(const VARIANT& value) const { return journal_.show(value); }
@@ -74,7 +75,7 @@ class Object : public Interface, public ISupportErrorInfo {
 
  private:
   static bool is_own(REFIID iid) {
-    return IsEqualIID(iid, __uuidof(Interface)) || (IsEqualIID(iid, __uuidof(Bases)) || ...);
+    return IsEqualIID(iid, __uuidof(Interface)) || (IsEqualIID(iid, __uuidof(Others)) || ...);
   }
 
   Journal& journal_;

@@ -4,9 +4,7 @@
 #include <oleauto.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <string_view>
-#include <vector>
 
 #include "tests/host/server.h"
 
@@ -65,26 +63,23 @@ Replacement replacements[] = {
     {"CoCreateFreeThreadedMarshaler", address(make_marshaler)},
 };
 
-/// Calls `visit` with the name and the place of the address of everything that a module imports.
+/// Calls `visit` with the name and the place of the address of everything that the module imports.
 template <class Visit>
-void for_each_import(HMODULE module, Visit&& visit) {
-  auto* const base = reinterpret_cast<std::byte*>(module);
-  const auto at = [&]<class T>(T*, std::size_t offset) {
-    return reinterpret_cast<T*>(base + offset);
-  };
-  const auto* const dos = at(static_cast<IMAGE_DOS_HEADER*>(nullptr), 0);
+void for_each_import(Visit&& visit) {
+  const auto base = reinterpret_cast<ULONG_PTR>(module().handle());
+  const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
   const auto* const headers =
-      at(static_cast<IMAGE_NT_HEADERS*>(nullptr), static_cast<std::size_t>(dos->e_lfanew));
+      reinterpret_cast<const IMAGE_NT_HEADERS*>(base + static_cast<ULONG_PTR>(dos->e_lfanew));
   const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
   const auto* library =
-      at(static_cast<IMAGE_IMPORT_DESCRIPTOR*>(nullptr), directory.VirtualAddress);
+      reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
   for (; library->Name != 0; ++library) {
-    auto* name = at(static_cast<IMAGE_THUNK_DATA*>(nullptr), library->OriginalFirstThunk);
-    auto* place = at(static_cast<IMAGE_THUNK_DATA*>(nullptr), library->FirstThunk);
+    auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
+    auto* place = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
     for (; name->u1.AddressOfData != 0; ++name, ++place) {
       if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) continue;
       const auto* const import =
-          at(static_cast<IMAGE_IMPORT_BY_NAME*>(nullptr), name->u1.AddressOfData);
+          reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
       visit(std::string_view(reinterpret_cast<const char*>(import->Name)),
             reinterpret_cast<void**>(&place->u1.Function));
     }
@@ -111,7 +106,7 @@ void keep_no_freed_strings() {
 OutOfMemory::OutOfMemory(std::size_t first, std::size_t last) {
   keep_no_freed_strings();
   state = {.first = first, .last = last};
-  for_each_import(module(), [](std::string_view name, void** place) {
+  for_each_import([](std::string_view name, void** place) {
     for (Replacement& replacement : replacements) {
       if (replacement.name != name) continue;
       replacement.original = *place;
@@ -121,7 +116,7 @@ OutOfMemory::OutOfMemory(std::size_t first, std::size_t last) {
 }
 
 OutOfMemory::~OutOfMemory() {
-  for_each_import(module(), [](std::string_view, void** place) {
+  for_each_import([](std::string_view, void** place) {
     for (const Replacement& replacement : replacements) {
       if (*place == replacement.function) write_address(place, replacement.original);
     }
@@ -136,17 +131,6 @@ void use_reserve_for_exceptions() {
   // The object that is made, and the exception that says that it cannot be.
   OutOfMemory memory(1, 2);
   memory.during([] { return server::make(__uuidof(NodalCharge)) ? S_OK : E_OUTOFMEMORY; });
-}
-
-std::size_t heap_blocks() {
-  HANDLE heaps[64];
-  const DWORD count = GetProcessHeaps(64, heaps);
-  std::size_t blocks = 0;
-  for (DWORD i = 0; i < count; ++i) {
-    PROCESS_HEAP_ENTRY entry{};
-    while (HeapWalk(heaps[i], &entry)) blocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) ? 1 : 0;
-  }
-  return blocks;
 }
 
 }  // namespace server

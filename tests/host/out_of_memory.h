@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "tests/host/holdings.h"
+
 namespace server {
 
 /// Lets some allocations of the module fail: of its own heap, of strings, arrays and whatever else
@@ -39,9 +41,6 @@ class OutOfMemory {
   static void stop();
 };
 
-/// Blocks in use in all heaps of the process.
-std::size_t heap_blocks();
-
 /// Runs something that fails for want of memory, after which the C++ runtime can do so again: the
 /// first exception allocates the lock of the reserve from which it then allocates exceptions.
 void use_reserve_for_exceptions();
@@ -51,7 +50,7 @@ void use_reserve_for_exceptions();
 template <class Run>
 bool leaks(Run&& run) {
   for (int attempt = 0; attempt < 8; ++attempt) {
-    const std::size_t before = heap_blocks();
+    const std::ptrdiff_t before = heap_blocks();
     run();
     if (heap_blocks() <= before) return false;
   }

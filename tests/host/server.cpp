@@ -8,48 +8,22 @@
 #include "com/bstr.h"
 
 namespace server {
-namespace {
 
-HMODULE load() {
-  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  const wchar_t* const folder = _wgetenv(L"ORV_OUT_DIR");
-  const std::wstring path = std::wstring(folder ? folder : L".") + L"\\orv_node.dll";
-  const HMODULE module = LoadLibraryW(path.c_str());
-  if (!module) {
-    std::fprintf(stderr, "%s cannot be loaded; ORV_OUT_DIR names the folder of the modules\n",
-                 fake::narrow(path).c_str());
-    std::exit(EXIT_FAILURE);
-  }
-  return module;
-}
-
-template <class Function>
-Function* entry_point(const char* name) {
-  return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module(), name)));
-}
-
-}  // namespace
-
-HMODULE module() {
-  static const HMODULE loaded = load();
+const LoadedModule& module() {
+  static const LoadedModule& loaded = []() -> const LoadedModule& {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    // Never freed: objects of tests may outlive any other static value.
+    const auto& module = *new LoadedModule;
+    if (!module.handle()) {
+      std::fputs("orv_node.dll is not in the folder that ORV_OUT_DIR names\n", stderr);
+      std::exit(EXIT_FAILURE);
+    }
+    return module;
+  }();
   return loaded;
 }
 
-com::Ptr<IUnknown> make(REFCLSID clsid) {
-  static const auto get_class_object =
-      entry_point<decltype(DllGetClassObject)>("DllGetClassObject");
-  com::Ptr<IClassFactory> factory;
-  com::Ptr<IUnknown> object;
-  if (SUCCEEDED(get_class_object(clsid, IID_IClassFactory, factory.put_void()))) {
-    factory->CreateInstance(nullptr, IID_IUnknown, object.put_void());
-  }
-  return object;
-}
-
-bool is_unused() {
-  static const auto can_unload_now = entry_point<decltype(DllCanUnloadNow)>("DllCanUnloadNow");
-  return can_unload_now() == S_OK;
-}
+com::Ptr<IUnknown> make(REFCLSID clsid) { return module().create<IUnknown>(clsid); }
 
 com::Ptr<IPersistentObject> as_record(IUnknown* object, REFIID own_interface) {
   com::Ptr<IPersistentObject> record;
@@ -66,42 +40,14 @@ std::string sql(IPersistentObject& record, long piece) {
   return code;
 }
 
-HRESULT LateBound::put(const wchar_t* name, const VARIANT& value) const {
-  return invoke(name, DISPATCH_PROPERTYPUT, &value, nullptr);
-}
-
-HRESULT LateBound::put_reference(const wchar_t* name, IDispatch* object) const {
-  const com::Variant reference(object);
-  return invoke(name, DISPATCH_PROPERTYPUTREF, &reference.get(), nullptr);
-}
-
-HRESULT LateBound::get(const wchar_t* name, com::Variant& value) const {
-  return invoke(name, DISPATCH_PROPERTYGET, nullptr, value.put());
-}
-
-HRESULT LateBound::invoke(const wchar_t* name, WORD flags, const VARIANT* argument,
-                          VARIANT* result) const {
-  DISPID member;
-  auto* names = const_cast<wchar_t*>(name);
-  const HRESULT known = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &member);
-  if (FAILED(known)) return known;
-  DISPID value = DISPID_PROPERTYPUT;
-  DISPPARAMS parameters{};
-  if (argument) {
-    parameters = {const_cast<VARIANT*>(argument), &value, 1, 1};
-  }
-  EXCEPINFO exception{};
-  const HRESULT done = object_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
-                                       result, &exception, nullptr);
-  const com::Bstr owned[] = {com::Bstr::adopt(exception.bstrSource),
-                             com::Bstr::adopt(exception.bstrDescription),
-                             com::Bstr::adopt(exception.bstrHelpFile)};
-  return done == DISP_E_EXCEPTION ? exception.scode : done;
+HRESULT Test::load(IPersistentObject& record, const fake::Row& row) {
+  const auto rows = host.recordset(row);
+  return record.LoadFromCurrentRecordsetPosition(host.database.get(), rows.get(), nullptr);
 }
 
 Test::~Test() {
   EXPECT_EQ(host.objects_kept_by_others(), 0) << "objects of the host are still held";
-  EXPECT_TRUE(is_unused()) << "objects of the server are still alive";
+  EXPECT_EQ(module().can_unload_now(), S_OK) << "objects of the server are still alive";
 }
 
 }  // namespace server

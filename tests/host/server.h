@@ -3,62 +3,51 @@
 #include <orv_host.h>
 #include <orv_node.h>
 
-#include <initializer_list>
 #include <string>
 
 #include "com/ptr.h"
 #include "com/variant.h"
 #include "gtest/gtest.h"
 #include "tests/host/host.h"
+#include "tests/host/late_bound.h"
+#include "tests/host/loaded_module.h"
 
 /// The built module as a client has it, loaded from its file: nothing of it need be registered.
 namespace server {
 
-/// The module, from the folder that the environment variable ORV_OUT_DIR names.
-HMODULE module();
+/// The module; loaded, with the apartment that it needs, when first asked for.
+const LoadedModule& module();
 
 /// A new object of one of the server's classes.
 com::Ptr<IUnknown> make(REFCLSID clsid);
 
-/// Whether the module may be unloaded: nothing of it is in use.
-bool is_unused();
-
 /// A new object of Class, by its default interface.
 template <class Class, class Interface>
 com::Ptr<Interface> make() {
-  const com::Ptr<IUnknown> object = make(__uuidof(Class));
-  return object.query<Interface>();
+  return module().create<Interface>(__uuidof(Class));
 }
 
 /// The first members of a record's interface, which all kinds have. The interface is not one that
 /// objects answer for, so that the record's own is given.
 com::Ptr<IPersistentObject> as_record(IUnknown* object, REFIID own_interface);
-template <class Interface>
-com::Ptr<IPersistentObject> as_record(const com::Ptr<Interface>& object) {
-  return as_record(object.get(), __uuidof(Interface));
-}
 
 /// SqlString, or "0x80004003" for a failure.
 std::string sql(IPersistentObject& record, long piece);
 template <class Interface>
 std::string sql(const com::Ptr<Interface>& record, long piece) {
-  return sql(*as_record(record), piece);
+  return sql(*as_record(record.get(), __uuidof(Interface)), piece);
+}
+inline std::string sql(const com::Ptr<IPersistentObject>& record, long piece) {
+  return sql(*record, piece);
 }
 
-/// An object as a script uses it: members by name. Returns what the member returned.
-class LateBound {
- public:
-  explicit LateBound(IUnknown* object) : object_(com::Ptr<IUnknown>(object).query<IDispatch>()) {}
-
-  HRESULT put(const wchar_t* name, const VARIANT& value) const;
-  HRESULT put_reference(const wchar_t* name, IDispatch* object) const;
-  HRESULT get(const wchar_t* name, com::Variant& value) const;
-
- private:
-  HRESULT invoke(const wchar_t* name, WORD flags, const VARIANT* argument, VARIANT* result) const;
-
-  com::Ptr<IDispatch> object_;
-};
+/// The dirty flag of a record of any kind.
+template <class Record>
+long dirty(const com::Ptr<Record>& record) {
+  long flag = -99;
+  EXPECT_EQ(record->get_IsDirty(&flag), S_OK);
+  return flag;
+}
 
 /// Base of tests: a host. Once the members of a derived class are gone, nothing of the host or of
 /// the server may be left over.
@@ -66,9 +55,11 @@ class Test : public ::testing::Test {
  protected:
   ~Test() override;
 
+  HRESULT load(IPersistentObject& record, const fake::Row& row);
+
  private:
   // Enters the apartment, which the host needs.
-  HMODULE module_ = module();
+  const LoadedModule& module_ = module();
 
  protected:
   fake::Host host;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -16,26 +17,32 @@ enum class Held {
   kRawFlag,
 };
 
-struct ExpectedProperty {
-  std::wstring name;
+struct ExpectedColumn {
+  std::string name;
+  std::string property;
   Held held;
 };
 
 /// What a kind shows the world, written down by hand: nothing here is taken from the kinds.
-///
-/// The texts hold for the description "Tip load", the vertex 12, and in the column number k
-/// (counted from 1) k.5 where a double is held and k otherwise.
 struct ExpectedKind {
-  std::string name;
-  std::string table;
+  std::string record;
+  std::string collection;  // the name of the table, too
+  int script;              // registration script of the record; the collection's is the next one
   long record_event;
   long collection_event;
-  std::vector<ExpectedProperty> properties;  // in the order of the columns
-  std::string columns;
-  std::string values;
-  std::string assignments;
-  std::string defaults;  // the values of a new record
+  std::vector<std::string> properties;  // in the order of the interface
+  std::vector<ExpectedColumn> columns;  // in the order of the table
+  std::string defaults;                 // the values text of a new record
+
+  /// The texts for the description "Tip load", the vertex 12, and in the column number k (counted
+  /// from 1) k.5 where a double is held and k otherwise.
+  [[nodiscard]] std::string values() const;
+  [[nodiscard]] std::string assignments() const;
+
+  friend std::ostream& operator<<(std::ostream& out, const ExpectedKind& kind) {
+    return out << kind.record;
+  }
 };
 
-/// The kind of that name; one without a name when there is none.
-ExpectedKind expected_kind(const std::string& name);
+/// The eighteen kinds, in the order in which the type library has them.
+const std::vector<ExpectedKind>& expected_kinds();

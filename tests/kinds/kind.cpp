@@ -1,20 +1,35 @@
 #include "tests/kinds/kind.h"
 
+#include <algorithm>
+#include <stdexcept>
+
 #include "kinds/kinds.h"
 
+namespace {
+
+Kind to_kind(Class record, Class collection) {
+  const auto expected = std::ranges::find(expected_kinds(), record.name, &ExpectedKind::record);
+  if (expected == expected_kinds().end()) throw std::out_of_range("nothing is expected of a kind");
+  record.script = expected->script;
+  collection.script = expected->script + 1;
+  return {record, collection, *expected};
+}
+
+}  // namespace
+
 std::vector<Kind> all_kinds() {
-  const auto names = [](const auto& columns) {
-    std::vector<std::wstring> result;
-    for (const auto& column : columns) result.emplace_back(column.name);
-    return result;
-  };
-#define KIND(name, collection, script) \
-  {#name,                              \
-   __uuidof(name),                     \
-   __uuidof(I##name),                  \
-   __uuidof(collection),               \
-   __uuidof(I##collection),            \
-   names(orv::C##name::columns())},
+#define KIND(name, collection, script)                          \
+  to_kind({#name, __uuidof(name), __uuidof(I##name), false, 0}, \
+          {#collection, __uuidof(collection), __uuidof(I##collection), true, 0}),
   return {FOR_EACH_KIND(KIND)};
 #undef KIND
+}
+
+std::vector<Class> all_classes() {
+  std::vector<Class> classes;
+  for (const Kind& kind : all_kinds()) {
+    classes.push_back(kind.record);
+    classes.push_back(kind.collection);
+  }
+  return classes;
 }

@@ -1,22 +1,38 @@
 #pragma once
 
-#include <guiddef.h>
+#include <orv_host.h>
 
 #include <ostream>
 #include <string>
 #include <vector>
 
-/// A kind as its own declaration has it, for tests that hold for all kinds.
-struct Kind {
-  std::string name;
-  CLSID record_class;
-  IID record_interface;
-  CLSID collection_class;
-  IID collection_interface;
-  std::vector<std::wstring> columns;
+#include "com/ptr.h"
+#include "tests/kinds/expected.h"
 
-  friend std::ostream& operator<<(std::ostream& out, const Kind& kind) { return out << kind.name; }
+/// A class of the server, as the list of kinds and the interface definitions have it.
+struct Class {
+  std::string name;
+  CLSID clsid;
+  IID own_interface;
+  bool is_collection;
+  int script;  // as expected
+
+  friend std::ostream& operator<<(std::ostream& out, const Class& each) { return out << each.name; }
 };
 
-/// Every kind of the list of kinds.
+/// A kind, for tests that hold for all of them.
+struct Kind {
+  Class record;
+  Class collection;
+  ExpectedKind expected;
+
+  friend std::ostream& operator<<(std::ostream& out, const Kind& kind) {
+    return out << kind.record;
+  }
+};
+
+/// Every kind of the list of kinds. Throws for one that nothing is expected of.
 std::vector<Kind> all_kinds();
+
+/// Records and collections of all kinds.
+std::vector<Class> all_classes();

@@ -24,15 +24,25 @@ struct Membership {
   }
 };
 
-inline const Membership kLoad{"LoadSet", "NodalForce", L"LoadSets", __uuidof(NodalForce),
-                              __uuidof(INodalForce)};
-inline const Membership kConstraint{"ConstraintSet", "NodalBoundaryCondition", L"ConstraintSets",
-                                    __uuidof(NodalBoundaryCondition),
-                                    __uuidof(INodalBoundaryCondition)};
-inline const Membership kProbe{"DesignScenario", "NodalProbe", L"DesignScenarios",
-                               __uuidof(NodalProbe), __uuidof(INodalProbe)};
+inline const Membership kMemberships[] = {
+    {"LoadSet", "NodalForce", L"LoadSets", __uuidof(NodalForce), __uuidof(INodalForce)},
+    {"ConstraintSet", "NodalBoundaryCondition", L"ConstraintSets", __uuidof(NodalBoundaryCondition),
+     __uuidof(INodalBoundaryCondition)},
+    {"DesignScenario", "NodalProbe", L"DesignScenarios", __uuidof(NodalProbe),
+     __uuidof(INodalProbe)},
+};
 
+/// Base of tests that run for each membership.
 class MembershipTest : public server::Test, public ::testing::WithParamInterface<Membership> {
  protected:
   const Membership& m() const { return GetParam(); }
+
+  /// The collection of sets that a record holds.
+  [[nodiscard]] com::Ptr<IDispatch> sets_of(const com::Ptr<IPersistentObject>& record) const {
+    return com::Ptr<IDispatch>(server::LateBound(record).get(m().property).get().pdispVal);
+  }
 };
+
+#define FOR_EACH_MEMBERSHIP(fixture)                                        \
+  INSTANTIATE_TEST_SUITE_P(All, fixture, ::testing::ValuesIn(kMemberships), \
+                           ::testing::PrintToStringParamName())

@@ -30,8 +30,7 @@ class RecordMemoryTest : public MembershipTest {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(All, RecordMemoryTest, ::testing::Values(kLoad, kConstraint, kProbe),
-                         ::testing::PrintToStringParamName());
+FOR_EACH_MEMBERSHIP(RecordMemoryTest);
 
 TEST_P(RecordMemoryTest, CreationFailsWhole) {
   with_each_allocation_failing([&](OutOfMemory& memory) {
@@ -43,7 +42,7 @@ TEST_P(RecordMemoryTest, CreationFailsWhole) {
     });
     EXPECT_EQ(result, memory.expected());
     made.reset();
-    EXPECT_TRUE(server::is_unused());
+    EXPECT_EQ(server::module().can_unload_now(), S_OK);
     EXPECT_EQ(host.objects_kept_by_others(), 0);
   });
 }
@@ -55,7 +54,7 @@ TEST_P(RecordMemoryTest, TextsAndDescriptionFailAndLeaveTheRecordAsItWas) {
     Bstr out;
     const HRESULT put = memory.during([&] { return record->put_Description(text.get()); });
     if (FAILED(put)) {
-      EXPECT_THAT(sql(*record, 4), StartsWith("'old'"));
+      EXPECT_THAT(sql(record, 4), StartsWith("'old'"));
     }
     const HRESULT got =
         memory.during([&] { return FAILED(put) ? put : record->get_Description(out.put()); });
@@ -85,7 +84,7 @@ TEST_P(RecordMemoryTest, LinksAreWrittenOrTheFailureIsReported) {
     if (FAILED(result)) {
       EXPECT_EQ(record->FileOpHelper(host.database.get(), 2, yes(), yes()), S_OK);
     }
-    EXPECT_THAT(sql(*record, 5), StartsWith("'old'"));
+    EXPECT_THAT(sql(record, 5), StartsWith("'old'"));
   });
 }
 
@@ -102,9 +101,9 @@ TEST_P(RecordMemoryTest, LoadReadsWhatItCan) {
       return record->LoadFromCurrentRecordsetPosition(host.database.get(), rows.get(), nullptr);
     });
     EXPECT_THAT(result, AnyOf(E_OUTOFMEMORY, fake::kNoSuchColumn, S_OK));
-    EXPECT_THAT(sql(*record, 4), AnyOf(StartsWith("'old', "), StartsWith("'new', ")));
+    EXPECT_THAT(sql(record, 4), AnyOf(StartsWith("'old', "), StartsWith("'new', ")));
     record->LoadFromCurrentRecordsetPosition(host.database.get(), rows.get(), nullptr);
-    EXPECT_THAT(sql(*record, 5), StartsWith("'new', 2, "));
+    EXPECT_THAT(sql(record, 5), StartsWith("'new', 2, "));
   });
 }
 

@@ -14,12 +14,8 @@ using ::testing::StartsWith;
 
 class SqlTextTest : public server::Test {
  protected:
-  const com::Ptr<INodalCharge>& charge() {
-    if (!charge_) charge_ = server::make<NodalCharge, INodalCharge>();
-    return charge_;
-  }
+  void SetUp() override { charge_ = server::make<NodalCharge, INodalCharge>(); }
 
- private:
   com::Ptr<INodalCharge> charge_;
 };
 
@@ -41,54 +37,47 @@ TEST_F(SqlTextTest, DoublesComeBackExactly) {
       {-kInfinity, "-inf"},
   };
   for (const auto& [value, text] : cases) {
-    charge()->put_Magnitude(value);
-    EXPECT_EQ(sql(charge(), 4), "'', 0, " + std::string(text));
+    charge_->put_Magnitude(value);
+    EXPECT_EQ(sql(charge_, 4), "'', 0, " + std::string(text));
   }
 }
 
 TEST_F(SqlTextTest, DecimalPointIsAPointInEveryLocale) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
   ASSERT_TRUE(std::setlocale(LC_ALL, "German_Germany.1252"));
-  charge()->put_Magnitude(2.5);
-  EXPECT_EQ(sql(charge(), 6), "Description = '', VertexID = 0, Magnitude = 2.5");
+  charge_->put_Magnitude(2.5);
+  EXPECT_EQ(sql(charge_, 6), "Description = '', VertexID = 0, Magnitude = 2.5");
   std::setlocale(LC_ALL, before.c_str());
 }
 
 TEST_F(SqlTextTest, OtherPiecesAreEmptyButNotNull) {
-  for (const long piece : {0L, 8L, -1L, LONG_MIN, LONG_MAX}) EXPECT_EQ(sql(charge(), piece), "");
+  for (const long piece : {0L, 8L, -1L, LONG_MIN, LONG_MAX}) EXPECT_EQ(sql(charge_, piece), "");
 }
 
-TEST_F(SqlTextTest, ApostrophesStandAsTheyAre) {
-  charge()->put_Description(com::Bstr(L"Bob's ''load").get());
-  charge()->FileOpHelper(host.database.get(), 2, server::no(), server::no());
-  for (const long piece : {4, 5}) EXPECT_EQ(sql(charge(), piece), "'Bob's ''load', 0, 0");
-  for (const long piece : {6, 7}) {
-    EXPECT_THAT(sql(charge(), piece), StartsWith("Description = 'Bob's ''load', VertexID"));
+TEST_F(SqlTextTest, DescriptionMayHaveApostrophesAndAnyLength) {
+  for (const std::string& text : {std::string("Bob's ''load"), std::string(100'000, 'x')}) {
+    charge_->put_Description(com::Bstr(std::wstring(text.begin(), text.end())).get());
+    charge_->FileOpHelper(host.database.get(), 2, server::no(), server::no());
+    for (const long piece : {4, 5}) EXPECT_EQ(sql(charge_, piece), "'" + text + "', 0, 0");
+    for (const long piece : {6, 7}) {
+      EXPECT_THAT(sql(charge_, piece), StartsWith("Description = '" + text + "', VertexID"));
+    }
   }
-}
-
-TEST_F(SqlTextTest, DescriptionMayBeAnyLength) {
-  const std::wstring text(100'000, L'x');
-  charge()->put_Description(com::Bstr(text).get());
-  EXPECT_EQ(sql(charge(), 4), "'" + std::string(100'000, 'x') + "', 0, 0");
 }
 
 TEST_F(SqlTextTest, CurrentTextsAskTheVertexForItsNumberEachTime) {
   com::Ptr<IDispatch> vertex;
-  charge()->get_Vertex(vertex.put());
+  charge_->get_Vertex(vertex.put());
   vertex.query<IVertex>()->put_ID(LONG_MIN);
   host.journal.clear();
-  EXPECT_EQ(sql(charge(), 4), "'', -2147483648, 0");
-  EXPECT_EQ(sql(charge(), 6), "Description = '', VertexID = -2147483648, Magnitude = 0");
+  EXPECT_EQ(sql(charge_, 4), "'', -2147483648, 0");
+  EXPECT_EQ(sql(charge_, 6), "Description = '', VertexID = -2147483648, Magnitude = 0");
   EXPECT_EQ(host.journal.lines(), fake::Journal::Lines({"Vertex.ID", "Vertex.ID"}));
-  EXPECT_EQ(sql(charge(), 5), "'', 0, 0");
+  EXPECT_EQ(sql(charge_, 5), "'', 0, 0");
   EXPECT_EQ(host.journal.lines().size(), 2U);
-}
 
-TEST_F(SqlTextTest, FailureOfTheVertexIsPassedOn) {
-  charge();
   host.journal.fail("Vertex.ID", E_ABORT, L"The node is gone.");
-  EXPECT_EQ(sql(charge(), 4), "0x80004004");
+  EXPECT_EQ(sql(charge_, 4), "0x80004004");
   EXPECT_EQ(fake::take_error_words(), "The node is gone.");
 }
 
