@@ -67,10 +67,6 @@ class Activated {
 
 class RegistrationFree : public testing::Test {
  protected:
-  RegistrationFree() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
-  // Also unloads the module, so that its file can be deleted.
-  ~RegistrationFree() override { CoUninitialize(); }
-
   void SetUp() override { ASSERT_NE(program_.context(), INVALID_HANDLE_VALUE) << GetLastError(); }
 
   static com::Ptr<IDispatch> create(REFCLSID clsid) {
@@ -86,6 +82,8 @@ class RegistrationFree : public testing::Test {
   }
 
   const Program program_;
+  // Left first, which unloads the module, so that its file can be deleted.
+  const server::Apartment apartment_;
 };
 
 TEST_F(RegistrationFree, NothingIsThereWithoutTheManifest) {

@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/host/apartment.h"
 #include "tests/host/loaded_module.h"
 #include "tests/kinds/kind.h"
 
@@ -18,12 +19,11 @@ constexpr CLSID kNoClass = {0x9CCC3EFF, 0x7751, 0x4E33, {0, 0, 0, 0, 0, 0, 0, 0}
 
 class ClassObjects : public testing::Test {
  protected:
-  ClassObjects() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
   ~ClassObjects() override {
     EXPECT_EQ(module_.can_unload_now(), S_OK) << "the test left something of the module in use";
-    CoUninitialize();
   }
 
+  const server::Apartment apartment_;
   const server::LoadedModule module_;
 };
 
@@ -116,10 +116,9 @@ TEST(FirstUseOfTheModule, MakesSharedStateOnceThoughManyThreadsAskAtTheSameTime)
     std::vector<std::thread> threads;
     for (FirstUse& use : uses) {
       threads.emplace_back([&] {
-        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        const server::Apartment apartment(COINIT_MULTITHREADED);
         all_are_ready.arrive_and_wait();
         use.ask(fresh);
-        CoUninitialize();
       });
     }
     for (std::thread& thread : threads) thread.join();

@@ -31,10 +31,8 @@ ULONG references_to(IUnknown* object) {
 
 class Objects : public testing::TestWithParam<Class> {
  protected:
-  Objects() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
   ~Objects() override {
     EXPECT_EQ(module_.can_unload_now(), S_OK) << "an object was not destroyed";
-    CoUninitialize();
   }
 
   template <class Interface>
@@ -45,6 +43,7 @@ class Objects : public testing::TestWithParam<Class> {
     return object;
   }
 
+  const server::Apartment apartment_;
   const server::LoadedModule module_;
 };
 

@@ -4,10 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <orv_node.h>
+#include <process.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "tests/host/apartment.h"
 #include "tests/host/host.h"
 #include "tests/host/late_bound.h"
 #include "tests/host/loaded_module.h"
@@ -24,108 +27,67 @@ constexpr CLSID kOtherDatabase = {
 constexpr HRESULT kHostFailure = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x291);
 constexpr wchar_t kHostWords[] = L"The model is opened by Zo\u00EB";
 
+using Handle = std::unique_ptr<void, decltype([](HANDLE handle) { CloseHandle(handle); })>;
+
 /// An event that both processes know by its name.
-class Signal {
- public:
-  explicit Signal(const wchar_t* name) : handle_(CreateEventW(nullptr, TRUE, FALSE, name)) {}
-  ~Signal() { CloseHandle(handle_); }
-  Signal(const Signal&) = delete;
-  Signal& operator=(const Signal&) = delete;
+Handle signal(const wchar_t* name) { return Handle(CreateEventW(nullptr, TRUE, FALSE, name)); }
 
-  void set() const { SetEvent(handle_); }
-  [[nodiscard]] HANDLE handle() const { return handle_; }
-
- private:
-  HANDLE handle_;
-};
-
-// --- The other process ---------------------------------------------------------------------------
-
-/// Handles calls until the signal comes.
-void serve_until(const Signal& done) {
-  const HANDLE handle = done.handle();
-  while (MsgWaitForMultipleObjects(1, &handle, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-  }
-}
-
-/// Offers the server's classes, and a model database whose record store refuses to delete.
+/// The other process: offers the server's classes, and a model database whose record store refuses
+/// to delete.
 int serve() {
-  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  {
-    fake::Host host;
-    host.journal.fail("RecordStore.Delete", kHostFailure, kHostWords);
-    DWORD database = 0;
-    RegisterActiveObject(host.database.query<IDispatch>().get(), kOtherDatabase,
-                         ACTIVEOBJECT_STRONG, &database);
+  const server::Apartment apartment;
+  fake::Host host;
+  host.journal.fail("RecordStore.Delete", kHostFailure, kHostWords);
+  DWORD database = 0;
+  RegisterActiveObject(host.database.query<IDispatch>().get(), kOtherDatabase, ACTIVEOBJECT_STRONG,
+                       &database);
 
-    const server::LoadedModule module;
-    std::vector<DWORD> registrations;
-    for (const CLSID& clsid :
-         {__uuidof(NodalForce), __uuidof(NodalForces), __uuidof(NodalBoundaryCondition),
-          __uuidof(NodalPrescribedDisplacement)}) {
-      CoRegisterClassObject(clsid, module.class_object(clsid).get(), CLSCTX_LOCAL_SERVER,
-                            REGCLS_MULTIPLEUSE, &registrations.emplace_back());
-    }
-    Signal(kReady).set();
-    serve_until(Signal(kDone));
-    for (const DWORD registration : registrations) CoRevokeClassObject(registration);
-    RevokeActiveObject(database, nullptr);
+  const server::LoadedModule module;
+  std::vector<DWORD> registrations;
+  for (const CLSID& clsid :
+       {__uuidof(NodalForce), __uuidof(NodalForces), __uuidof(NodalBoundaryCondition),
+        __uuidof(NodalPrescribedDisplacement)}) {
+    CoRegisterClassObject(clsid, module.class_object(clsid).get(), CLSCTX_LOCAL_SERVER,
+                          REGCLS_MULTIPLEUSE, &registrations.emplace_back());
   }
-  CoUninitialize();
+  SetEvent(signal(kReady).get());
+  server::serve_until(signal(kDone).get());
+  for (const DWORD registration : registrations) CoRevokeClassObject(registration);
+  RevokeActiveObject(database, nullptr);
   return 0;
 }
 
-// --- This process --------------------------------------------------------------------------------
-
-/// The other process, for as long as this lives.
+/// This process: the other one lives for as long as this.
 class OtherProcess {
  public:
   OtherProcess() {
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring command = L"\"" + std::wstring(program) + L"\" serve";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &started)) {
-      return;
-    }
-    CloseHandle(started.hThread);
-    process_ = started.hProcess;
+    wchar_t* program = nullptr;
+    _get_wpgmptr(&program);
+    process_.reset(reinterpret_cast<HANDLE>(
+        _wspawnl(_P_NOWAIT, program, L"other_process_test", L"serve", nullptr)));
     // Whichever comes first: it is ready, or it ended.
-    const HANDLE handles[] = {ready_.handle(), process_};
+    const HANDLE handles[] = {ready_.get(), process_.get()};
     is_ready_ = WaitForMultipleObjects(2, handles, FALSE, INFINITE) == WAIT_OBJECT_0;
   }
   ~OtherProcess() {
-    done_.set();
-    WaitForSingleObject(process_, INFINITE);
-    CloseHandle(process_);
+    SetEvent(done_.get());
+    WaitForSingleObject(process_.get(), INFINITE);
   }
-  OtherProcess(const OtherProcess&) = delete;
-  OtherProcess& operator=(const OtherProcess&) = delete;
 
   [[nodiscard]] bool is_ready() const { return is_ready_; }
 
  private:
-  const Signal ready_{kReady};
-  const Signal done_{kDone};
-  HANDLE process_ = nullptr;
+  const server::Apartment apartment_;
+  const Handle ready_ = signal(kReady);
+  const Handle done_ = signal(kDone);
+  Handle process_;
   bool is_ready_ = false;
 };
 
 class OtherProcessTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    other_ = new OtherProcess;
-  }
-  static void TearDownTestSuite() {
-    delete other_;
-    CoUninitialize();
-  }
+  static void SetUpTestSuite() { other_ = std::make_unique<OtherProcess>(); }
+  static void TearDownTestSuite() { other_.reset(); }
 
   void SetUp() override { ASSERT_TRUE(other_->is_ready()); }
 
@@ -140,7 +102,7 @@ class OtherProcessTest : public testing::Test {
   static com::Ptr<INodalForce> create_force() { return create<NodalForce, INodalForce>(); }
 
  private:
-  static inline OtherProcess* other_ = nullptr;
+  static inline std::unique_ptr<OtherProcess> other_;
 };
 
 TEST_F(OtherProcessTest, IsReachedThroughTheModulesOwnProxies) {

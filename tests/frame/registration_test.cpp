@@ -11,6 +11,7 @@
 
 #include "tests/frame/copied_files.h"
 #include "tests/frame/registry.h"
+#include "tests/host/apartment.h"
 #include "tests/host/late_bound.h"
 #include "tests/kinds/kind.h"
 
@@ -138,9 +139,6 @@ void expect_class(const Class& each, const std::wstring& module, RegistryLines& 
 
 class Registration : public testing::Test {
  protected:
-  Registration() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
-  ~Registration() override { CoUninitialize(); }
-
   /// What registering the module adds to the registry. Registers it twice, which is as good as
   /// once, and unregisters it again, which leaves nothing.
   static RegistryLines added_by_registering(const std::wstring& path) {
@@ -154,6 +152,9 @@ class Registration : public testing::Test {
     EXPECT_EQ(frame::read_classes(), before);
     return without(registered, before);
   }
+
+ private:
+  const server::Apartment apartment_;
 };
 
 TEST_F(Registration, WritesExactlyTheKeysOfItsClassesInterfacesAndLibrary) {

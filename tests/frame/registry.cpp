@@ -3,65 +3,40 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
-#include <vector>
 
 namespace frame {
 namespace {
 
-// The platform's limits.
-constexpr DWORD kLongestKeyName = 255;
-constexpr DWORD kLongestValueName = 16383;
-
-/// An open key; none when it cannot be opened.
-class Key {
- public:
-  Key(HKEY parent, const wchar_t* name) {
-    if (RegOpenKeyExW(parent, name, 0, KEY_READ, &key_) != ERROR_SUCCESS) key_ = nullptr;
-  }
-  ~Key() {
-    if (key_) RegCloseKey(key_);
-  }
-  Key(const Key&) = delete;
-  Key& operator=(const Key&) = delete;
-
-  [[nodiscard]] HKEY get() const { return key_; }
-
- private:
-  HKEY key_ = nullptr;
-};
-
-std::wstring to_text(DWORD type, const std::vector<wchar_t>& data, DWORD bytes) {
+std::wstring to_text(DWORD type, const wchar_t* data, DWORD bytes) {
   if (type != REG_SZ) return L"type " + std::to_wstring(type) + L", " + std::to_wstring(bytes);
-  std::wstring text(data.data(), bytes / sizeof(wchar_t));
-  while (!text.empty() && text.back() == L'\0') text.pop_back();
-  return text;
+  return {data, wcsnlen(data, bytes / sizeof(wchar_t))};
 }
 
 void read_values(HKEY key, const std::wstring& path, RegistryLines& lines) {
-  std::vector<wchar_t> name(kLongestValueName + 1);
-  std::vector<wchar_t> data(4096);
+  wchar_t name[256];
+  wchar_t data[2048];
+  DWORD type = 0;
   for (DWORD index = 0;; ++index) {
-    auto name_length = static_cast<DWORD>(name.size());
-    auto bytes = static_cast<DWORD>(data.size() * sizeof(wchar_t));
-    DWORD type = 0;
-    const LONG status = RegEnumValueW(key, index, name.data(), &name_length, nullptr, &type,
-                                      reinterpret_cast<BYTE*>(data.data()), &bytes);
+    auto length = static_cast<DWORD>(std::size(name));
+    DWORD bytes = sizeof data;
+    const LONG status = RegEnumValueW(key, index, name, &length, nullptr, &type,
+                                      reinterpret_cast<BYTE*>(data), &bytes);
     if (status == ERROR_NO_MORE_ITEMS) return;
-    if (status != ERROR_SUCCESS) continue;
-    lines.insert(value_line(path, name.data(), to_text(type, data, bytes)));
+    // Longer ones are none of ours.
+    if (status == ERROR_SUCCESS) lines.insert(value_line(path, name, to_text(type, data, bytes)));
   }
 }
 
 void read_key(HKEY key, const std::wstring& path, RegistryLines& lines) {
   lines.insert(key_line(path));
   read_values(key, path, lines);
-  wchar_t name[kLongestKeyName + 1];
-  DWORD length = kLongestKeyName + 1;
-  for (DWORD index = 0; RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr,
-                                      nullptr) == ERROR_SUCCESS;
-       ++index, length = kLongestKeyName + 1) {
-    const Key child(key, name);
-    if (child.get()) read_key(child.get(), path.empty() ? name : path + L"\\" + name, lines);
+  // The platform's limit for a key's name.
+  wchar_t name[256];
+  for (DWORD index = 0; RegEnumKeyW(key, index, name, std::size(name)) == ERROR_SUCCESS; ++index) {
+    HKEY child = nullptr;
+    if (RegOpenKeyExW(key, name, 0, KEY_READ, &child) != ERROR_SUCCESS) continue;
+    read_key(child, path.empty() ? name : path + L"\\" + name, lines);
+    RegCloseKey(child);
   }
 }
 

@@ -25,9 +25,6 @@ std::wstring bare_module() {
 
 class Unloading : public testing::Test {
  protected:
-  Unloading() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
-  ~Unloading() override { CoUninitialize(); }
-
   /// Runs `action` many times and tells what the process holds since. It runs before, too: what is
   /// made once and kept does not count.
   template <class Action>
@@ -39,6 +36,9 @@ class Unloading : public testing::Test {
     const Holdings after;
     return {after.blocks - before.blocks, after.open_handles - before.open_handles};
   }
+
+ private:
+  const server::Apartment apartment_;
 };
 
 /// An object of either sort, called by name, early bound and by enumeration.
