@@ -61,8 +61,8 @@ int serve() {
 class OtherProcess {
  public:
   OtherProcess() {
-    wchar_t* program = nullptr;
-    _get_wpgmptr(&program);
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
     process_.reset(reinterpret_cast<HANDLE>(
         _wspawnl(_P_NOWAIT, program, L"other_process_test", L"serve", nullptr)));
     // Whichever comes first: it is ready, or it ended.
