@@ -124,8 +124,7 @@ class Field final : public UnusedField {
   Field(Journal& journal, com::Variant value)
       : UnusedField(journal, "Field"), value_(std::move(value)) {}
   STDMETHODIMP get_Value(VARIANT* value) override {
-    if (const HRESULT result = note("Value"); FAILED(result)) return result;
-    return VariantCopy(value, com::mutable_address(value_));
+    return then(note("Value"), [&] { *value = com::Variant(value_).detach(); });
   }
 
  private:
@@ -137,7 +136,7 @@ class Fields final : public UnusedFields {
   Fields(Journal& journal, Row row) : UnusedFields(journal, "Fields"), row_(std::move(row)) {}
   STDMETHODIMP get_Item(VARIANT name, ::Field** field) override {
     if (name.vt != VT_BSTR) return DISP_E_TYPEMISMATCH;
-    if (const HRESULT result = note("Item " + show(name.bstrVal)); FAILED(result)) return result;
+    if (const HRESULT result = note("Item", name.bstrVal); FAILED(result)) return result;
     const auto found = row_.find(com::Bstr::view(name.bstrVal));
     if (found == row_.end()) return kNoSuchColumn;
     give_as(field, new Field(journal(), found->second));
@@ -158,28 +157,22 @@ class Recordset final : public UnusedRecordset {
   [[nodiscard]] const Row& row() const { return rows_.at(position_); }
 
   STDMETHODIMP get_Fields(::Fields** fields) override {
-    if (const HRESULT result = note("Fields"); FAILED(result)) return result;
-    give_as(fields, new Fields(journal(), row()));
-    return S_OK;
+    return then(note("Fields"), [&] { give_as(fields, new Fields(journal(), row())); });
   }
   STDMETHODIMP Open(VARIANT source, VARIANT connection, CursorTypeEnum cursor, LockTypeEnum lock,
                     LONG options) override {
-    return note("Open " + show(source) + ' ' + show(connection) + ' ' + std::to_string(cursor) +
-                ' ' + std::to_string(lock) + ' ' + std::to_string(options));
+    return note("Open", source, connection, long{cursor}, long{lock}, options);
   }
   STDMETHODIMP MoveFirst() override {
     position_ = 0;
     return note("MoveFirst");
   }
   STDMETHODIMP MoveNext() override {
-    if (const HRESULT result = note("MoveNext"); FAILED(result)) return result;
-    ++position_;
-    return S_OK;
+    return then(note("MoveNext"), [&] { ++position_; });
   }
   STDMETHODIMP get_EOF(VARIANT_BOOL* end) override {
-    if (const HRESULT result = note("EOF"); FAILED(result)) return result;
-    *end = position_ < rows_.size() ? VARIANT_FALSE : VARIANT_TRUE;
-    return S_OK;
+    return then(note("EOF"),
+                [&] { *end = position_ < rows_.size() ? VARIANT_FALSE : VARIANT_TRUE; });
   }
   STDMETHODIMP Close() override { return note("Close"); }
 
@@ -188,29 +181,24 @@ class Recordset final : public UnusedRecordset {
   std::size_t position_ = 0;
 };
 
-/// What an optional argument is noted as.
-inline std::string present(const void* argument) { return argument ? "given " : "null "; }
-
 class Connection final : public UnusedConnection {
  public:
   explicit Connection(Journal& journal) : UnusedConnection(journal, "Connection") {}
   STDMETHODIMP Execute(BSTR text, VARIANT* affected, LONG options, _Recordset** rows) override {
     *rows = nullptr;
-    return note("Execute " + show(text) + ' ' + present(affected) + std::to_string(options));
+    return note("Execute", text, affected, options);
   }
 };
 
 class Command final : public UnusedCommand {
  public:
   explicit Command(Journal& journal) : UnusedCommand(journal, "Command") {}
-  STDMETHODIMP put_CommandText(BSTR text) override { return note("CommandText " + show(text)); }
+  STDMETHODIMP put_CommandText(BSTR text) override { return note("CommandText", text); }
   /// Gives a recordset back, which nobody is to look at.
   STDMETHODIMP Execute(VARIANT* affected, VARIANT* parameters, LONG options,
                        _Recordset** rows) override {
-    const HRESULT result =
-        note("Execute " + present(affected) + present(parameters) + std::to_string(options));
-    if (SUCCEEDED(result)) give_as(rows, new Recordset(journal(), "Result", {}));
-    return result;
+    return then(note("Execute", affected, parameters, options),
+                [&] { give_as(rows, new Recordset(journal(), "Result", {})); });
   }
 };
 

@@ -2,13 +2,24 @@
 
 #include <algorithm>
 #include <iterator>
-#include <sstream>
+#include <span>
 
 #include "com/bstr.h"
 #include "com/ptr.h"
 #include "com/variant.h"
 
 namespace fake {
+namespace {
+
+std::string show_numbers(const SAFEARRAY& array) {
+  const SAFEARRAYBOUND& bound = array.rgsabound[0];
+  std::string text = std::to_string(array.cDims) + "D from " + std::to_string(bound.lLbound) + ':';
+  const std::span numbers(static_cast<const long*>(array.pvData), bound.cElements);
+  for (const long number : numbers) text += ' ' + std::to_string(number);
+  return text;
+}
+
+}  // namespace
 
 std::string narrow(std::wstring_view text) {
   const int length = static_cast<int>(text.size());
@@ -66,34 +77,24 @@ std::string Journal::show(IUnknown* object) const {
 }
 
 std::string Journal::show(const VARIANT& value) const {
-  std::ostringstream text;
   switch (value.vt) {
     case VT_EMPTY:
       return "empty";
     case VT_I2:
-      text << "I2:" << value.iVal;
-      break;
+      return "I2:" + std::to_string(value.iVal);
     case VT_BOOL:
-      text << "BOOL:" << value.boolVal;
-      break;
+      return "BOOL:" + std::to_string(value.boolVal);
     case VT_BSTR:
-      text << '"' << narrow(com::Bstr::view(value.bstrVal)) << '"';
-      break;
+      return '"' + narrow(com::Bstr::view(value.bstrVal)) + '"';
     case VT_DISPATCH:
       return show(value.pdispVal);
     case VT_ERROR:
       return com::is_omitted(value) ? "omitted" : "error";
-    case VT_ARRAY | VT_I4: {
-      const SAFEARRAY& array = *value.parray;
-      const auto* const numbers = static_cast<const long*>(array.pvData);
-      text << array.cDims << "D from " << array.rgsabound[0].lLbound << ':';
-      for (ULONG i = 0; i < array.rgsabound[0].cElements; ++i) text << ' ' << numbers[i];
-      break;
-    }
+    case VT_ARRAY | VT_I4:
+      return show_numbers(*value.parray);
     default:
-      text << "type " << value.vt;
+      return "type " + std::to_string(value.vt);
   }
-  return text.str();
 }
 
 void set_error_words(const wchar_t* words) {

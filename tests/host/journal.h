@@ -40,6 +40,11 @@ class Journal {
   void forget(IUnknown* object) { names_.erase(object); }
   [[nodiscard]] std::string show(IUnknown* object) const;
   [[nodiscard]] std::string show(const VARIANT& value) const;
+  [[nodiscard]] std::string show(const VARIANT* value) const {
+    return value ? show(*value) : "null";
+  }
+  [[nodiscard]] static std::string show(BSTR text) { return text ? narrow(text) : "null"; }
+  [[nodiscard]] static std::string show(long number) { return std::to_string(number); }
 
   /// Told of every call when it comes, before it is answered.
   std::function<void(const std::string& call)> on_call = [](const std::string&) {};

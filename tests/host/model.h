@@ -26,26 +26,21 @@ class Persistent final : public Object<Interface> {
   }
 
   STDMETHODIMP get_ID(long* id) override {
-    if (const HRESULT result = this->note("ID"); FAILED(result)) return result;
-    *id = id_;
-    return S_OK;
+    return this->then(this->note("ID"), [&] { *id = id_; });
   }
   STDMETHODIMP put_ID(long id) override { return id_ = id, S_OK; }
   [[nodiscard]] long id() const { return id_; }
   STDMETHODIMP LoadFromCurrentRecordsetPosition(IDispatch* database, IDispatch* rows,
                                                 BSTR alias) override {
-    const HRESULT result = this->note("Load " + this->show(database) + ' ' + this->show(rows) +
-                                      ' ' + Object<Interface>::show(alias));
-    if (FAILED(result)) return result;
-    if (const auto* const recordset = dynamic_cast<Recordset*>(rows)) {
+    return this->then(this->note("Load", database, rows, alias), [&] {
+      const auto* const recordset = dynamic_cast<const Recordset*>(rows);
+      if (!recordset) return;
       const auto key = recordset->row().find(key_column_);
       if (key != recordset->row().end()) id_ = key->second.get().lVal;
-    }
-    return S_OK;
+    });
   }
   STDMETHODIMP Save(IDispatch* database, VARIANT down, VARIANT up) override {
-    return this->note("Save " + this->show(database) + ' ' + this->show(down) + ' ' +
-                      this->show(up));
+    return this->note("Save", database, down, up);
   }
   NOT_CALLED(get_IsDirty, long*)
   NOT_CALLED(Delete, IDispatch*)
@@ -93,23 +88,17 @@ class Collection final : public Object<Interface>, public Sets {
   IDispatch* dispatch() override { return static_cast<Interface*>(this); }
 
   STDMETHODIMP Item(int index, Set** set) override {
-    const HRESULT result = this->note("Item " + std::to_string(index));
-    if (SUCCEEDED(result)) *set = sets_.at(static_cast<std::size_t>(index)).copy();
-    return result;
+    return this->then(this->note("Item", long{index}),
+                      [&] { *set = sets_.at(static_cast<std::size_t>(index)).copy(); });
   }
   STDMETHODIMP Add(Set* set) override {
-    const HRESULT result = this->note("Add " + this->show(set));
-    if (SUCCEEDED(result)) sets_.push_back(set);
-    return result;
+    return this->then(this->note("Add", set), [&] { sets_.push_back(set); });
   }
   STDMETHODIMP get_Count(long* count) override {
-    const HRESULT result = this->note("Count");
-    if (SUCCEEDED(result)) *count = static_cast<long>(sets_.size());
-    return result;
+    return this->then(this->note("Count"), [&] { *count = static_cast<long>(sets_.size()); });
   }
   STDMETHODIMP Save(IDispatch* database, VARIANT down, VARIANT up) override {
-    return this->note("Save " + this->show(database) + ' ' + this->show(down) + ' ' +
-                      this->show(up));
+    return this->note("Save", database, down, up);
   }
   NOT_CALLED(Remove, int)
   NOT_CALLED(get__NewEnum, IUnknown**)
@@ -130,20 +119,17 @@ class RecordStore final : public Object<IRecordStore> {
   std::function<void(IPersistentObject& record)> on_save = [](IPersistentObject&) {};
 
   STDMETHODIMP SaveRecord(IDispatch* record, VARIANT down, VARIANT up) override {
-    const HRESULT result = note("Save " + show(record) + ' ' + show(down) + ' ' + show(up));
-    if (SUCCEEDED(result)) on_save(*static_cast<IPersistentObject*>(record));
-    return result;
+    return then(note("Save", record, down, up),
+                [&] { on_save(*static_cast<IPersistentObject*>(record)); });
   }
-  STDMETHODIMP DeleteRecord(IDispatch* record) override { return note("Delete " + show(record)); }
+  STDMETHODIMP DeleteRecord(IDispatch* record) override { return note("Delete", record); }
   STDMETHODIMP RecordsSaved(long event, VARIANT ids) override {
-    return note("RecordsSaved " + std::to_string(event) + ' ' + show(ids));
+    return note("RecordsSaved", event, ids);
   }
   STDMETHODIMP RecordsDeleted(long event, VARIANT ids) override {
-    return note("RecordsDeleted " + std::to_string(event) + ' ' + show(ids));
+    return note("RecordsDeleted", event, ids);
   }
-  STDMETHODIMP EventsEnabled(long flag) override {
-    return note("EventsEnabled " + std::to_string(flag));
-  }
+  STDMETHODIMP EventsEnabled(long flag) override { return note("EventsEnabled", flag); }
 
 #define RESERVED(position) NOT_CALLED(Reserved##position)
   // clang-format off
@@ -169,26 +155,16 @@ class ModelDatabase final : public Object<IModelDatabase> {
     const bool refuses = FAILED(interface_query) && IsEqualIID(iid, __uuidof(IModelDatabase));
     return refuses ? interface_query : Object::QueryInterface(iid, out);
   }
-  STDMETHODIMP get_Command(IDispatch** out) override { return give("Command", command, out); }
+  STDMETHODIMP get_Command(IDispatch** out) override {
+    return then(note("Command"), [&] { *out = command.copy(); });
+  }
   STDMETHODIMP get_Connection(IDispatch** out) override {
-    return give("Connection", connection, out);
+    return then(note("Connection"), [&] { *out = connection.copy(); });
   }
   STDMETHODIMP get_RecordStore(IRecordStore** out) override {
-    return give("RecordStore", store, out);
+    return then(note("RecordStore"), [&] { *out = store.copy(); });
   }
-  STDMETHODIMP SetModified(long flag) override {
-    return note("SetModified " + std::to_string(flag));
-  }
-
- private:
-  template <class Interface>
-  HRESULT give(const char* member, const com::Ptr<Interface>& object, Interface** out) {
-    const HRESULT result = note(member);
-    if (SUCCEEDED(result)) *out = object.copy();
-    return result;
-  }
-
- public:
+  STDMETHODIMP SetModified(long flag) override { return note("SetModified", flag); }
   // clang-format off
   RESERVED(1) RESERVED(2) RESERVED(3) RESERVED(4) RESERVED(5) RESERVED(6) RESERVED(9)
   // clang-format on

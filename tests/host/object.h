@@ -17,8 +17,8 @@ namespace fake {
 /// An object of the fake host behind one dual interface: counted, named in the journal, and
 /// answering for error information. Others are further interfaces that the same members serve.
 ///
-/// Its members note themselves and fail when the journal says so:
-///   if (const HRESULT result = note("Count"); FAILED(result)) return result;
+/// Its members note themselves with their arguments, and fail when the journal says so:
+///   return then(note("Item", index), [&] { *item = items_[index].copy(); });
 template <class Interface, class... Others>
 class Object : public Interface, public ISupportErrorInfo {
  public:
@@ -63,10 +63,18 @@ class Object : public Interface, public ISupportErrorInfo {
 
  protected:
   [[nodiscard]] Journal& journal() const { return journal_; }
-  HRESULT note(const std::string& member) { return journal_.note(name_ + "." + member); }
-  [[nodiscard]] std::string show(IUnknown* object) const { return journal_.show(object); }
-  [[nodiscard]] std::string show(const VARIANT& value) const { return journal_.show(value); }
-  [[nodiscard]] static std::string show(BSTR text) { return text ? narrow(text) : "null"; }
+  template <class... Arguments>
+  HRESULT note(const char* member, const Arguments&... arguments) {
+    std::string line = name_ + "." + member;
+    ((line += ' ' + journal_.show(arguments)), ...);
+    return journal_.note(line);
+  }
+  /// What a member does when it does not fail.
+  template <class Action>
+  static HRESULT then(HRESULT noted, Action&& action) {
+    if (SUCCEEDED(noted)) action();
+    return noted;
+  }
 
   HRESULT not_called(const char* member) {
     ADD_FAILURE() << name_ << '.' << member << " was called";
