@@ -3,33 +3,15 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <filesystem>
 #include <memory>
 #include <string>
 
 #include "com/bstr.h"
 #include "com/error.h"
 #include "modeldb/engine/database.h"
+#include "tests/engine/temporary_file.h"
 
 namespace modeldb {
-
-/// A path in the folder for temporary files where there is no file, at the end neither.
-class TemporaryFile {
- public:
-  TemporaryFile()
-      : path_(std::filesystem::temp_directory_path() /
-              (L"orv_" + std::to_wstring(GetCurrentProcessId()) + L"_" + std::to_wstring(++count_) +
-               L".orvdb")) {}
-  ~TemporaryFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
-  [[nodiscard]] std::wstring path() const { return path_.wstring(); }
-
- private:
-  static inline int count_ = 0;
-  std::filesystem::path path_;
-};
 
 /// A failure as a script would see it.
 struct Failure {
@@ -83,7 +65,7 @@ class WithDatabase : public testing::Test {
     return database_->execute_text(text, Trust::kWrite).changed_rows;
   }
 
-  TemporaryFile file_;
+  model_test::TemporaryFile file_;
   std::shared_ptr<Database> database_;
 };
 

@@ -11,11 +11,13 @@
 #include <iostream>
 #include <string>
 
+#include "tests/modeldb/child_process.h"
 #include "tests/modeldb/model_test.h"
 
 namespace {
 
 using model_test::bstr;
+using model_test::ChildProcess;
 using model_test::create;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
@@ -37,41 +39,15 @@ int save_batch(const wchar_t* path) {
     sets.query<ILoadSets>()->Add(create<LoadSet, ILoadSet>().get());
     forces->Add(force.get());
   }
-  SetEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, kBegins));
+  model_test::signal(kBegins);
   return FAILED(forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()));
 }
 
 /// A process that saves a batch, at the moment at which it begins.
-class Saver {
+class Saver : public ChildProcess {
  public:
-  explicit Saver(const std::wstring& path) {
-    const HANDLE begins = CreateEventW(nullptr, FALSE, FALSE, kBegins);
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring(program) + L"\" --save-batch \"" + path + L"\"";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                               &startup, &process_));
-    const HANDLE either[] = {begins, process_.hProcess};
-    EXPECT_EQ(WaitForMultipleObjects(2, either, FALSE, INFINITE), WAIT_OBJECT_0);
-    CloseHandle(begins);
-  }
-  Saver(const Saver&) = delete;
-  ~Saver() {
-    WaitForSingleObject(process_.hProcess, INFINITE);
-    CloseHandle(process_.hThread);
-    CloseHandle(process_.hProcess);
-  }
-
-  void wait() const { WaitForSingleObject(process_.hProcess, INFINITE); }
-  void kill_after(milliseconds delay) const {
-    WaitForSingleObject(process_.hProcess, static_cast<DWORD>(delay.count()));
-    TerminateProcess(process_.hProcess, 1);
-  }
-
- private:
-  PROCESS_INFORMATION process_{};
+  explicit Saver(const std::wstring& path)
+      : ChildProcess(L"--save-batch \"" + path + L"\"", kBegins) {}
 };
 
 class KillTest : public model_test::ModelTest {
@@ -92,7 +68,7 @@ class KillTest : public model_test::ModelTest {
   milliseconds time_of_a_batch() {
     const Saver saver(file.path());
     const auto begin = steady_clock::now();
-    saver.wait();
+    saver.wait(INFINITE);
     return std::chrono::duration_cast<milliseconds>(steady_clock::now() - begin);
   }
 
@@ -123,7 +99,11 @@ TEST_F(KillTest, BatchIsWholeOrNotThereWheneverItsProcessIsKilled) {
     const milliseconds delay = batch * kill / (kKills - 1);
     SCOPED_TRACE("killed after " + std::to_string(delay.count()) + " ms");
     restore();
-    Saver(file.path()).kill_after(delay);
+    {
+      const Saver saver(file.path());
+      saver.wait(static_cast<DWORD>(delay.count()));
+      saver.kill();
+    }
     const std::string forces = forces_in_a_whole_model();
     EXPECT_TRUE(forces == "1" || forces == all) << forces;
     undone += forces == "1";

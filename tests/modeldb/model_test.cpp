@@ -2,36 +2,7 @@
 
 #include <windows.h>
 
-#include <fstream>
-#include <iterator>
-
 namespace model_test {
-
-TemporaryFile::TemporaryFile(std::wstring_view extension) {
-  static int number = 0;
-  wchar_t folder[MAX_PATH];
-  GetTempPathW(MAX_PATH, folder);
-  path_ = folder + std::wstring(L"orv_modeldb_test_") + std::to_wstring(GetCurrentProcessId()) +
-          L"_" + std::to_wstring(++number) + std::wstring(extension);
-  // A process that crashed may have left its files, and its number may come again.
-  remove();
-}
-
-TemporaryFile::~TemporaryFile() { remove(); }
-
-void TemporaryFile::remove() const {
-  DeleteFileW(path_.c_str());
-  DeleteFileW((path_ + L"-journal").c_str());
-}
-
-void TemporaryFile::write(std::string_view content) const {
-  std::ofstream(narrow(path_), std::ios::binary) << content;
-}
-
-std::string TemporaryFile::read() const {
-  std::ifstream stream(narrow(path_), std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::string last_sentence() {
   com::Ptr<IErrorInfo> info;
@@ -57,7 +28,7 @@ ModelTest::ModelTest() {
 }
 
 ModelTest::~ModelTest() {
-  database->Close();
+  if (database) database->Close();
   database.reset();
   CoUninitialize();
 }

@@ -11,24 +11,9 @@
 #include "com/bstr.h"
 #include "com/ptr.h"
 #include "com/variant.h"
+#include "tests/engine/temporary_file.h"
 
 namespace model_test {
-
-/// A path in the temporary folder at which there is no file; a file there goes with this.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(std::wstring_view extension = L".orvdb");
-  TemporaryFile(const TemporaryFile&) = delete;
-  ~TemporaryFile();
-
-  [[nodiscard]] const std::wstring& path() const { return path_; }
-  void write(std::string_view content) const;
-  [[nodiscard]] std::string read() const;
-  void remove() const;
-
- private:
-  std::wstring path_;
-};
 
 /// A new object of a registered class.
 template <class Class, class Interface>

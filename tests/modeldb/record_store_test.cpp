@@ -2,6 +2,8 @@
 // and that whatever fails leaves nothing behind.
 
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include "tests/modeldb/model_test.h"
 #include "tests/modeldb/record_double.h"
@@ -72,12 +74,6 @@ TEST_F(RecordStoreTest, DeletionTellsTheRecordFirst) {
   EXPECT_EQ(record.id, 1);
 }
 
-TEST_F(RecordStoreTest, DeletingWhatTheModelLacksIsRefused) {
-  EXPECT_SENTENCE(store()->DeleteRecord(&record), HasSubstr("The new NodalForce"));
-  record.id = 5;
-  EXPECT_SENTENCE(store()->DeleteRecord(&record), HasSubstr("NodalForce 5 is not in the model"));
-}
-
 TEST_F(RecordStoreTest, DeletedKeyIsNotGivenAgain) {
   save_record(&record);
   store()->DeleteRecord(&record);
@@ -105,13 +101,34 @@ TEST_F(RecordStoreTest, TextBeyondTheDescriptionMustBeNumbers) {
   for (const wchar_t* const values :
        {L"'other', 12, 1, 250, 0, 0, -1, 0", L"'d', 12, 1, 250, 0, 0, -1, 0, 0",
         L"'d', 12, 1, 250, 0, 0, -1", L"'d', 12, 1, 250, 0, 0, -1, (SELECT 1)",
-        L"'d', 12, 1, 250, 0, 0, -1, 0 -- ",
+        L"'d', 12, 1, 250, 0, 0, -1, 0 -- ", L"'d', 12, 1, 250, 0, 0, -1/*x*/, 0",
+        L"'d', 12, 1, 250, 0, 0, -1, 0; DELETE FROM NodalForces",
         L"'d', 12, 1, 250, 0, 0, -1, 0), ('d', 1, 1, 1, 1, 1, 1",
-        L"'d' || 'e', 12, 1, 250, 0, 0, -1, 0", L"'d', 12, 1, 0x10, 0, 0, -1, 0",
-        L"'d', 12, 1, 250, 0, 0, 1 + 1, 0", L"'d', 12, 1, NULL, 0, 0, -1, 0", L"", L"'d'"}) {
+        L"'d', 12, 1, 250, 0, 0, -1, 0) RETURNING (1", L"'d' || 'e', 12, 1, 250, 0, 0, -1, 0",
+        L"'d', 12, 1, 0x10, 0, 0, -1, 0", L"'d', 12, 1, 250, 0, 0, 1 + 1, 0",
+        L"'d', 12, 1, NULL, 0, 0, -1, 0", L"'d', 12, 1, 'e', 0, 0, -1, 0",
+        L"'d', 12, 1, 1e999, 0, 0, -1, 0", L"'d', 12, 1, --1\n250, 0, 0, -1, 0",
+        L"'d', 12, 1, 250, 0, 0, -1,", L"", L"'d'"}) {
     SCOPED_TRACE(model_test::narrow(values));
     record.texts[4] = values;
     expect_refusal("NodalForce");
+  }
+  record.id = 1;
+  const std::wstring good = record.texts[6];
+  for (const auto& [part, replacement] : std::vector<std::pair<std::wstring, std::wstring>>{
+           {L"Vz = -1", L"Vz = Vy"},
+           {L"Vz = -1", L"Vz == -1"},
+           {L"Vz = -1", L"Vz = -1/**/"},
+           {L"Vz = -1", L"\"Vz\" = -1"},
+           {L"Vx = 0, Vy", L"Vy = 0, Vx"},
+           {L"ID = 0", L"ID = 0 WHERE 1"},
+           {L"ID = 0", L"ID = 0 -- "},
+           {L"Description = 'd'", L"Description = d"},
+           {L"Description =", L"Description /**/ ="},
+           {L"VertexID = 12", L"NodalForceID = 12"}}) {
+    record.texts[6] = std::wstring(good).replace(good.find(part), part.size(), replacement);
+    SCOPED_TRACE(model_test::narrow(record.texts[6]));
+    expect_refusal("NodalForce 1");
   }
 }
 
@@ -137,11 +154,6 @@ TEST_F(RecordStoreTest, TableAndColumnsMustBeThoseOfTheKind) {
   record.id = 1;
   record.texts[2] = L"VertexID";
   expect_refusal("VertexID");
-  record.texts[2] = L"NodalForceID";
-  record.texts[6] =
-      L"Description = 'd', VertexID = 12, MultiplierTableID = 1, Magnitude = 250, "
-      L"NodalForceID = 0, Vy = 0, Vz = -1, CoordinateSystemID = 0";
-  expect_refusal("NodalForce 1");
 }
 
 TEST_F(RecordStoreTest, RowGoesWhenItsLinksFail) {
@@ -193,23 +205,6 @@ TEST_F(RecordStoreTest, ModelClosedInTheMiddleOfASaveFailsTheSave) {
   record.file_operations[2] = [&](IDispatch*) { return database->Close(); };
   EXPECT_TRUE(FAILED(save_record(&record)));
   ASSERT_EQ(open(file.path()), S_OK) << model_test::last_sentence();
-  EXPECT_EQ(count(L"NodalForces"), "0");
-}
-
-TEST_F(RecordStoreTest, WhatIsNoRecordIsRefused) {
-  EXPECT_SENTENCE(save_record(nullptr), HasSubstr("No record was passed"));
-  EXPECT_SENTENCE(save_record(database.get()), HasSubstr("is no record"));
-  EXPECT_SENTENCE(store()->DeleteRecord(load_sets_of(make_force(1)).get()),
-                  HasSubstr("is no record"));
-}
-
-TEST_F(RecordStoreTest, RecordWithoutVertexOrSetsIsToldSo) {
-  const auto force = make_force(1);
-  force->putref_Vertex(nullptr);
-  EXPECT_SENTENCE(save(force), HasSubstr("The new NodalForce has no vertex"));
-  const auto other = make_force(1);
-  other->putref_LoadSets(nullptr);
-  EXPECT_SENTENCE(save(other), HasSubstr("The new NodalForce has no LoadSets"));
   EXPECT_EQ(count(L"NodalForces"), "0");
 }
 

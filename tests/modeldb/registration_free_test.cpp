@@ -6,12 +6,10 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/frame/module_file.h"
+#include "tests/frame/copied_files.h"
 #include "tests/modeldb/model_test.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kProgramManifest = R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
 <assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
@@ -36,13 +34,8 @@ constexpr const char* kProgramManifest = R"(<?xml version="1.0" encoding="UTF-8"
 class CopiedProgram {
  public:
   CopiedProgram() {
-    fs::create_directory(folder_);
-    for (const wchar_t* const name : {L"orv_node.dll", L"orv_node.sxs.manifest", L"orv_modeldb.dll",
-                                      L"orv_modeldb.sxs.manifest"}) {
-      fs::copy_file(frame::module_file(name), folder_ / name, fs::copy_options::overwrite_existing);
-    }
-    const std::wstring manifest = folder_ / "program.manifest";
-    std::ofstream(fs::path(manifest)) << kProgramManifest;
+    const std::wstring manifest = files_.file(L"program.manifest");
+    std::ofstream(std::filesystem::path(manifest)) << kProgramManifest;
     ACTCTXW description{};
     description.cbSize = sizeof description;
     description.lpSource = manifest.c_str();
@@ -53,13 +46,14 @@ class CopiedProgram {
   ~CopiedProgram() {
     DeactivateActCtx(0, cookie_);
     ReleaseActCtx(context_);
-    fs::remove_all(folder_);
   }
   CopiedProgram(const CopiedProgram&) = delete;
   CopiedProgram& operator=(const CopiedProgram&) = delete;
 
  private:
-  const fs::path folder_ = fs::temp_directory_path() / "orv modeldb program";
+  const frame::CopiedFiles files_{
+      L"orv modeldb program",
+      {L"orv_node.dll", L"orv_node.sxs.manifest", L"orv_modeldb.dll", L"orv_modeldb.sxs.manifest"}};
   HANDLE context_ = nullptr;
   ULONG_PTR cookie_ = 0;
 };

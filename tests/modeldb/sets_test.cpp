@@ -27,30 +27,6 @@ TEST_F(SetsTest, RecordSavesItsSetsAndIsLinkedToThem) {
   EXPECT_EQ(value(L"SELECT group_concat(LoadSetID) FROM NodalForceLoadSets"), "1,2");
 }
 
-TEST_F(SetsTest, RecordLoadsItsSets) {
-  const auto force = make_force(1);
-  load_sets_of(force)->Add(make_load_set(L"Wind").get());
-  ASSERT_EQ(save(force), S_OK);
-  const auto sets = load_sets_of(load_force(1));
-  com::Ptr<ILoadSet> set;
-  ASSERT_EQ(sets->Item(0, set.put()), S_OK);
-  com::Bstr name;
-  set->get_Description(name.put());
-  EXPECT_EQ(name.view(), L"Wind");
-  EXPECT_EQ(id_of(set), 1);
-}
-
-TEST_F(SetsTest, OneSetHoldsManyRecords) {
-  const auto wind = make_load_set(L"Wind");
-  for (int index = 0; index < 3; ++index) {
-    const auto force = make_force(index);
-    load_sets_of(force)->Add(wind.get());
-    ASSERT_EQ(save(force), S_OK);
-  }
-  EXPECT_EQ(count(L"LoadSets"), "1");
-  EXPECT_EQ(count(L"NodalForceLoadSets"), "3");
-}
-
 TEST_F(SetsTest, SetNamedByItsIdAloneKeepsItsName) {
   const auto wind = make_load_set(L"Wind");
   ASSERT_EQ(wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
@@ -94,42 +70,6 @@ TEST_F(SetsTest, CollectionReportsASetThatCannotBeDeletedAndDeletesTheOthers) {
   EXPECT_EQ(count(L"DesignScenarios"), "0");
 }
 
-TEST_F(SetsTest, CollectionBehavesAsThoseOfRecords) {
-  const auto sets = create<LoadSets, ILoadSets>();
-  com::Ptr<ILoadSet> set;
-  for (long id : {10, 20, 30}) {
-    set = create<LoadSet, ILoadSet>();
-    set->put_ID(id);
-    sets->Add(set.get());
-  }
-  EXPECT_EQ(sets->Item(3, set.put()), E_INVALIDARG);
-  EXPECT_EQ(sets->Item(-1, set.put()), E_INVALIDARG);
-  EXPECT_EQ(sets->Remove(3), E_INVALIDARG);
-  EXPECT_EQ(sets->Remove(0), S_OK);
-  long index = 0;
-  sets->GetIndexById(20, &index);
-  EXPECT_EQ(index, 1);
-  sets->GetIndexById(10, &index);
-  EXPECT_EQ(index, -1);
-
-  com::Ptr<IUnknown> unknown;
-  ASSERT_EQ(sets->get__NewEnum(unknown.put()), S_OK);
-  const auto items = unknown.query<IEnumVARIANT>();
-  com::Variant item;
-  ULONG fetched = 9;
-  EXPECT_EQ(items->Next(2, item.put(), &fetched), E_INVALIDARG);
-  EXPECT_EQ(items->Next(1, item.put(), &fetched), S_OK);
-  EXPECT_EQ(fetched, 1u);
-  EXPECT_EQ(id_of(com::Ptr<IDispatch>(item.get().pdispVal).query<ILoadSet>()), 20);
-  EXPECT_EQ(items->Skip(1), E_INVALIDARG);
-  EXPECT_EQ(items->Next(1, item.put(), &fetched), S_FALSE);
-  EXPECT_EQ(item.type(), VT_EMPTY);
-  sets->Clear();
-  long size = -1;
-  sets->get_Count(&size);
-  EXPECT_EQ(size, 0);
-}
-
 TEST_F(SetsTest, WrongObjectsAreRefused) {
   const auto sets = create<LoadSets, ILoadSets>();
   EXPECT_EQ(sets->Add(nullptr), E_POINTER);
@@ -139,16 +79,6 @@ TEST_F(SetsTest, WrongObjectsAreRefused) {
   sets->Add(make_load_set(L"Wind").get());
   EXPECT_SENTENCE(sets->Save(nullptr, com::Variant::omitted(), com::Variant::omitted()),
                   HasSubstr("open Orv_ModelDb.ModelDatabase"));
-}
-
-TEST_F(SetsTest, ProbeIsLinkedToItsScenarios) {
-  const auto probe = create<NodalProbe, INodalProbe>();
-  com::Ptr<IDispatch> scenarios;
-  probe->get_DesignScenarios(scenarios.put());
-  scenarios.query<IDesignScenarios>()->Add(create<DesignScenario, IDesignScenario>().get());
-  ASSERT_EQ(probe->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK)
-      << model_test::last_sentence();
-  EXPECT_EQ(value(L"SELECT DesignScenarioID || NodalProbeID FROM NodalProbeDesignScenarios"), "11");
 }
 
 }  // namespace

@@ -1,0 +1,118 @@
+' What goes wrong, with the numbers and sentences that a script sees. Wine's engines have no numbers
+' of their own for E_NOINTERFACE and DISP_E_TYPEMISMATCH.
+
+Dim db, other, files, path, force, forces, rows, failures, ignored
+failures = 0
+
+Sub Refused(number, sentence)
+  If Err.Number <> number Or InStr("." & Err.Description, sentence) = 0 Or _
+     (sentence = NONE And Err.Description <> "") Then
+    WScript.Echo Err.Number & ": " & Err.Description & " - not " & number & ": " & sentence
+    failures = failures + 1
+  End If
+  Err.Clear
+End Sub
+
+Sub Expect(what, actual, expected)
+  If actual <> expected Or Err.Number <> 0 Then
+    WScript.Echo what & " is " & actual & ", not " & expected & " " & Err.Description
+    failures = failures + 1
+  End If
+  Err.Clear
+End Sub
+
+Const NONE = "."
+Const CLOSED = "No model is open. Call Open with the path of a model database file first."
+Const TEXT = "*NODE, NSET=all"
+
+On Error Resume Next
+Set files = CreateObject("Scripting.FileSystemObject")
+Set db = CreateObject("Orv_ModelDb.ModelDatabase")
+Set force = CreateObject("Orv_Node.NodalForce")
+Set forces = CreateObject("Orv_Node.NodalForces")
+
+' Before a model is open. The server has no sentences of its own.
+db.Load "NodalForces" : Refused 3704, CLOSED
+db.Query "SELECT 1" : Refused 3704, CLOSED
+Set ignored = db.Connection : Refused 3704, CLOSED
+Set ignored = db.Command : Refused 3704, CLOSED
+Set ignored = db.RecordStore : Refused 3704, CLOSED
+force.Save db : Refused 3704, CLOSED
+force.Save Nothing : Refused -2147467261, NONE
+forces.Add force
+forces.Save db : Refused -2147467261, NONE
+
+' Files that are no model are left alone.
+files.CreateTextFile("notes.txt").Write TEXT
+path = files.GetAbsolutePathName("notes.txt")
+db.Open path
+Refused 3002, "The file """ & path & """ is no model database. Choose another file, or a new one."
+Expect "The text", files.OpenTextFile(path).ReadAll, TEXT
+db.Open "" : Refused 3002, "No model database is named."
+db.Open "." : Refused 3002, "cannot be opened."
+db.Open "no\such\folder\a.orvdb" : Refused 3002, "no\such\folder\a.orvdb"
+db.Open "odbc:DSN=model" : Refused 3251, "ODBC"
+
+db.Open "failures.orvdb"
+path = db.Location
+db.Open "other.orvdb"
+Refused 3705, "The model """ & path & """ is open. Close it before another is opened."
+Expect "The other file", files.FileExists("other.orvdb"), False
+force.Save db
+Expect "The model goes on", force.ID, 1
+
+' Objects and rows that are not there.
+force.ID = 77
+force.Delete db : Refused 3265, "NodalForce 77 is not in the model, so that it cannot be deleted."
+force.ID = 0
+force.Delete db : Refused 3265, "The new NodalForce is not in the model"
+db.Load "Forces" : Refused 3265, "a table ""Forces"". The tables that can be loaded are LoadSets,"
+db.Load "Vertices" : Refused 3265, """Vertices"""
+db.RecordStore.SaveRecord Nothing : Refused -2147467261, "No record was passed"
+db.RecordStore.SaveRecord db : Refused -2147467262, "is no record"
+db.RecordStore.DeleteRecord force.LoadSets : Refused -2147467262, "is no record"
+db.RecordStore.Advise Nothing : Refused -2147467261, "no object"
+db.RecordStore.Unadvise db : Refused 3265, "is not being notified"
+Set force.LoadSets = Nothing : Err.Clear
+force.Save db : Refused -2147467261, "The new NodalForce has no LoadSets."
+Set force.Vertex = Nothing : Err.Clear
+force.Save db
+Refused -2147467261, "The new NodalForce has no vertex. Set its Vertex before it is saved."
+Expect "Forces after failures", db.Load("NodalForces").Count, 1
+
+' Statements.
+db.Query "DELETE FROM NodalForces"
+Refused 3720, "The text ""DELETE FROM NodalForces"" was refused: only a SELECT is allowed here. " & _
+              "Execute changes through the connection of the model database."
+db.Query "SELECT Nope FROM NodalForces"
+Refused -2147217900, "The statement ""SELECT Nope FROM NodalForces"" cannot be run: " & _
+                     "no such column: Nope. Correct it."
+Set rows = db.Query("SELECT * FROM NodalForces")
+rows.MovePrevious
+Refused 3251, "Recordset.MovePrevious is not available in a model database: its rows are read " & _
+              "only, once, from the first to the last. Order, filter and change rows by SQL " & _
+              "statements."
+ignored = rows.Fields("Nothing") : Refused 3265, "no field ""Nothing"", only NodalForceID, Description,"
+rows.Fields(1).Value = "x" : Refused 3251, "Field.Value"
+rows.Close
+db.Connection.Close : Refused 3251, "Connection.Close"
+db.Connection.Execute "UPDATE NodalForces SET Magnitude = 'much'"
+db.Load "NodalForces" : Refused -2147352571, "NodalForce 1 in the table NodalForces cannot be loaded"
+
+' Transactions, and another program: it is told after some seconds.
+Set other = CreateObject("Orv_ModelDb.ModelDatabase")
+other.Open path
+db.Connection.Execute "COMMIT TRANSACTION" : Refused 3714, "Begin one first."
+db.Connection.Execute "BEGIN TRANSACTION"
+db.Connection.Execute "BEGIN TRANSACTION"
+Refused 3714, "A transaction is open in the model database """ & path & """ already. Commit it " & _
+              "or roll it back before you begin another."
+other.Connection.Execute "BEGIN TRANSACTION"
+Refused 3729, "The model database """ & path & """ is in use by another program. Close it " & _
+              "there, or try again later."
+db.Close
+other.Connection.Execute "BEGIN TRANSACTION"
+Expect "The lock", Err.Number, 0
+other.Close
+
+WScript.Echo failures & " failures"
