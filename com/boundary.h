@@ -43,7 +43,7 @@ class Outcome {
  public:
   explicit Outcome(HRESULT initial = S_OK) : result_(initial) {}
 
-  /// Runs one step. A COM error in it becomes the result; anything else goes on to the boundary.
+  /// Runs one step. A COM error or a lack of memory in it becomes the result.
   template <class Step>
   void attempt(Step&& step) {
     try {
@@ -51,6 +51,8 @@ class Outcome {
     } catch (const Error& error) {
       result_ = error.result();
       info_ = error.info();
+    } catch (const std::bad_alloc&) {
+      set(E_OUTOFMEMORY);
     }
   }
 

@@ -27,10 +27,12 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
  public:
   /// E_INVALIDARG: no such index. Else the result of asking the item for ItemInterface.
   STDMETHODIMP Item(int Index, ItemInterface** pVal) override {
-    *pVal = nullptr;
-    if (!holds(Index)) return E_INVALIDARG;
-    const Ptr<IDispatch> object(entries_[static_cast<std::size_t>(Index)].object());
-    return object->QueryInterface(__uuidof(ItemInterface), reinterpret_cast<void**>(pVal));
+    return boundary([&] {
+      *pVal = nullptr;
+      if (!holds(Index)) throw Error(E_INVALIDARG);
+      const Ptr<IDispatch> object(entries_[static_cast<std::size_t>(Index)].object());
+      check(object->QueryInterface(__uuidof(ItemInterface), reinterpret_cast<void**>(pVal)));
+    });
   }
 
   /// Appends an object. E_POINTER: there is none.
@@ -52,11 +54,10 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
     return boundary([&] {
       if (!holds(Index)) {
         entries_.seek_end();
-        return E_INVALIDARG;
+        throw Error(E_INVALIDARG);
       }
       const Entry removed = entries_.take(static_cast<std::size_t>(Index));
       entries_.forget(removed.id());
-      return S_OK;
     });
   }
 
@@ -81,20 +82,24 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
 
   /// Serves one element at most, also when none is asked for. E_INVALIDARG: more are asked for.
   STDMETHODIMP Next(ULONG celt, VARIANT* rgVar, ULONG* pCeltFetched) override {
-    if (pCeltFetched) *pCeltFetched = 0;
-    if (celt > 1) return E_INVALIDARG;
-    VariantInit(rgVar);
-    const Entry* const entry = entries_.next();
-    if (!entry) return S_FALSE;
-    *rgVar = Variant(entry->object()).detach();
-    if (pCeltFetched) *pCeltFetched = 1;
-    return S_OK;
+    return boundary([&] {
+      if (pCeltFetched) *pCeltFetched = 0;
+      if (celt > 1) throw Error(E_INVALIDARG);
+      VariantInit(rgVar);
+      const Entry* const entry = entries_.next();
+      if (!entry) return S_FALSE;
+      *rgVar = Variant(entry->object()).detach();
+      if (pCeltFetched) *pCeltFetched = 1;
+      return S_OK;
+    });
   }
 
   /// Moves on by one, whatever `celt` is. E_INVALIDARG: the end is reached, or was reached before.
   STDMETHODIMP Skip(ULONG) override {
-    entries_.next();
-    return entries_.at_end() ? E_INVALIDARG : S_OK;
+    return boundary([&] {
+      entries_.next();
+      if (entries_.at_end()) throw Error(E_INVALIDARG);
+    });
   }
 
   STDMETHODIMP Reset() override {
@@ -103,8 +108,10 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
   }
 
   STDMETHODIMP Clone(IEnumVARIANT** ppEnum) override {
-    *ppEnum = nullptr;
-    return E_NOTIMPL;
+    return boundary([&] {
+      *ppEnum = nullptr;
+      throw Error(E_NOTIMPL);
+    });
   }
 
  protected:

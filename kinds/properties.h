@@ -34,7 +34,7 @@ class Magnitude : public Record {
   Real magnitude_;
 };
 
-/// The direction in which the record acts; its length is not used.
+/// The vector along which, or about which, the record acts.
 template <class Record>
 class Vector : public Record {
  public:
@@ -51,8 +51,7 @@ class Vector : public Record {
   Real vz_;
 };
 
-/// The table by whose values over time or frequency the load is multiplied; 1 is the host's
-/// constant one.
+/// The host's table of factors by which the load is multiplied.
 template <class Record>
 class Multiplier : public Record {
  public:
@@ -67,7 +66,7 @@ class Multiplier : public Record {
   Integer multiplier_table_id_{1};
 };
 
-/// The coordinate system of the vector; 0 is the global one.
+/// The host's coordinate system in which the vector is given; 0 by default.
 template <class Record>
 class CoordinateSystem : public Record {
  public:
@@ -82,17 +81,6 @@ class CoordinateSystem : public Record {
   Integer coordinate_system_id_;
 };
 
-/// The stiffness of a support: so high by default that it holds its vertex still.
-template <class Record>
-class SupportStiffness : public Record {
- public:
-  STDMETHODIMP get_Stiffness(double* pVal) override { return this->get(stiffness_, pVal); }
-  STDMETHODIMP put_Stiffness(double newVal) override { return this->put(stiffness_, newVal); }
-
- protected:
-  Real stiffness_{1e10};
-};
-
 /// The stiffness through which a temperature or voltage is applied.
 template <class Record>
 class Stiffness : public Record {
@@ -104,9 +92,16 @@ class Stiffness : public Record {
   Real stiffness_;
 };
 
-/// Whether the support acts on rotations rather than translations.
+/// The stiffness of a support, which is high by default.
 template <class Record>
-class SupportRotation : public Record {
+class SupportStiffness : public Stiffness<Record> {
+ protected:
+  SupportStiffness() { this->stiffness_ = Real(1e10); }
+};
+
+/// Whether the record acts on rotations rather than translations; stored in IsRotation.
+template <class Record, class FlagField>
+class Rotation : public Record {
  public:
   STDMETHODIMP get_IsRotate(VARIANT_BOOL* pVal) override {
     return this->get_normalised(is_rotation_, pVal);
@@ -116,8 +111,12 @@ class SupportRotation : public Record {
   }
 
  protected:
-  WideFlag is_rotation_;
+  FlagField is_rotation_;
 };
+template <class Record>
+using SupportRotation = Rotation<Record, WideFlag>;
+template <class Record>
+using MotionRotation = Rotation<Record, Flag>;
 
 /// The time at which the load becomes active.
 template <class Record>

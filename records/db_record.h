@@ -133,6 +133,17 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
     });
   }
 
+  /// The part of saving or deleting that only the record knows; `fohType` is a FileOp.
+  ///
+  /// Before the row is written it saves the vertex, if `vCascadeDown` says so, and notes its ID.
+  /// After, it saves the sets, if `vCascadeUp` says so, writes its link rows anew and takes the
+  /// current values as the saved ones, failed links or not. Before the row is deleted it deletes
+  /// the link rows. Any other number does nothing. An omitted flag counts as true.
+  ///
+  /// Returns the result of saving the vertex or the sets; where neither is saved, that of
+  /// converting `vCascadeUp`: an omitted one gives DISP_E_TYPEMISMATCH although all is done. A link
+  /// statement that fails costs its own row, and the last such failure is returned. E_POINTER:
+  /// there is no model database, vertex or collection of sets where one is needed.
   STDMETHODIMP FileOpHelper(IDispatch* pModelDatabase, long fohType, VARIANT vCascadeDown,
                             VARIANT vCascadeUp) override {
     return com::boundary([&] {
@@ -201,7 +212,7 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
                          com::Outcome& outcome) {
     load_vertex(database, recordset, outcome);
     outcome.attempt([&] { sets_.load(database, KindObjectName(), id_); });
-    dirty_ = 0;
+    mark_clean();
     load_kind_columns(row, outcome);
   }
 
@@ -254,7 +265,7 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
     append_key_column(key);
     if (const auto id = row.read(key.view(), VT_I4, outcome)) id_ = id->get().lVal;
     if (const auto text = row.read(kDescriptionColumn, VT_BSTR, outcome)) {
-      description_.load(com::Bstr::view(text->get().bstrVal));
+      outcome.attempt([&] { description_.load(com::Bstr::view(text->get().bstrVal)); });
     }
     row.read(kVertexColumn, vertex_id_, outcome);
   }
@@ -288,18 +299,32 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
         for_each_column([&](const auto& column, auto&) { text << L", " << column.name; });
         break;
       case SqlPiece::kValues:
-        append_values(text, description_.current(), current_vertex_id(), kCurrent);
+        append_values(text, current_common(), kCurrent);
         break;
       case SqlPiece::kSavedValues:
-        append_values(text, description_.saved(), vertex_id_.saved, kSaved);
+        append_values(text, saved_common(), kSaved);
         break;
       case SqlPiece::kAssignments:
-        append_assignments(text, description_.current(), current_vertex_id(), kCurrent);
+        append_assignments(text, current_common(), kCurrent);
         break;
       case SqlPiece::kSavedAssignments:
-        append_assignments(text, description_.saved(), vertex_id_.saved, kSaved);
+        append_assignments(text, saved_common(), kSaved);
         break;
     }
+  }
+
+  /// The values of the columns that every kind begins with.
+  struct CommonValues {
+    std::wstring_view description;
+    long vertex_id;
+  };
+  [[nodiscard]] CommonValues current_common() const {
+    // The vertex first: it is the host's, which may change the description meanwhile.
+    const long vertex_id = current_vertex_id();
+    return {description_.current(), vertex_id};
+  }
+  [[nodiscard]] CommonValues saved_common() const {
+    return {description_.saved(), vertex_id_.saved};
   }
 
   static constexpr auto kCurrent = [](const auto& field) { return field.current; };
@@ -308,18 +333,17 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
   /// The description goes between its quotes as it stands; doubling the quotes inside it, or
   /// binding it, is the host's business.
   template <class Pick>
-  void append_values(Text& text, std::wstring_view description, std::int32_t vertex_id, Pick pick) {
-    text << L"'" << description << L"', " << vertex_id;
+  void append_values(Text& text, const CommonValues& common, Pick pick) {
+    text << L"'" << common.description << L"', " << common.vertex_id;
     for_each_column([&](const auto& column, auto& field) {
       text << column.separator_in_values << pick(field);
     });
   }
 
   template <class Pick>
-  void append_assignments(Text& text, std::wstring_view description, std::int32_t vertex_id,
-                          Pick pick) {
-    text << kDescriptionColumn << L" = '" << description << L"', " << kVertexColumn << L" = "
-         << vertex_id;
+  void append_assignments(Text& text, const CommonValues& common, Pick pick) {
+    text << kDescriptionColumn << L" = '" << common.description << L"', " << kVertexColumn << L" = "
+         << common.vertex_id;
     for_each_column([&](const auto& column, auto& field) {
       text << L", " << column.name << L" = " << pick(field);
     });

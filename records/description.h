@@ -21,10 +21,11 @@ class Description {
   /// Takes a copy of `text` up to its first NUL, trimmed; null stays null.
   void assign(BSTR text);
 
-  /// Takes the text of the row as both.
+  /// Takes the text of the row, up to its first NUL, as both; neither when memory is short.
   void load(std::wstring_view text) {
-    current_ = com::Bstr(text);
-    commit();
+    com::Bstr loaded(text.substr(0, text.find(L'\0')));
+    saved_ = loaded;
+    current_ = std::move(loaded);
   }
 
   void commit() { saved_ = current_; }

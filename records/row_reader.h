@@ -39,7 +39,7 @@ class RowReader {
   }
 
  private:
-  [[nodiscard]] com::Variant value_of(std::wstring_view name, VARTYPE type) const;
+  [[nodiscard]] com::Variant value_of(const com::Variant& name, VARTYPE type) const;
 
   com::Ptr<Recordset15> recordset_;
   std::wstring_view qualifier_;

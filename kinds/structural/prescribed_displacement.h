@@ -11,7 +11,7 @@ namespace orv {
 class CNodalPrescribedDisplacement
     : public With<COrvelNodalLoadDbRecord<CNodalPrescribedDisplacement, NodalPrescribedDisplacement,
                                           INodalPrescribedDisplacement>,
-                  Vector, Magnitude, Multiplier> {
+                  Vector, Magnitude, Multiplier, MotionRotation> {
  public:
   static constexpr KindNames kNames{L"NodalPrescribedDisplacement", L"NodalPrescribedDisplacements",
                                     30};
@@ -29,10 +29,6 @@ class CNodalPrescribedDisplacement
     });
   }
 
-  STDMETHODIMP get_IsRotate(VARIANT_BOOL* pVal) override {
-    return get_normalised(is_rotation_, pVal);
-  }
-  STDMETHODIMP put_IsRotate(VARIANT_BOOL newVal) override { return put(is_rotation_, newVal); }
   /// An axis, or the vector; other numbers are kept as they are.
   STDMETHODIMP get_Direction(ScalarVector* pVal) override { return get(direction_, pVal); }
   STDMETHODIMP put_Direction(ScalarVector newVal) override { return put(direction_, newVal); }
@@ -40,7 +36,6 @@ class CNodalPrescribedDisplacement
   STDMETHODIMP put_ActiveRangeID(long newVal) override { return put(active_range_id_, newVal); }
 
  private:
-  Flag is_rotation_;
   Integer direction_{SVE_SCALAR_X};
   Integer active_range_id_;
 };

@@ -169,12 +169,14 @@ StatementLease Database::prepare_bound(Trust author) {
 }
 
 void Database::begin() {
+  ++ended_transactions_;  // taken back when it begins
   if (in_transaction_) {
     fail(kInvalidTransaction, L"A transaction is open in the model database " + quoted(path_) +
                                   L" already. Commit it or roll it back before you begin another.");
   }
   // Immediate: another program's lock is met here, not in the middle of the work.
   execute(L"BEGIN IMMEDIATE");
+  --ended_transactions_;
   in_transaction_ = true;
 }
 
@@ -188,6 +190,7 @@ void Database::commit() {
     throw;
   }
   in_transaction_ = false;
+  ++ended_transactions_;
 }
 
 void Database::rollback() {
@@ -197,6 +200,7 @@ void Database::rollback() {
 
 void Database::roll_back() noexcept {
   in_transaction_ = false;
+  ++ended_transactions_;
   authorizer_.begin(Trust::kHost);
   // Fails only when SQLite has rolled back already.
   sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);

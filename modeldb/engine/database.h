@@ -81,6 +81,8 @@ class Database : public std::enable_shared_from_this<Database> {
   /// kInvalidTransaction: none is open.
   void rollback();
   [[nodiscard]] bool in_transaction() const { return in_transaction_; }
+  /// How many transactions ended until now, with those that failed to begin.
+  [[nodiscard]] long ended_transactions() const { return ended_transactions_; }
 
   /// Key of the row that was inserted last.
   [[nodiscard]] std::int64_t last_insert_id() const;
@@ -123,6 +125,7 @@ class Database : public std::enable_shared_from_this<Database> {
   StatementCache cache_;
   BoundText bound_;  // the client text that was read last; kept for its capacity
   bool in_transaction_ = false;
+  long ended_transactions_ = 0;
 };
 
 }  // namespace modeldb

@@ -75,9 +75,11 @@ class SetCollection
     const bool alone = !store->is_changing();
     com::Outcome outcome;
     store->change_together([&] {
-      this->for_each_entry([&](const SetEntry<ItemInterface>& entry) {
-        outcome.attempt([&] { visit(entry.set()); });
-      });
+      // Not by the cursor: the record being saved may belong to somebody who walks its sets.
+      for (std::size_t position = 0; position < this->entries().size(); ++position) {
+        const auto set = this->entries()[position].set();
+        outcome.attempt([&] { visit(set); });
+      }
     });
     if (alone) notify(*store);
     return outcome.deliver();

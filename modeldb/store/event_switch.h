@@ -1,32 +1,23 @@
 #pragma once
 
+#include <optional>
+
 namespace modeldb {
 
 /// Whether records are notified of one by one.
 ///
 /// A collection suspends that for its transaction and resumes it after; when it fails in between it
-/// leaves it suspended. So a suspension also ends with the transaction that was open during it.
+/// leaves it suspended. So a suspension also ends when a transaction ends, or fails to begin.
+/// `ended` is Database::ended_transactions() at the time.
 class EventSwitch {
  public:
-  void suspend() {
-    suspended_ = true;
-    saw_transaction_ = false;
-  }
-  void resume() { suspended_ = false; }
+  void suspend(long ended) { suspended_at_ = ended; }
+  void resume() { suspended_at_.reset(); }
 
-  /// Asked at every change, with whether the client has a transaction open.
-  [[nodiscard]] bool is_suspended(bool in_transaction) {
-    if (in_transaction) {
-      saw_transaction_ = true;
-    } else if (saw_transaction_) {
-      suspended_ = false;
-    }
-    return suspended_;
-  }
+  [[nodiscard]] bool is_suspended(long ended) const { return suspended_at_ == ended; }
 
  private:
-  bool suspended_ = false;
-  bool saw_transaction_ = false;
+  std::optional<long> suspended_at_;
 };
 
 }  // namespace modeldb

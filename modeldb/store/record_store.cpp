@@ -118,7 +118,7 @@ void RecordStore::remove(Model& model, const Record& record) {
 
 void RecordStore::begin_change(Model& model, bool record_by_record) {
   if (is_changing()) return;
-  const bool suspended = events_.is_suspended(model.database()->in_transaction());
+  const bool suspended = events_.is_suspended(model.database()->ended_transactions());
   record_by_record_ = record_by_record && !suspended && !listeners_.empty();
 }
 
@@ -153,8 +153,8 @@ STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
 
 STDMETHODIMP RecordStore::EventsEnabled(long flag) {
   return com::boundary([&] {
-    (void)model();
-    flag == 0 ? events_.suspend() : events_.resume();
+    const auto database = model()->database();
+    flag == 0 ? events_.suspend(database->ended_transactions()) : events_.resume();
   });
 }
 

@@ -50,7 +50,7 @@ class RecordStore : public RecordStoreBase {
   STDMETHODIMP RecordsSaved(long eventObjectType, VARIANT ids) override;
   STDMETHODIMP RecordsDeleted(long eventObjectType, VARIANT ids) override;
   /// 0 suspends notification record by record, anything else resumes it. A suspension ends at the
-  /// latest with the transaction that is open during it.
+  /// latest when a transaction ends, or fails to begin.
   STDMETHODIMP EventsEnabled(long flag) override;
 
   // IObservableRecordStore
