@@ -67,14 +67,22 @@ void BatchTest::expect_calls(const Operation& operation, const Lines& all) {
   EXPECT_EQ(operation(), S_OK);
   EXPECT_THAT(host.journal.lines(), ElementsAreArray(all));
 
+  /// What still happens after the call that fails.
   enum After { kNothing, kOneMore, kAll, kAllButTheNext };
   const struct {
     After after;
     HRESULT result;
   } failures[] = {
-      {kOneMore, E_POINTER},  {kOneMore, E_POINTER}, {kNothing, E_ABORT},    {kNothing, E_ABORT},
-      {kAllButTheNext, S_OK}, {kAll, S_OK},          {kAllButTheNext, S_OK}, {kAll, S_OK},
-      {kNothing, E_ABORT},    {kNothing, E_ABORT},   {kNothing, E_ABORT},
+      {kOneMore, E_POINTER},                        // record store
+      {kOneMore, E_POINTER},                        // connection
+      {kNothing, E_ABORT},                          // events off
+      {kNothing, E_ABORT},                          // begin
+      {kAllButTheNext, S_OK},                       // first record: its record store,
+      {kAll, S_OK},                                 // and what that does
+      {kAllButTheNext, S_OK},                       // second record
+      {kAll, S_OK},           {kNothing, E_ABORT},  // commit
+      {kNothing, E_ABORT},                          // events on
+      {kNothing, E_ABORT},                          // notification
   };
   ASSERT_EQ(std::size(failures), all.size());
   for (std::size_t index = 0; index < all.size(); ++index) {

@@ -1,6 +1,7 @@
 #include "tests/frame/type_description.h"
 
 #include <initializer_list>
+#include <map>
 #include <utility>
 
 #include "com/bstr.h"
@@ -12,49 +13,31 @@ namespace frame {
 namespace {
 
 std::string type_name(const com::Ptr<ITypeInfo>& info, const TYPEDESC& type) {
-  switch (type.vt) {
-    case VT_I4:
-      return "long";
-    case VT_INT:
-      return "int";
-    case VT_R8:
-      return "double";
-    case VT_BOOL:
-      return "VARIANT_BOO";
-    case VT_BSTR:
-      return "BSTR";
-    case VT_VARIANT:
-      return "VARIANT";
-    case VT_DISPATCH:
-      return "IDispatch*";
-    case VT_UNKNOWN:
-      return "IUnknown*";
-    case VT_HRESULT:
-      return "HRESULT";
-    case VT_PTR:
-      return type_name(info, *type.lptdesc) + "*";
-    case VT_USERDEFINED: {
-      com::Ptr<ITypeInfo> referred;
-      com::check(info->GetRefTypeInfo(type.hreftype, referred.put()));
-      return documentation(referred).name;
-    }
-    default:
-      return "VARTYPE " + std::to_string(type.vt);
+  static const std::map<VARTYPE, std::string> names = {{VT_I4, "long"},
+                                                       {VT_INT, "int"},
+                                                       {VT_R8, "double"},
+                                                       {VT_BOOL, "VARIANT_BOOL"},
+                                                       {VT_BSTR, "BSTR"},
+                                                       {VT_VARIANT, "VARIANT"},
+                                                       {VT_DISPATCH, "IDispatch*"},
+                                                       {VT_UNKNOWN, "IUnknown*"},
+                                                       {VT_HRESULT, "HRESULT"}};
+  if (type.vt == VT_PTR) return type_name(info, *type.lptdesc) + "*";
+  if (type.vt == VT_USERDEFINED) {
+    com::Ptr<ITypeInfo> referred;
+    com::check(info->GetRefTypeInfo(type.hreftype, referred.put()));
+    return documentation(referred).name;
   }
+  const auto known = names.find(type.vt);
+  return known != names.end() ? known->second : "VARTYPE " + std::to_string(type.vt);
 }
 
 std::string invoke_kind(INVOKEKIND kind) {
-  switch (kind) {
-    case INVOKE_FUNC:
-      return "method";
-    case INVOKE_PROPERTYGET:
-      return "get";
-    case INVOKE_PROPERTYPUT:
-      return "put";
-    case INVOKE_PROPERTYPUTREF:
-      return "putref";
-  }
-  return "?";
+  static const std::map<INVOKEKIND, std::string> names = {{INVOKE_FUNC, "method"},
+                                                          {INVOKE_PROPERTYGET, "get"},
+                                                          {INVOKE_PROPERTYPUT, "put"},
+                                                          {INVOKE_PROPERTYPUTREF, "putref"}};
+  return names.at(kind);
 }
 
 using FlagNames = std::initializer_list<std::pair<unsigned, const char*>>;
