@@ -19,6 +19,13 @@ bool is_given(const VARIANT& argument) {
   return argument.vt != VT_EMPTY && !com::is_omitted(argument);
 }
 
+/// The argument itself: a variable of a script arrives by reference.
+com::Variant value_of(const VARIANT& argument) {
+  com::Variant value;
+  com::check(VariantCopyInd(value.put(), com::mutable_address(argument)));
+  return value;
+}
+
 VARIANT_BOOL automation_bool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 /// Rows of `width` values each, which are moved, as an array of variants: field, row.
@@ -61,7 +68,7 @@ STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, Curso
 }
 
 void AdoRecordset::take_source(const VARIANT& source) {
-  const com::Variant value(source);
+  const com::Variant value = value_of(source);
   if (value.type() != VT_DISPATCH) {
     source_ = com::Bstr(com::Bstr::view(value.as(VT_BSTR).get().bstrVal));
     return;
@@ -84,9 +91,7 @@ void AdoRecordset::set_connection(IDispatch* connection) {
 }
 
 void AdoRecordset::set_connection(const VARIANT& connection) {
-  // A variable of a script arrives by reference.
-  com::Variant value;
-  com::check(VariantCopyInd(value.put(), com::mutable_address(connection)));
+  const com::Variant value = value_of(connection);
   if (value.type() != VT_DISPATCH) {
     fail(kInvalidConnection,
          L"The recordset was given no connection object. Pass the Connection of "

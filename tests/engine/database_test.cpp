@@ -17,22 +17,6 @@ using testing::HasSubstr;
 
 // --- Files ---------------------------------------------------------------------------------------
 
-TEST(DatabaseFile, IsMadeAndFoundAgainWithWhatWasWritten) {
-  const TemporaryFile file;
-  {
-    const auto database = Database::open(file.path());
-    EXPECT_EQ(database->schema_version(), 0);
-    database->execute(L"CREATE TABLE t (a)");
-    database->set_schema_version(3);
-    database->execute(L"INSERT INTO t VALUES (?)", L"Träger");
-  }
-  const auto database = Database::open(file.path());
-  EXPECT_EQ(database->schema_version(), 3);
-  const auto rows = database->query(L"SELECT a FROM t");
-  ASSERT_TRUE(rows->step());
-  EXPECT_EQ(rows->text(0), L"Träger");
-}
-
 TEST(DatabaseFile, OfAnotherProgramIsRefusedAndLeftAlone) {
   const TemporaryFile other;
   sqlite3* handle = nullptr;
@@ -71,19 +55,6 @@ TEST(DatabaseFile, CannotRunAnythingByItsSchema) {
 
 using Clients = WithDatabase;
 
-TEST_F(Clients, ReadAndChangeRows) {
-  EXPECT_EQ(write(L"INSERT INTO Forces VALUES (1, 'a', 2.5)"), 1);
-  EXPECT_EQ(write(L"INSERT INTO Forces VALUES (2, 'b', 3.5)"), 1);
-  EXPECT_EQ(write(L"UPDATE Forces SET Magnitude = 4 WHERE ForceID < 3"), 2);
-  EXPECT_EQ(write(L"DELETE FROM Forces WHERE Description = 'a'"), 1);
-  EXPECT_EQ(write(L"SELECT * FROM Forces"), 0);
-  const auto result = database_->execute_text(
-      L"SELECT sum(Magnitude) FROM Forces WHERE Description LIKE 'B%' AND round(Magnitude) = 4",
-      Trust::kRead);
-  ASSERT_TRUE(result.query->step());
-  EXPECT_EQ(result.query->real(0), 4);
-}
-
 TEST_F(Clients, CannotDoAnythingElse) {
   const auto before = file_.read();
   for (const auto* text :
@@ -118,18 +89,6 @@ TEST_F(Clients, CannotDoAnythingElse) {
               HasSubstr(L"would delete from the table orv_history"));
 }
 
-TEST_F(Clients, ThatOnlyReadCannotChange) {
-  for (const auto* text :
-       {L"INSERT INTO Forces VALUES (1, 'a', 1)", L"BEGIN TRANSACTION",
-        L"WITH x AS (SELECT 1) INSERT INTO Forces (Magnitude) SELECT * FROM x"}) {
-    EXPECT_EQ(failure_of([&] { database_->execute_text(text, Trust::kRead); }).result,
-              kPermissionDenied)
-        << text;
-  }
-  EXPECT_FALSE(database_->in_transaction());
-  EXPECT_EQ(count(L"Forces"), 0);
-}
-
 TEST_F(Clients, StayConfinedWhenAStatementIsCompiledAnewWhileItRuns) {
   write(L"INSERT INTO Forces VALUES (1, 'a', 1)");
   const auto allowed = database_->execute_text(L"SELECT * FROM Forces", Trust::kRead).query;
@@ -138,14 +97,6 @@ TEST_F(Clients, StayConfinedWhenAStatementIsCompiledAnewWhileItRuns) {
   database_->execute(L"ALTER TABLE Forces RENAME TO orv_forces");
   database_->execute(L"CREATE VIEW Forces AS SELECT * FROM orv_forces");
   EXPECT_NE(failure_of([&] { allowed->step(); }).result, S_OK);
-}
-
-TEST_F(Clients, LearnWhichRuleTheirValuesBreak) {
-  write(L"INSERT INTO Forces VALUES (1, 'a', 1)");
-  const auto failure = failure_of([&] { write(L"INSERT INTO Forces VALUES (1, 'b', 1)"); });
-  EXPECT_EQ(failure.result, kIntegrityViolation);
-  EXPECT_THAT(failure.sentence, HasSubstr(L"VALUES (1, 'b', 1)"));
-  EXPECT_THAT(failure.sentence, HasSubstr(L"Forces.ForceID"));
 }
 
 // --- Statements that are shared ------------------------------------------------------------------
@@ -243,27 +194,6 @@ TEST_F(Transactions, ThatTheDatabaseHadToUndoAreNotContinuedUnnoticed) {
 // --- The end -------------------------------------------------------------------------------------
 
 using Closing = WithDatabase;
-
-TEST_F(Closing, MakesEveryLaterUseFailWithASentence) {
-  write(L"INSERT INTO Forces (Magnitude) VALUES (1)");
-  const auto held = database_->query(L"SELECT * FROM Forces");
-  ASSERT_TRUE(held->step());
-  database_->close();
-  database_->close();
-  const std::function<void()> uses[] = {[&] { held->step(); },
-                                        [&] { (void)held->integer(0); },
-                                        [&] { (void)held->columns(); },
-                                        [&] { write(L"DELETE FROM Forces"); },
-                                        [&] { database_->begin(); },
-                                        [&] { database_->commit(); },
-                                        [&] { (void)database_->last_insert_id(); }};
-  for (const auto& use : uses) {
-    const auto failure = failure_of(use);
-    EXPECT_EQ(failure.result, kObjectClosed);
-    EXPECT_THAT(failure.sentence, HasSubstr(L"is closed. Open it again"));
-  }
-  EXPECT_TRUE(std::filesystem::remove(file_.path()));
-}
 
 TEST_F(Closing, LeavesStatementsThatOutliveTheDatabaseSafe) {
   auto held = database_->query(L"SELECT * FROM Forces");

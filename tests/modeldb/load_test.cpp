@@ -43,6 +43,7 @@ TEST_F(LoadTest, ConditionChoosesRecordsWhichComeInTheOrderOfTheirKeys) {
   EXPECT_EQ(magnitudes(L"Magnitude > 10"), "30 20 ");
   EXPECT_EQ(magnitudes(L"Description = 'P10' OR VertexID = 1"), "30 10 ");
   EXPECT_EQ(magnitudes(L"VertexID IN (SELECT VertexID FROM Vertices WHERE VertexID > 2)"), "20 ");
+  EXPECT_EQ(magnitudes(L"Description LIKE 'p3%' AND round(Magnitude) = 30"), "30 ");
   EXPECT_EQ(magnitudes(L"Magnitude > 1000"), "");
   EXPECT_EQ(magnitudes(L""), "30 10 20 ");
 }

@@ -16,17 +16,6 @@ class SetsTest : public model_test::ModelTest {
   }
 };
 
-TEST_F(SetsTest, RecordSavesItsSetsAndIsLinkedToThem) {
-  const auto force = make_force(1);
-  const auto first = make_load_set(L"Wind");
-  const auto second = make_load_set(L"Snow");
-  load_sets_of(force)->Add(first.get());
-  load_sets_of(force)->Add(second.get());
-  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
-  EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Wind,Snow");
-  EXPECT_EQ(value(L"SELECT group_concat(LoadSetID) FROM NodalForceLoadSets"), "1,2");
-}
-
 TEST_F(SetsTest, SetNamedByItsIdAloneKeepsItsName) {
   const auto wind = make_load_set(L"Wind");
   ASSERT_EQ(wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);

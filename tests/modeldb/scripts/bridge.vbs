@@ -77,9 +77,20 @@ Expect "A field by its name", rows("D"), "Wind from the north"
 Expect "A field's name", rows(0).Name, "D"
 rows.MoveNext
 Expect "Rows that are left", rows.EOF, True
+Dim field, names, command, all
+For Each field In rows.Fields
+  names = names & field.Name & " "
+Next
+Expect "The fields", names, "D LoadSetID "
 Set rows = CreateObject("ADODB.Recordset")
 rows.Open "LoadSets", db.Connection
 Expect "A table", rows("LoadSetID"), 1
+rows.Close
+Set command = db.Command
+command.CommandText = "SELECT 1 AS A, 2 AS B UNION SELECT 3, 4 ORDER BY A"
+rows.Open command
+all = rows.GetRows
+Expect "Fields by rows", all(0, 0) & all(1, 0) & all(0, 1) & all(1, 1), "1234"
 Expect "Error of a recordset", Err.Description, ""
 
 db.Close

@@ -84,6 +84,11 @@ Expect "Forces after failures", db.Load("NodalForces").Count, 1
 db.Query "DELETE FROM NodalForces"
 Refused 3720, "The text ""DELETE FROM NodalForces"" was refused: only a SELECT is allowed here. " & _
               "Execute changes through the connection of the model database."
+db.Query "BEGIN TRANSACTION" : Refused 3720, "only a SELECT is allowed here"
+db.Query "WITH x AS (SELECT 1) INSERT INTO LoadSets (LoadSetID) SELECT * FROM x"
+Refused 3720, "insert into the table LoadSets"
+db.Connection.Execute "INSERT INTO NodalForces (NodalForceID) VALUES (1)"
+Refused 3719, "its values break a rule of the table"
 db.Query "SELECT Nope FROM NodalForces"
 Refused -2147217900, "The statement ""SELECT Nope FROM NodalForces"" cannot be run: " & _
                      "no such column: Nope. Correct it."
