@@ -73,16 +73,17 @@ void BatchTest::expect_calls(const Operation& operation, const Lines& all) {
     After after;
     HRESULT result;
   } failures[] = {
-      {kOneMore, E_POINTER},                        // record store
-      {kOneMore, E_POINTER},                        // connection
-      {kNothing, E_ABORT},                          // events off
-      {kNothing, E_ABORT},                          // begin
-      {kAllButTheNext, S_OK},                       // first record: its record store,
-      {kAll, S_OK},                                 // and what that does
-      {kAllButTheNext, S_OK},                       // second record
-      {kAll, S_OK},           {kNothing, E_ABORT},  // commit
-      {kNothing, E_ABORT},                          // events on
-      {kNothing, E_ABORT},                          // notification
+      {kOneMore, E_POINTER},   // the record store
+      {kOneMore, E_POINTER},   // the connection
+      {kNothing, E_ABORT},     // events off
+      {kNothing, E_ABORT},     // begin
+      {kAllButTheNext, S_OK},  // the first record, which asks for the record store
+      {kAll, S_OK},            // and is saved
+      {kAllButTheNext, S_OK},  // the second record
+      {kAll, S_OK},            // likewise
+      {kNothing, E_ABORT},     // commit
+      {kNothing, E_ABORT},     // events on
+      {kNothing, E_ABORT},     // the notification
   };
   ASSERT_EQ(std::size(failures), all.size());
   for (std::size_t index = 0; index < all.size(); ++index) {
