@@ -9,7 +9,6 @@
 
 namespace {
 
-using model_test::bstr;
 using model_test::create;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -79,16 +78,6 @@ class NotificationTest : public model_test::ModelTest {
   com::Ptr<IObservableRecordStore> observable() { return store().query<IObservableRecordStore>(); }
   HRESULT advise(IDispatch* object) { return observable()->Advise(object); }
 
-  /// A collection of forces at vertices that the model has.
-  com::Ptr<INodalForces> make_forces(int size) {
-    auto forces = create<NodalForces, INodalForces>();
-    for (int index = 0; index < size; ++index) forces->Add(make_force(index).get());
-    return forces;
-  }
-  HRESULT save_all(const com::Ptr<INodalForces>& forces) {
-    return forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
-  }
-
   Listener listener;
   Listener other;
   Listener without_methods;
@@ -97,11 +86,10 @@ class NotificationTest : public model_test::ModelTest {
 TEST_F(NotificationTest, CollectionIsReportedOnceWithItsIdsInOrder) {
   const auto known = make_force(1);
   ASSERT_EQ(save(known), S_OK);
-  const auto forces = make_forces(1);
-  forces->Add(known.get());
-  forces->Add(make_force(3).get());
+  const auto forces = create<NodalForces, INodalForces>();
+  for (const auto& force : {make_force(2), known, make_force(3)}) forces->Add(force.get());
   listener.calls.clear();
-  ASSERT_EQ(save_all(forces), S_OK);
+  ASSERT_EQ(forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
   EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 19 [2 1 3]"));
   listener.calls.clear();
   ASSERT_EQ(forces->Delete(database.get()), S_OK);
