@@ -5,8 +5,7 @@
 
 #include "tests/kinds/expected.h"
 
-// What the type library must say: the contract with every script and program that was ever written
-// against it. Stated here apart from the interface definitions, so that a slip in those shows.
+// What the type library must say, as catalogue.txt states it.
 
 namespace catalogue {
 

@@ -17,6 +17,7 @@ class OfferedClass final : public IClassFactory {
   using Maker = std::function<IDispatch*()>;
 
   OfferedClass(Journal& journal, REFCLSID clsid, std::string name, Maker make);
+  OfferedClass(const OfferedClass&) = delete;
   ~OfferedClass() { CoRevokeClassObject(registration_); }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
