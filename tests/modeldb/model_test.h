@@ -57,8 +57,9 @@ class ModelTest : public ::testing::Test {
   com::Ptr<IRecordStore> store();
   /// A force at a vertex of its own.
   com::Ptr<INodalForce> make_force(double magnitude);
-  HRESULT save(const com::Ptr<INodalForce>& force) {
-    return force->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  template <class Object>
+  HRESULT save(const com::Ptr<Object>& object) {
+    return object->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
   }
   static com::Ptr<ICoordinateVertex> vertex_of(const com::Ptr<INodalForce>& force);
   static com::Ptr<ILoadSets> load_sets_of(const com::Ptr<INodalForce>& force);

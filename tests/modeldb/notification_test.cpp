@@ -89,7 +89,7 @@ TEST_F(NotificationTest, CollectionIsReportedOnceWithItsIdsInOrder) {
   const auto forces = create<NodalForces, INodalForces>();
   for (const auto& force : {make_force(2), known, make_force(3)}) forces->Add(force.get());
   listener.calls.clear();
-  ASSERT_EQ(forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  ASSERT_EQ(save(forces), S_OK);
   EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 19 [2 1 3]"));
   listener.calls.clear();
   ASSERT_EQ(forces->Delete(database.get()), S_OK);
@@ -99,7 +99,7 @@ TEST_F(NotificationTest, CollectionIsReportedOnceWithItsIdsInOrder) {
   const auto sets = create<LoadSets, ILoadSets>();
   sets->Add(make_load_set(L"Wind").get());
   sets->Add(make_load_set(L"Snow").get());
-  ASSERT_EQ(sets->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  ASSERT_EQ(save(sets), S_OK);
   EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 2 [1 2]"));
 }
 

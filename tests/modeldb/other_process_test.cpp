@@ -87,7 +87,7 @@ TEST_F(OtherProcessTest, ForceIsSavedAndLoaded) {
 TEST_F(OtherProcessTest, VertexOfThisOneIsSaved) {
   const auto vertex = model_test::create<Vertex, ICoordinateVertex>();
   vertex->put_X(4.5);
-  EXPECT_EQ(vertex->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  EXPECT_EQ(save(vertex), S_OK);
   EXPECT_EQ(id_of(vertex), 1);
 
   database->Close();

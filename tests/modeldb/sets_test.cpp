@@ -8,17 +8,11 @@ using model_test::bstr;
 using model_test::create;
 using ::testing::HasSubstr;
 
-class SetsTest : public model_test::ModelTest {
- protected:
-  template <class Sets>
-  HRESULT save_sets(const com::Ptr<Sets>& sets) {
-    return sets->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
-  }
-};
+class SetsTest : public model_test::ModelTest {};
 
 TEST_F(SetsTest, SetNamedByItsIdAloneKeepsItsName) {
   const auto wind = make_load_set(L"Wind");
-  ASSERT_EQ(wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  ASSERT_EQ(save(wind), S_OK);
   const auto force = make_force(1);
   const auto set = create<LoadSet, ILoadSet>();
   set->put_ID(1);
@@ -29,9 +23,9 @@ TEST_F(SetsTest, SetNamedByItsIdAloneKeepsItsName) {
 
 TEST_F(SetsTest, RenamedSetIsWritten) {
   const auto wind = make_load_set(L"Wind");
-  wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  save(wind);
   wind->put_Description(bstr(L"Gale").get());
-  wind->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  save(wind);
   EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Gale");
 }
 
@@ -40,7 +34,7 @@ TEST_F(SetsTest, CollectionSavesAllOfItAndDeletesAllOfIt) {
   for (int index = 0; index < 3; ++index) {
     sets->Add(create<ConstraintSet, IConstraintSet>().get());
   }
-  ASSERT_EQ(save_sets(sets), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(save(sets), S_OK) << model_test::last_sentence();
   EXPECT_EQ(value(L"SELECT group_concat(ConstraintSetID) FROM ConstraintSets"), "1,2,3");
   ASSERT_EQ(sets->Delete(database.get()), S_OK);
   long size = -1;
@@ -52,7 +46,7 @@ TEST_F(SetsTest, CollectionSavesAllOfItAndDeletesAllOfIt) {
 TEST_F(SetsTest, CollectionReportsASetThatCannotBeDeletedAndDeletesTheOthers) {
   const auto sets = create<DesignScenarios, IDesignScenarios>();
   const auto stored = create<DesignScenario, IDesignScenario>();
-  stored->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  save(stored);
   sets->Add(create<DesignScenario, IDesignScenario>().get());
   sets->Add(stored.get());
   EXPECT_SENTENCE(sets->Delete(database.get()), HasSubstr("The new DesignScenario is not in"));

@@ -12,9 +12,6 @@ using ::testing::HasSubstr;
 
 class VertexTest : public model_test::ModelTest {
  protected:
-  HRESULT save_vertex(const com::Ptr<ICoordinateVertex>& vertex) {
-    return vertex->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
-  }
   /// A vertex at (1, 2, 3) in the model.
   void put_into_model(long id) {
     const auto vertex = create<Vertex, ICoordinateVertex>();
@@ -23,7 +20,7 @@ class VertexTest : public model_test::ModelTest {
     vertex->put_X(1);
     vertex->put_Y(2);
     vertex->put_Z(3);
-    ASSERT_EQ(save_vertex(vertex), S_OK) << model_test::last_sentence();
+    ASSERT_EQ(save(vertex), S_OK) << model_test::last_sentence();
   }
   /// A force, not saved, on the vertex of that number.
   com::Ptr<INodalForce> force_at(long id) {
@@ -41,7 +38,7 @@ class VertexTest : public model_test::ModelTest {
 TEST_F(VertexTest, NewVertexGetsAKey) {
   const auto vertex = create<Vertex, ICoordinateVertex>();
   vertex->put_Y(0.1);
-  ASSERT_EQ(save_vertex(vertex), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(save(vertex), S_OK) << model_test::last_sentence();
   EXPECT_EQ(id_of(vertex), 1);
   EXPECT_EQ(vertices(), "1: 0.0 0.1 0.0 ");
 }
@@ -97,7 +94,7 @@ TEST_F(VertexTest, UnknownIdMakesTheVertexUnderIt) {
 TEST_F(VertexTest, CoordinateThatIsNoNumberIsRefused) {
   const auto vertex = create<Vertex, ICoordinateVertex>();
   vertex->put_Z(std::numeric_limits<double>::quiet_NaN());
-  EXPECT_SENTENCE(save_vertex(vertex), HasSubstr("its Z is \"nan\""));
+  EXPECT_SENTENCE(save(vertex), HasSubstr("its Z is \"nan\""));
   EXPECT_EQ(count(L"Vertices"), "0");
 }
 
@@ -128,7 +125,7 @@ TEST_F(VertexTest, TextsFollowTheProtocolOfRecords) {
   EXPECT_EQ(text(4), "'it's', 0.5, 0, 0");
   EXPECT_EQ(text(5), "'', 0, 0, 0");
   EXPECT_EQ(text(6), "Description = 'it's', X = 0.5, Y = 0, Z = 0");
-  save_vertex(vertex);
+  save(vertex);
   EXPECT_EQ(text(7), text(6));
   EXPECT_EQ(text(8), "");
 }
