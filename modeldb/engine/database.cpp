@@ -110,6 +110,8 @@ void Database::close() {
   // Closing rolls back what is not committed.
   sqlite3_close(std::exchange(handle_, nullptr));
   in_transaction_ = false;
+  end_client_transaction(TransactionEvent::kRolledBack);
+  observer_ = nullptr;
 }
 
 int Database::schema_version() { return static_cast<int>(setting(L"user_version")); }
@@ -169,19 +171,50 @@ StatementLease Database::prepare_bound(Trust author) {
 }
 
 void Database::begin() {
-  ++ended_transactions_;  // taken back when it begins
-  if (in_transaction_) {
-    fail(kInvalidTransaction, L"A transaction is open in the model database " + quoted(path_) +
-                                  L" already. Commit it or roll it back before you begin another.");
+  try {
+    if (in_transaction_) {
+      fail(kInvalidTransaction, L"A transaction is open in the model database " + quoted(path_) +
+                                    L" already. Commit it or roll it back before you begin "
+                                    L"another.");
+    }
+    start_transaction();
+  } catch (...) {
+    if (observer_) observer_->on_transaction(TransactionEvent::kRefused);
+    throw;
   }
-  // Immediate: another program's lock is met here, not in the middle of the work.
-  execute(L"BEGIN IMMEDIATE");
-  --ended_transactions_;
-  in_transaction_ = true;
+  is_client_transaction_ = true;
 }
 
 void Database::commit() {
   require_transaction();
+  try {
+    finish_transaction();
+  } catch (...) {
+    end_client_transaction(TransactionEvent::kRolledBack);
+    throw;
+  }
+  end_client_transaction(TransactionEvent::kCommitted);
+}
+
+void Database::rollback() {
+  require_transaction();
+  roll_back();
+  end_client_transaction(TransactionEvent::kRolledBack);
+}
+
+void Database::end_client_transaction(TransactionEvent event) noexcept {
+  const bool was_open = std::exchange(is_client_transaction_, false);
+  if (was_open && observer_) observer_->on_transaction(event);
+}
+
+void Database::start_transaction() {
+  was_changed_ = is_changed();
+  // Immediate: another program's lock is met here, not in the middle of the work.
+  execute(L"BEGIN IMMEDIATE");
+  in_transaction_ = true;
+}
+
+void Database::finish_transaction() {
   try {
     require_transaction_alive();
     execute(L"COMMIT");
@@ -190,20 +223,14 @@ void Database::commit() {
     throw;
   }
   in_transaction_ = false;
-  ++ended_transactions_;
-}
-
-void Database::rollback() {
-  require_transaction();
-  roll_back();
 }
 
 void Database::roll_back() noexcept {
   in_transaction_ = false;
-  ++ended_transactions_;
   authorizer_.begin(Trust::kHost);
   // Fails only when SQLite has rolled back already.
   sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
+  if (!was_changed_) total_unchanged_ = sqlite3_total_changes64(handle_);
 }
 
 std::int64_t Database::last_insert_id() const {

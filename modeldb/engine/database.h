@@ -8,6 +8,7 @@
 #include "modeldb/engine/authorizer.h"
 #include "modeldb/engine/statement.h"
 #include "modeldb/engine/statement_cache.h"
+#include "modeldb/engine/transaction_observer.h"
 
 struct sqlite3;
 
@@ -72,7 +73,7 @@ class Database : public std::enable_shared_from_this<Database> {
   /// BEGIN, COMMIT and ROLLBACK TRANSACTION act as begin(), commit() and rollback().
   TextResult execute_text(std::wstring_view text, Trust trust);
 
-  // Transactions. Only one is open at a time; Savepoint nests inside it.
+  // Transactions of clients. Only one is open at a time; Savepoint nests inside it.
 
   /// kInvalidTransaction: a transaction is open already.
   void begin();
@@ -80,17 +81,22 @@ class Database : public std::enable_shared_from_this<Database> {
   void commit();
   /// kInvalidTransaction: none is open.
   void rollback();
+  /// Whether a transaction is open, a client's or a savepoint's own.
   [[nodiscard]] bool in_transaction() const { return in_transaction_; }
-  /// How many transactions ended until now, with those that failed to begin.
-  [[nodiscard]] long ended_transactions() const { return ended_transactions_; }
+  /// From here until close(), `observer` learns what becomes of these transactions.
+  void observe(TransactionObserver& observer) { observer_ = &observer; }
 
   /// Key of the row that was inserted last.
   [[nodiscard]] std::int64_t last_insert_id() const;
-  /// Rows changed since the database was opened, by whatever statement.
+  /// Rows changed since the database was opened, by whatever statement, undone ones included.
   [[nodiscard]] std::int64_t total_changes() const;
+  /// Whether rows changed since mark_unchanged(), those apart whose change was undone.
+  [[nodiscard]] bool is_changed() const { return total_changes() != total_unchanged_; }
+  void mark_unchanged() { total_unchanged_ = total_changes(); }
 
  private:
   friend class Statement;
+  friend class Savepoint;
 
   explicit Database(std::wstring_view path);
 
@@ -112,7 +118,12 @@ class Database : public std::enable_shared_from_this<Database> {
   [[nodiscard]] bool has_lost_transaction() const;
   /// Nothing may be written in the belief that it is part of a transaction that is lost.
   void require_transaction_alive() const;
+  void start_transaction();
+  /// Rolls back when it fails.
+  void finish_transaction();
   void roll_back() noexcept;
+  /// Ends the client's transaction, if one is open, for good or ill.
+  void end_client_transaction(TransactionEvent event) noexcept;
 
   /// Raises what SQLite answered, with a sentence. `sql` is the statement's text.
   [[noreturn]] void fail_with(int result, std::wstring_view sql) const;
@@ -125,7 +136,10 @@ class Database : public std::enable_shared_from_this<Database> {
   StatementCache cache_;
   BoundText bound_;  // the client text that was read last; kept for its capacity
   bool in_transaction_ = false;
-  long ended_transactions_ = 0;
+  bool is_client_transaction_ = false;
+  bool was_changed_ = false;  // before the open transaction
+  TransactionObserver* observer_ = nullptr;
+  std::int64_t total_unchanged_ = 0;
 };
 
 }  // namespace modeldb

@@ -3,9 +3,11 @@
 namespace modeldb {
 
 Savepoint::Savepoint(Database& database)
-    : database_(database), owns_transaction_(!database.in_transaction()) {
+    : database_(database),
+      owns_transaction_(!database.in_transaction()),
+      was_changed_(database.is_changed()) {
   if (owns_transaction_) {
-    database_.begin();
+    database_.start_transaction();
   } else {
     database_.execute(L"SAVEPOINT work");
   }
@@ -22,7 +24,8 @@ Savepoint::~Savepoint() {
 
 void Savepoint::release() {
   if (owns_transaction_) {
-    database_.commit();
+    database_.require_transaction();
+    database_.finish_transaction();
   } else {
     database_.execute(L"RELEASE work");
   }
@@ -31,10 +34,11 @@ void Savepoint::release() {
 
 void Savepoint::undo() {
   if (owns_transaction_) {
-    database_.rollback();
+    database_.roll_back();
   } else {
     database_.execute(L"ROLLBACK TO work");
     database_.execute(L"RELEASE work");
+    if (!was_changed_) database_.mark_unchanged();
   }
 }
 

@@ -13,6 +13,9 @@ class Savepoint {
   Savepoint& operator=(const Savepoint&) = delete;
   ~Savepoint();
 
+  /// Whether the work is a transaction of its own.
+  [[nodiscard]] bool owns_transaction() const { return owns_transaction_; }
+
   /// Keeps the work: it becomes part of the open transaction, or is committed.
   void release();
 
@@ -21,6 +24,7 @@ class Savepoint {
 
   Database& database_;
   bool owns_transaction_;
+  bool was_changed_;
   bool released_ = false;
 };
 

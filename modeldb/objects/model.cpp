@@ -21,6 +21,7 @@ Model::Model(std::wstring_view location)
     : catalogue_(Catalogue::instance()), database_(open_database(location)) {
   try {
     make_tables(*database_, catalogue_);
+    database_->mark_unchanged();
   } catch (...) {
     database_->close();
     throw;

@@ -23,15 +23,11 @@ class Model {
   [[nodiscard]] const Catalogue& catalogue() const { return catalogue_; }
   [[nodiscard]] const std::shared_ptr<Database>& database() const { return database_; }
 
-  [[nodiscard]] bool is_modified() const { return modified_; }
-  void set_modified(bool modified) { modified_ = modified; }
-
  private:
   // First: the catalogue asks records, which create the model's objects.
   Activation activation_;
   const Catalogue& catalogue_;
   std::shared_ptr<Database> database_;
-  bool modified_ = false;
 };
 
 }  // namespace modeldb

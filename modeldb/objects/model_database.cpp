@@ -29,7 +29,10 @@ STDMETHODIMP ModelDatabase::get_Connection(IDispatch** pVal) {
 }
 
 STDMETHODIMP ModelDatabase::SetModified(long newVal) {
-  return com::boundary([&] { model()->set_modified(newVal != 0); });
+  return com::boundary([&] {
+    const auto& database = model()->database();
+    if (newVal == 0) database->mark_unchanged();
+  });
 }
 
 STDMETHODIMP ModelDatabase::get_RecordStore(IRecordStore** pVal) {
@@ -55,6 +58,7 @@ void ModelDatabase::open(std::wstring_view location) {
   // Nothing below can fail.
   model_ = std::move(model);
   store_ = std::move(store);
+  model_->database()->observe(*store_);
   connection_ = std::move(connection);
   command_ = std::move(command);
 }
@@ -85,8 +89,8 @@ STDMETHODIMP ModelDatabase::get_Location(BSTR* pVal) {
 }
 
 STDMETHODIMP ModelDatabase::get_Modified(VARIANT_BOOL* pVal) {
-  *pVal = model_ && model_->is_modified() ? VARIANT_TRUE : VARIANT_FALSE;
-  return S_OK;
+  return com::boundary(
+      [&] { *pVal = model_ && model_->database()->is_changed() ? VARIANT_TRUE : VARIANT_FALSE; });
 }
 
 STDMETHODIMP ModelDatabase::Load(BSTR bstrCollection, VARIANT vWhere, IDispatch** pVal) {

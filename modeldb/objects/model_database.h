@@ -27,6 +27,8 @@ class ModelDatabase : public ModelDatabaseBase {
 
   STDMETHODIMP get_Command(IDispatch** pVal) override;
   STDMETHODIMP get_Connection(IDispatch** pVal) override;
+  /// 0 counts the model as unmodified from here on. Anything else does nothing: the database knows
+  /// by itself which rows changed.
   STDMETHODIMP SetModified(long newVal) override;
   STDMETHODIMP get_RecordStore(IRecordStore** pVal) override;
 

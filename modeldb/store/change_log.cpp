@@ -6,32 +6,36 @@ namespace modeldb {
 namespace {
 
 void undo(const ChangeLog::Touched& touched) {
-  if (touched.record.id() == 0) touched.record.set_id(0);
-  touched.record.set_dirty(touched.dirty);
+  const Record& record = touched.record;
+  // A key that the client has put in place of the new one meanwhile is the client's.
+  if (record.id() == 0 && record.current_id() == touched.key) record.set_id(0);
+  record.set_dirty(touched.dirty);
 }
 
 }  // namespace
 
+void ChangeLog::undo_touches(std::size_t first) noexcept {
+  while (touched.size() > first) {
+    try {
+      undo(touched.back());
+    } catch (...) {
+      // The failure that led here is the one to report.
+    }
+    touched.pop_back();
+  }
+}
+
 Change::~Change() {
-  if (!kept_) undo_touches();
-  if (--log_.depth == 0) log_.touched.clear();
+  if (!kept_) {
+    log_.events.resize(events_before_, Event{});
+    log_.undo_touches(touched_before_);
+  }
+  if (--log_.depth == 0 && savepoint_.owns_transaction()) log_.touched.clear();
 }
 
 void Change::keep() {
   savepoint_.release();
   kept_ = true;
-}
-
-void Change::undo_touches() noexcept {
-  log_.events.resize(events_before_, Event{});
-  while (log_.touched.size() > touched_before_) {
-    try {
-      undo(log_.touched.back());
-    } catch (const com::Error&) {
-      // The failure that led here is the one to report.
-    }
-    log_.touched.pop_back();
-  }
 }
 
 }  // namespace modeldb

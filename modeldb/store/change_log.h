@@ -15,21 +15,28 @@ struct Event {
   long id;
 };
 
-/// What the changes that are under way have done so far beside writing rows.
+/// What was done beside writing rows and may have to be undone: by the changes that are under way,
+/// or by all since a client's transaction began.
 struct ChangeLog {
-  /// A record that was given a key or marked clean, and how it was before.
+  /// A record that was written under `key` and marked clean, and how it was before.
   struct Touched {
     Record record;
+    long key;
     long dirty;
   };
 
   int depth = 0;
   std::vector<Touched> touched;
   std::vector<Event> events;
+
+  /// Gives back to the records from `first` on what they had before, the last first, and forgets
+  /// them.
+  void undo_touches(std::size_t first = 0) noexcept;
 };
 
 /// One save or deletion, whole or not at all; one that begins inside another is part of that one.
 /// What is not kept at the end of the scope is undone: rows, new keys, dirty flags, notifications.
+/// What is kept stays in the log while a client's transaction is open, which may undo it yet.
 class Change {
  public:
   Change(ChangeLog& log, Database& database)
@@ -47,8 +54,6 @@ class Change {
   void keep();
 
  private:
-  void undo_touches() noexcept;
-
   ChangeLog& log_;
   std::size_t touched_before_;
   std::size_t events_before_;

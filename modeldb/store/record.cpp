@@ -38,7 +38,13 @@ com::Ptr<IPersistentObject> query(IDispatch* object, const Kind& kind) {
 
 Record::Record(const Table& table, com::Ptr<IPersistentObject> object)
     : table_(&table), object_(std::move(object)) {
-  check(object_->get_ID(&id_), L"telling its ID");
+  id_ = current_id();
+}
+
+long Record::current_id() const {
+  long id = 0;
+  check(object_->get_ID(&id), L"telling its ID");
+  return id;
 }
 
 void Record::check(HRESULT result, std::wstring_view doing) const {

@@ -28,6 +28,7 @@ class Record {
 
   /// The ID that it had when it was handed over.
   [[nodiscard]] long id() const { return id_; }
+  [[nodiscard]] long current_id() const;
   void set_id(long id) const;
   [[nodiscard]] long dirty() const;
   void set_dirty(long dirty) const;

@@ -66,18 +66,17 @@ STDMETHODIMP RecordStore::SaveRecord(IDispatch* record, VARIANT vCascadeDown, VA
 void RecordStore::save(Model& model, const Record& record, bool cascade_down, bool cascade_up) {
   // The record calls the model database back; neither may go meanwhile.
   const com::Ptr<IModelDatabase> database(owner_);
-  begin_change(model, true);
+  begin_change(true);
   Change change(log_, *model.database());
   const long dirty_before = record.dirty();
   record.file_operation(database.get(), FileOp::kBeforeSave, cascade_down, cascade_up);
   const long id = write_row(*model.database(), record);
-  log_.touched.push_back({record, dirty_before});
+  log_.touched.push_back({record, id, dirty_before});
   if (record.id() == 0) record.set_id(id);
   record.file_operation(database.get(), FileOp::kAfterSave, cascade_down, cascade_up);
   record.set_dirty(0);
   queue(Event::Type::kSaved, record, id);
   change.keep();
-  model.set_modified(true);
 }
 
 long RecordStore::write_row(Database& database, const Record& record) {
@@ -105,7 +104,7 @@ void RecordStore::remove(Model& model, const Record& record) {
   const com::Ptr<IModelDatabase> database(owner_);
   require_text(record, Piece::kTable, record.kind().table);
   require_text(record, Piece::kKeyColumn, record.kind().key);
-  begin_change(model, true);
+  begin_change(true);
   Change change(log_, *model.database());
   record.file_operation(database.get(), FileOp::kDelete, true, true);
   if (!record.table().remove(*model.database(), record.id())) {
@@ -113,13 +112,11 @@ void RecordStore::remove(Model& model, const Record& record) {
   }
   queue(Event::Type::kDeleted, record, record.id());
   change.keep();
-  model.set_modified(true);
 }
 
-void RecordStore::begin_change(Model& model, bool record_by_record) {
+void RecordStore::begin_change(bool record_by_record) {
   if (is_changing()) return;
-  const bool suspended = events_.is_suspended(model.database()->ended_transactions());
-  record_by_record_ = record_by_record && !suspended && !listeners_.empty();
+  record_by_record_ = record_by_record && !suspended_ && !listeners_.empty();
 }
 
 void RecordStore::queue(Event::Type type, const Record& record, long id) {
@@ -153,9 +150,15 @@ STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
 
 STDMETHODIMP RecordStore::EventsEnabled(long flag) {
   return com::boundary([&] {
-    const auto database = model()->database();
-    flag == 0 ? events_.suspend(database->ended_transactions()) : events_.resume();
+    (void)model();
+    suspended_ = flag == 0;
   });
+}
+
+void RecordStore::on_transaction(TransactionEvent event) noexcept {
+  suspended_ = false;
+  if (event == TransactionEvent::kCommitted) log_.touched.clear();
+  if (event == TransactionEvent::kRolledBack) log_.undo_touches();
 }
 
 STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {

@@ -9,7 +9,6 @@
 #include "modeldb/objects/model.h"
 #include "modeldb/objects/reserved.h"
 #include "modeldb/store/change_log.h"
-#include "modeldb/store/event_switch.h"
 #include "modeldb/store/listeners.h"
 #include "modeldb/store/row_values.h"
 
@@ -20,7 +19,7 @@ using RecordStoreBase = ReservedStoreMembers<
 
 /// Writes and deletes the rows of records, each whole or not at all, in the client's transaction or
 /// else in one of its own, and tells those who listen once it is done.
-class RecordStore : public RecordStoreBase {
+class RecordStore : public RecordStoreBase, public TransactionObserver {
  public:
   /// The store of an open model; `owner` is its model database, which calls disconnect() before it
   /// goes.
@@ -53,6 +52,13 @@ class RecordStore : public RecordStoreBase {
   /// latest when a transaction ends, or fails to begin.
   STDMETHODIMP EventsEnabled(long flag) override;
 
+  // TransactionObserver
+
+  /// A collection suspends notification for its transaction and resumes it after; when it fails in
+  /// between it leaves it suspended. So a suspension ends here too. What a transaction that is
+  /// rolled back gave to records, keys above all, is taken back with their rows.
+  void on_transaction(TransactionEvent event) noexcept override;
+
   // IObservableRecordStore
 
   STDMETHODIMP Advise(IDispatch* pListener) override;
@@ -64,7 +70,7 @@ class RecordStore : public RecordStoreBase {
   void remove(Model& model, const Record& record);
 
   /// Decides, before an outermost change begins, whether it is notified of record by record.
-  void begin_change(Model& model, bool record_by_record);
+  void begin_change(bool record_by_record);
   /// Notes a notification that is due once the outermost change is kept.
   void queue(Event::Type type, const Record& record, long id);
   void send_queued();
@@ -74,7 +80,7 @@ class RecordStore : public RecordStoreBase {
   RecordFinder finder_;
   RowValues values_;
   ChangeLog log_;
-  EventSwitch events_;
+  bool suspended_ = false;  // notification record by record, until a transaction ends
   bool record_by_record_ = false;
   Listeners listeners_;
 };
@@ -83,7 +89,7 @@ template <class Work>
 void RecordStore::change_together(Work&& work) {
   const auto open_model = model();
   if (is_changing()) return work();
-  begin_change(*open_model, false);
+  begin_change(false);
   Change change(log_, *open_model->database());
   work();
   change.keep();

@@ -119,13 +119,21 @@ TEST_F(NotificationTest, SuspensionHoldsUntilResumed) {
 }
 
 TEST_F(NotificationTest, SuspensionEndsWithTheBatchThatBrokeOff) {
-  // What a collection leaves when it fails between the two.
+  // The collection suspends notification, then cannot begin a transaction inside another.
+  execute(L"BEGIN TRANSACTION");
+  EXPECT_TRUE(FAILED(save_all(make_forces(2))));
+  execute(L"ROLLBACK TRANSACTION");
+  save(make_force(1));
+  EXPECT_THAT(listener.calls, ElementsAre("RecordSaved 1 1", "RecordSaved 19 1"));
+
+  // As if it had broken off later.
   store()->EventsEnabled(kSuspend);
   execute(L"BEGIN TRANSACTION");
-  save(make_force(1));
-  execute(L"ROLLBACK TRANSACTION");
   save(make_force(2));
-  EXPECT_THAT(listener.calls, ElementsAre("RecordSaved 1 1", "RecordSaved 19 1"));
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(listener.calls.size(), 2u);
+  save(make_force(3));
+  EXPECT_EQ(listener.calls.size(), 4u);
 }
 
 TEST_F(NotificationTest, ListenerThatFailsOrLacksAMethodHarmsNobody) {

@@ -1,0 +1,137 @@
+// The client's own transactions: what a rollback takes back from records and from the model.
+
+#include <limits>
+
+#include "tests/modeldb/model_test.h"
+
+namespace {
+
+using model_test::bstr;
+using model_test::create;
+using ::testing::HasSubstr;
+
+class TransactionTest : public model_test::ModelTest {
+ protected:
+  long dirty(const com::Ptr<INodalForce>& force) {
+    long dirty = -1;
+    force->get_IsDirty(&dirty);
+    return dirty;
+  }
+  bool is_modified() {
+    VARIANT_BOOL modified = VARIANT_FALSE;
+    EXPECT_EQ(database->get_Modified(&modified), S_OK);
+    return modified != VARIANT_FALSE;
+  }
+  com::Ptr<INodalForces> make_forces(int size) {
+    auto forces = create<NodalForces, INodalForces>();
+    for (int index = 0; index < size; ++index) forces->Add(make_force(index).get());
+    return forces;
+  }
+  HRESULT save_all(const com::Ptr<INodalForces>& forces) {
+    return forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  }
+};
+
+TEST_F(TransactionTest, RollbackTakesBackTheKeysOfNewObjects) {
+  const auto wind = make_load_set(L"Wind");
+  const auto force = make_force(111);
+  load_sets_of(force)->Add(wind.get());
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(force), S_OK);
+  ASSERT_EQ(save(force), S_OK);
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(id_of(force), 0);
+  EXPECT_EQ(dirty(force), 1);
+  EXPECT_EQ(id_of(vertex_of(force)), 0);
+  EXPECT_EQ(id_of(wind), 0);
+
+  // The keys of the rollback go to others; the first force must not overwrite them.
+  const auto other = make_force(222);
+  load_sets_of(other)->Add(make_load_set(L"Snow").get());
+  ASSERT_EQ(save(other), S_OK);
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_NE(id_of(force), id_of(other));
+  EXPECT_EQ(count(L"NodalForces"), "2");
+  EXPECT_EQ(value(L"SELECT LoadSets.Description FROM LoadSets JOIN NodalForceLoadSets USING "
+                  L"(LoadSetID) JOIN NodalForces USING (NodalForceID) WHERE Magnitude = 111"),
+            "Wind");
+}
+
+TEST_F(TransactionTest, RollbackLeavesWhatItDidNotGive) {
+  const auto known = make_force(1);
+  const auto renumbered = make_force(2);
+  ASSERT_EQ(save(known), S_OK);
+  const long id = id_of(known);
+  execute(L"BEGIN TRANSACTION");
+  known->put_Magnitude(7);
+  ASSERT_EQ(save(known), S_OK);
+  ASSERT_EQ(save(renumbered), S_OK);
+  renumbered->put_ID(77);
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(id_of(known), id);
+  EXPECT_EQ(dirty(known), 1);
+  EXPECT_EQ(id_of(renumbered), 77);
+
+  ASSERT_EQ(save(known), S_OK);
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "7");
+}
+
+TEST_F(TransactionTest, CommitKeepsWhatALaterRollbackCannotTakeBack) {
+  const auto force = make_force(1);
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(force), S_OK);
+  execute(L"COMMIT TRANSACTION");
+  execute(L"BEGIN TRANSACTION");
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_NE(id_of(force), 0);
+  EXPECT_EQ(dirty(force), 0);
+}
+
+TEST_F(TransactionTest, ClosingRollsBack) {
+  const auto force = make_force(1);
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(force), S_OK);
+  reopen();
+  EXPECT_EQ(id_of(force), 0);
+  EXPECT_EQ(count(L"NodalForces"), "0");
+}
+
+TEST_F(TransactionTest, BatchThatCannotBeCommittedTakesItsKeysBack) {
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  const auto reader = create<ModelDatabase, IModelDatabaseFile>();
+  ASSERT_EQ(reader->Open(bstr(file.path()).get()), S_OK);
+  com::Ptr<IDispatch> unread;
+  ASSERT_EQ(reader->Query(bstr(L"SELECT * FROM NodalForces").get(), unread.put()), S_OK);
+
+  const auto forces = make_forces(2);
+  EXPECT_SENTENCE(save_all(forces), HasSubstr("in use"));
+  com::Ptr<INodalForce> first;
+  ASSERT_EQ(forces->Item(0, first.put()), S_OK);
+  EXPECT_EQ(id_of(first), 0);
+  EXPECT_EQ(dirty(first), 1);
+
+  unread.reset();
+  reader->Close();
+  ASSERT_EQ(save(make_force(2)), S_OK);
+  ASSERT_EQ(save_all(forces), S_OK);
+  EXPECT_EQ(count(L"NodalForces"), "4");
+}
+
+TEST_F(TransactionTest, ModelIsModifiedByWhatIsKept) {
+  EXPECT_FALSE(is_modified());
+  const auto refused = make_force(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_TRUE(FAILED(save(refused)));
+  EXPECT_FALSE(is_modified()) << "a record that was refused after its vertex was saved";
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  EXPECT_TRUE(FAILED(save(refused)));
+  EXPECT_TRUE(is_modified());
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_FALSE(is_modified());
+  execute(L"INSERT INTO LoadSets (Description) VALUES ('by a statement')");
+  EXPECT_TRUE(is_modified());
+  ASSERT_EQ(database.query<IModelDatabase>()->SetModified(0), S_OK);
+  EXPECT_FALSE(is_modified());
+}
+
+}  // namespace
