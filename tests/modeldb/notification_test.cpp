@@ -120,8 +120,10 @@ TEST_F(NotificationTest, SuspensionHoldsUntilResumed) {
 
 TEST_F(NotificationTest, SuspensionEndsWithTheBatchThatBrokeOff) {
   // The collection suspends notification, then cannot begin a transaction inside another.
+  const auto forces = create<NodalForces, INodalForces>();
+  forces->Add(make_force(0).get());
   execute(L"BEGIN TRANSACTION");
-  EXPECT_TRUE(FAILED(save_all(make_forces(2))));
+  EXPECT_TRUE(FAILED(save(forces)));
   execute(L"ROLLBACK TRANSACTION");
   save(make_force(1));
   EXPECT_THAT(listener.calls, ElementsAre("RecordSaved 1 1", "RecordSaved 19 1"));

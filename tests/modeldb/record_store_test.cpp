@@ -99,7 +99,7 @@ TEST_F(RecordStoreTest, DescriptionIsBoundAsItStands) {
 
 TEST_F(RecordStoreTest, TextBeyondTheDescriptionMustBeNumbers) {
   for (const wchar_t* const values :
-       {L"'other', 12, 1, 250, 0, 0, -1, 0", L"'d', 12, 1, 250, 0, 0, -1, 0, 0",
+       {L"'e', 12, 1, 250, 0, 0, -1, 0", L"'d', 12, 1, 250, 0, 0, -1, 0, 0",
         L"'d', 12, 1, 250, 0, 0, -1", L"'d', 12, 1, 250, 0, 0, -1, (SELECT 1)",
         L"'d', 12, 1, 250, 0, 0, -1, 0 -- ", L"'d', 12, 1, 250, 0, 0, -1/*x*/, 0",
         L"'d', 12, 1, 250, 0, 0, -1, 0; DELETE FROM NodalForces",
