@@ -248,6 +248,11 @@ void check_transaction(std::wstring_view text) {
 
 }  // namespace
 
+bool is_query(std::wstring_view text) {
+  const Keyword first = Tokeniser(text).next().keyword;
+  return first == Keyword::kSelect || first == Keyword::kWith;
+}
+
 TextKind read_client_text(std::wstring_view text, BoundText& out) {
   const TextKind kind = Reader(text, out).read();
   if (kind != TextKind::kSelect && !changes_rows(kind)) check_transaction(text);

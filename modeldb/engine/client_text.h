@@ -9,6 +9,9 @@ namespace modeldb {
 /// What a client's text asks for, by its first word.
 enum class TextKind { kSelect, kInsert, kUpdate, kDelete, kBegin, kCommit, kRollback };
 
+/// Whether the text begins as a query does.
+bool is_query(std::wstring_view text);
+
 /// Checks what must hold for every text that a client has written, whatever tables it names: it is
 /// one of the kinds above, well-formed, one statement alone, without parameters; one that changes
 /// something has no comment and no RETURNING. Anything else is refused with a sentence

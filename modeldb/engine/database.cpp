@@ -1,43 +1,31 @@
 #include "modeldb/engine/database.h"
 
 #include <sqlite3.h>
-#include <windows.h>
 
 #include <new>
 #include <utility>
 
 #include "modeldb/engine/client_text.h"
 #include "modeldb/engine/failure.h"
+#include "modeldb/engine/model_file.h"
 #include "modeldb/engine/utf8.h"
 
 namespace modeldb {
 namespace {
 
-/// Marks an SQLite file as a model database: "ORVD".
-constexpr std::int64_t kApplicationId = 0x4F525644;
 /// How long a statement waits for another program that has the file locked.
 constexpr int kBusyTimeoutMilliseconds = 5000;
 /// Enough for the pages that a large transaction changes, so that it need not spill them.
 constexpr std::int64_t kCacheKibibytes = 65536;
 
-std::wstring full_path(std::wstring_view path) {
-  if (path.empty()) {
-    fail(kCannotOpenFile, L"No model database is named. Give the path of a file.");
-  }
-  const std::wstring terminated(path);
-  std::wstring result(GetFullPathNameW(terminated.c_str(), 0, nullptr, nullptr), L'\0');
-  result.resize(GetFullPathNameW(terminated.c_str(), static_cast<DWORD>(result.size()),
-                                 result.data(), nullptr));
-  return result;
-}
-
 }  // namespace
 
-std::shared_ptr<Database> Database::open(std::wstring_view path) {
+std::shared_ptr<Database> Database::open(std::wstring_view path, int newest_version) {
   const std::shared_ptr<Database> database(new Database(path));
+  require_model_header(database->path(), newest_version);
   database->open_file();
   database->protect();
-  database->check_identity();
+  database->check_identity(newest_version);
   database->choose_journal();
   return database;
 }
@@ -63,11 +51,14 @@ void Database::protect() {
       {SQLITE_DBCONFIG_ENABLE_FKEY, 0}};
   for (const auto& [option, value] : kSwitches) sqlite3_db_config(handle_, option, value, nullptr);
 
-  constexpr std::pair<int, int> kLimits[] = {
-      {SQLITE_LIMIT_LENGTH, 100'000'000}, {SQLITE_LIMIT_SQL_LENGTH, 1'000'000},
-      {SQLITE_LIMIT_EXPR_DEPTH, 200},     {SQLITE_LIMIT_COMPOUND_SELECT, 50},
-      {SQLITE_LIMIT_VDBE_OP, 250'000},    {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 1000},
-      {SQLITE_LIMIT_ATTACHED, 0},         {SQLITE_LIMIT_WORKER_THREADS, 0}};
+  constexpr std::pair<int, int> kLimits[] = {{SQLITE_LIMIT_LENGTH, kMaximumLength},
+                                             {SQLITE_LIMIT_SQL_LENGTH, 1'000'000},
+                                             {SQLITE_LIMIT_EXPR_DEPTH, 200},
+                                             {SQLITE_LIMIT_COMPOUND_SELECT, 50},
+                                             {SQLITE_LIMIT_VDBE_OP, 250'000},
+                                             {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 1000},
+                                             {SQLITE_LIMIT_ATTACHED, 0},
+                                             {SQLITE_LIMIT_WORKER_THREADS, 0}};
   for (const auto& [limit, value] : kLimits) sqlite3_limit(handle_, limit, value);
 
   sqlite3_drop_modules(handle_, nullptr);
@@ -75,20 +66,18 @@ void Database::protect() {
   authorizer_.install(handle_);
 }
 
-void Database::check_identity() {
-  const auto id = setting(L"application_id");
-  if (id == kApplicationId) return;
-  if (id != 0 || !is_empty()) {
-    fail(kCannotOpenFile, L"The file " + quoted(path_) +
-                              L" is a database of another program, no model database. Choose "
-                              L"another file, or a new one.");
-  }
-  set_setting(L"application_id", kApplicationId);
+/// The header may be older than what SQLite finds, such as the journal of a process that died.
+void Database::check_identity(int newest_version) {
+  const FileIdentity identity{.application_id = setting(L"application_id"),
+                              .schema_version = schema_version(),
+                              .has_tables = has_tables()};
+  require_model(identity, path_, newest_version);
+  if (identity.is_blank()) set_setting(L"application_id", kApplicationId);
 }
 
-bool Database::is_empty() {
+bool Database::has_tables() {
   const auto tables = query(L"SELECT count(*) FROM sqlite_schema");
-  return tables->step() && tables->integer(0) == 0 && schema_version() == 0;
+  return tables->step() && tables->integer(0) != 0;
 }
 
 /// A rollback journal, synchronised with the disk: a process or machine that dies leaves the last
@@ -140,13 +129,12 @@ std::int64_t Database::run(Statement& statement) {
 
 TextResult Database::execute_text(std::wstring_view text, Trust trust) {
   require_open();
-  const TextKind kind = read_client_text(text, bound_);
-  if (kind != TextKind::kSelect && trust != Trust::kWrite) {
+  if (trust != Trust::kWrite && !is_query(text)) {
     fail(kPermissionDenied, L"The text " + quoted(text) +
                                 L" was refused: only a SELECT is allowed here. Execute changes "
                                 L"through the connection of the model database.");
   }
-  switch (kind) {
+  switch (read_client_text(text, bound_)) {
     case TextKind::kBegin:
       begin();
       return {};
@@ -263,11 +251,10 @@ bool Database::has_lost_transaction() const {
 
 void Database::require_transaction_alive() const {
   if (!has_lost_transaction()) return;
-  fail(
-      kInvalidTransaction,
-      L"The transaction in the model database " + quoted(path_) +
-          L" was undone after an earlier failure, and nothing of it is saved. Roll it back, remove "
-          L"the cause, and try the whole of it again.");
+  fail(kInvalidTransaction,
+       L"The transaction in the model database " + quoted(path_) +
+           L" was undone after an earlier failure, and nothing of it is saved. Roll it back if you "
+           L"have not ended it yet; then remove the cause, and try the whole of it again.");
 }
 
 std::wstring Database::text_of(sqlite3_stmt* statement) {
@@ -296,14 +283,15 @@ void Database::fail_with(int result, std::wstring_view sql) const {
                                     reason + L". Change the values.");
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      fail(kLocked, file + L" is in use by another program. Close it there, or try again later.");
+      fail(kLocked, file +
+                        L" is in use, by another program or by this one. End the "
+                        L"transaction or close the recordset there, or try again later.");
     case SQLITE_CANTOPEN:
       fail(kCannotOpenFile, file +
                                 L" cannot be opened. Check that the folder exists and that you "
                                 L"may write there.");
     case SQLITE_NOTADB:
-      fail(kCannotOpenFile, L"The file " + quoted(path_) +
-                                L" is no model database. Choose another file, or a new one.");
+      fail_as_no_model(path_);
     case SQLITE_CORRUPT:
       fail(kCannotReadFile, file + L" is damaged (" + reason +
                                 L"). Take a copy of the file that "

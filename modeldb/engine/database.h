@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,9 +30,10 @@ class Database : public std::enable_shared_from_this<Database> {
  public:
   /// Opens the model database at `path`, or makes an empty one where there is no file or an empty
   /// one. The schema of a new one is the caller's to make (schema_version() is 0).
-  /// kCannotOpenFile: no path, not accessible, not an SQLite database, or not a model database;
-  /// the file is left as it was.
-  static std::shared_ptr<Database> open(std::wstring_view path);
+  /// kCannotOpenFile: no path, not accessible, not an SQLite database, not a model database, or one
+  /// whose schema is newer than `newest_version`; the file is left as it was.
+  static std::shared_ptr<Database> open(std::wstring_view path,
+                                        int newest_version = std::numeric_limits<int>::max());
   ~Database();
 
   /// Rolls back what is not committed and closes the file, whoever still holds statements.
@@ -102,8 +104,8 @@ class Database : public std::enable_shared_from_this<Database> {
 
   void open_file();
   void protect();
-  void check_identity();
-  [[nodiscard]] bool is_empty();
+  void check_identity(int newest_version);
+  [[nodiscard]] bool has_tables();
   void choose_journal();
 
   StatementLease prepare_as(Trust author, std::wstring_view sql);
@@ -134,7 +136,9 @@ class Database : public std::enable_shared_from_this<Database> {
   sqlite3* handle_ = nullptr;
   Authorizer authorizer_;
   StatementCache cache_;
-  BoundText bound_;  // the client text that was read last; kept for its capacity
+  // Kept for their capacity:
+  BoundText bound_;   // the client text that was read last
+  std::string utf8_;  // the text that was bound last
   bool in_transaction_ = false;
   bool is_client_transaction_ = false;
   bool was_changed_ = false;  // before the open transaction

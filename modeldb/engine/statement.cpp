@@ -2,18 +2,24 @@
 
 #include <sqlite3.h>
 
+#include <string>
 #include <utility>
 
 #include "modeldb/engine/database.h"
 #include "modeldb/engine/failure.h"
+#include "modeldb/engine/utf8.h"
 
 namespace modeldb {
 namespace {
 
-bool is_blank(const void* rest, const wchar_t* end) {
-  const auto* const begin = static_cast<const wchar_t*>(rest);
-  return std::wstring_view(begin, end - begin).find_first_not_of(L" \t\r\n;") ==
-         std::wstring_view::npos;
+bool is_blank(std::string_view text) {
+  return text.find_first_not_of(" \t\r\n;") == std::string_view::npos;
+}
+
+[[noreturn]] void fail_on_length(std::wstring_view text) {
+  fail(kInvalidArgument, L"The text " + quoted(text) + L" of " + std::to_wstring(text.size()) +
+                             L" characters is too long: a model database has room for " +
+                             std::to_wstring(kMaximumLength) + L" bytes. Shorten it.");
 }
 
 }  // namespace
@@ -22,12 +28,15 @@ Statement::Statement(Database& database, std::wstring_view sql, Trust trust)
     : database_(database), trust_(trust) {
   database.require_open();
   database.authorizer_.begin(trust);
-  const void* rest = nullptr;
-  const int result = sqlite3_prepare16_v3(database.handle_, sql.data(),
-                                          static_cast<int>(sql.size() * sizeof(wchar_t)),
-                                          SQLITE_PREPARE_PERSISTENT, &statement_, &rest);
-  if (result != SQLITE_OK) database.fail_with(result, sql);
-  if (!statement_ || !is_blank(rest, sql.data() + sql.size())) {
+  const std::string text = to_utf8(sql);
+  const char* rest = nullptr;
+  const int result =
+      sqlite3_prepare_v3(database.handle_, text.data(), static_cast<int>(text.size()),
+                         SQLITE_PREPARE_PERSISTENT, &statement_, &rest);
+  // SQLite itself reports a refused function as an unknown one.
+  const bool refused = result == SQLITE_ERROR && !database.authorizer_.refused().empty();
+  if (result != SQLITE_OK) database.fail_with(refused ? SQLITE_AUTH : result, sql);
+  if (!statement_ || !is_blank({rest, text.data() + text.size()})) {
     sqlite3_finalize(statement_);
     fail(kErrorsInCommand, L"The text " + quoted(sql) + L" is not one statement. Write one.");
   }
@@ -56,9 +65,16 @@ void Statement::bind(int parameter, double value) {
 }
 
 void Statement::bind(int parameter, std::wstring_view value) {
-  check_bind(sqlite3_bind_text16(live(), parameter, value.data() ? value.data() : L"",
-                                 static_cast<int>(value.size() * sizeof(wchar_t)),
-                                 SQLITE_TRANSIENT));
+  sqlite3_stmt* const statement = live();
+  // Every character takes at least a byte.
+  if (value.size() > kMaximumLength) fail_on_length(value);
+  constexpr std::size_t kLong = 65536;
+  std::string not_kept;
+  const auto text = to_utf8(value, value.size() < kLong ? database_.utf8_ : not_kept);
+  const int result = sqlite3_bind_text64(statement, parameter, text.data(), text.size(),
+                                         SQLITE_TRANSIENT, SQLITE_UTF8);
+  if (result == SQLITE_TOOBIG) fail_on_length(value);
+  check_bind(result);
 }
 
 void Statement::bind(int parameter, std::nullptr_t) {

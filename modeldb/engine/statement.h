@@ -16,6 +16,9 @@ namespace modeldb {
 
 class Database;
 
+/// Bytes of the longest text that is stored, in UTF-8.
+inline constexpr int kMaximumLength = 100'000'000;
+
 /// Who wrote a statement's text, and so what it may do.
 enum class Trust {
   kHost,   ///< the model database itself: anything
@@ -37,7 +40,7 @@ class Statement {
   void bind(int parameter, int value) { bind(parameter, std::int64_t{value}); }
   void bind(int parameter, long value) { bind(parameter, std::int64_t{value}); }
   void bind(int parameter, double value);
-  /// Takes a copy of the text.
+  /// Takes a copy of the text. kInvalidArgument: it is too long, or not wholly made of characters.
   void bind(int parameter, std::wstring_view value);
   void bind(int parameter, const wchar_t* value) { bind(parameter, std::wstring_view(value)); }
   void bind(int parameter, std::nullptr_t);

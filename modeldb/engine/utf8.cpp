@@ -2,15 +2,37 @@
 
 #include <windows.h>
 
+#include "modeldb/engine/failure.h"
+
 namespace modeldb {
+namespace {
+
+[[noreturn]] void refuse(std::wstring_view text) {
+  fail(kInvalidArgument, L"The text " + quoted(text) +
+                             L" cannot be used: a part of it is no character (half of a "
+                             L"surrogate pair, U+FFFE or U+FFFF). Remove that part.");
+}
+
+}  // namespace
+
+std::string_view to_utf8(std::wstring_view text, std::string& buffer) {
+  if (text.empty()) return {buffer.data(), 0};
+  if (text.find_first_of(L"\xFFFE\xFFFF") != std::wstring_view::npos) refuse(text);
+  constexpr std::size_t kMostBytesPerUnit = 3;
+  if (buffer.size() < text.size() * kMostBytesPerUnit) {
+    buffer.resize(text.size() * kMostBytesPerUnit);
+  }
+  const int size =
+      WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, text.data(), static_cast<int>(text.size()),
+                          buffer.data(), static_cast<int>(buffer.size()), nullptr, nullptr);
+  if (size == 0) refuse(text);
+  return {buffer.data(), static_cast<std::size_t>(size)};
+}
 
 std::string to_utf8(std::wstring_view text) {
-  const int size = static_cast<int>(text.size());
-  std::string result(
-      WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), size, result.data(), static_cast<int>(result.size()),
-                      nullptr, nullptr);
-  return result;
+  std::string buffer;
+  buffer.resize(to_utf8(text, buffer).size());
+  return buffer;
 }
 
 std::wstring from_utf8(std::string_view text) {

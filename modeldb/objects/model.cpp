@@ -1,5 +1,6 @@
 #include "modeldb/objects/model.h"
 
+#include "modeldb/engine/ascii.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/schema/tables.h"
 
@@ -7,12 +8,12 @@ namespace modeldb {
 namespace {
 
 std::shared_ptr<Database> open_database(std::wstring_view location) {
-  if (location.starts_with(L"odbc:")) {
+  if (has_prefix(location, L"odbc:")) {
     fail(kFeatureNotAvailable,
          L"Models behind ODBC cannot be opened by this version. Pass the path "
          L"of a model database file.");
   }
-  return Database::open(location);
+  return Database::open(location, kSchemaVersion);
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
 #include "modeldb/schema/tables.h"
 
-#include "modeldb/engine/failure.h"
 #include "modeldb/engine/savepoint.h"
 
 namespace modeldb {
 namespace {
-
-constexpr int kSchemaVersion = 1;
 
 const wchar_t* sql_type(ColumnType type) {
   switch (type) {
@@ -43,21 +40,9 @@ std::wstring link_index_of(const Kind& kind, const Kind& sets) {
          kind.link_table() + L" (" + kind.key + L", " + sets.key + L")";
 }
 
-void require_known_version(int version) {
-  if (version <= kSchemaVersion) return;
-  fail(kCannotOpenFile,
-       L"The model was made by a newer version of the model database (its schema "
-       L"is version " +
-           std::to_wstring(version) + L", this one knows version " +
-           std::to_wstring(kSchemaVersion) +
-           L"). Install that version, orv_modeldb.dll, to open it.");
-}
-
 }  // namespace
 
 void make_tables(Database& database, const Catalogue& catalogue) {
-  const int version = database.schema_version();
-  require_known_version(version);
   Savepoint whole(database);
   for (const Table& table : catalogue.tables()) {
     const Kind& kind = table.kind();
@@ -67,7 +52,7 @@ void make_tables(Database& database, const Catalogue& catalogue) {
       database.execute(link_index_of(kind, sets->kind()));
     }
   }
-  if (version != kSchemaVersion) database.set_schema_version(kSchemaVersion);
+  if (database.schema_version() != kSchemaVersion) database.set_schema_version(kSchemaVersion);
   whole.release();
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <functional>
 
 #include "modeldb/engine/failure.h"
@@ -17,19 +18,41 @@ using testing::HasSubstr;
 
 // --- Files ---------------------------------------------------------------------------------------
 
-TEST(DatabaseFile, OfAnotherProgramIsRefusedAndLeftAlone) {
-  const TemporaryFile other;
-  sqlite3* handle = nullptr;
-  const std::string path = std::filesystem::path(other.path()).string();
-  ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
-  sqlite3_exec(handle, "CREATE TABLE bookmarks (url)", nullptr, nullptr, nullptr);
-  sqlite3_close(handle);
-  const auto before = other.read();
+TEST(DatabaseFile, OfAnotherProgramIsRefusedAndLeftAloneWithItsLog) {
+  for (const auto* journal : {"DELETE", "WAL"}) {
+    const TemporaryFile other;
+    const TemporaryFile copy;
+    sqlite3* handle = nullptr;
+    const std::string path = std::filesystem::path(other.path()).string();
+    ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
+    const std::string sql = std::string("PRAGMA journal_mode = ") + journal +
+                            "; CREATE TABLE bookmarks (url); INSERT INTO bookmarks VALUES (1)";
+    ASSERT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    // A copy, since the program would keep its log from being tidied up.
+    std::string before[2];
+    for (int i = 0; const std::wstring suffix : {L"", L"-wal"}) {
+      before[i++] = other.read(suffix);
+      if (!std::filesystem::exists(other.path() + suffix)) continue;
+      std::filesystem::copy_file(other.path() + suffix, copy.path() + suffix);
+    }
+    sqlite3_close(handle);
 
-  const auto failure = failure_of([&] { Database::open(other.path()); });
-  EXPECT_EQ(failure.result, kCannotOpenFile);
-  EXPECT_THAT(failure.sentence, HasSubstr(L"another program"));
-  EXPECT_EQ(other.read(), before);
+    const auto failure = failure_of([&] { Database::open(copy.path()); });
+    EXPECT_EQ(failure.result, kCannotOpenFile);
+    EXPECT_THAT(failure.sentence, HasSubstr(L"another program"));
+    EXPECT_EQ(copy.read(), before[0]) << journal;
+    EXPECT_EQ(copy.read(L"-wal"), before[1]) << journal;
+  }
+}
+
+TEST(DatabaseFile, IsNoneByAPathThatNamesNoFile) {
+  using namespace std::literals;
+  for (const auto path : {L""sv, L" "sv, L"\t "sv, L"\0"sv, L"\0x.orvdb"sv, L"x.orvdb\0y"sv,
+                          L"NUL"sv, L"\\\\.\\NUL"sv, L"\\\\.\\C:"sv}) {
+    const auto failure = failure_of([&] { Database::open(path); });
+    EXPECT_EQ(failure.result, kCannotOpenFile) << std::wstring(path);
+    EXPECT_THAT(failure.sentence, HasSubstr(L"Give the path of a file.")) << std::wstring(path);
+  }
 }
 
 TEST(DatabaseFile, CannotRunAnythingByItsSchema) {
@@ -87,6 +110,9 @@ TEST_F(Clients, CannotDoAnythingElse) {
   EXPECT_EQ(file_.read(), before);
   EXPECT_THAT(failure_of([&] { write(L"DELETE FROM orv_history"); }).sentence,
               HasSubstr(L"would delete from the table orv_history"));
+  const auto call = failure_of([&] { write(L"SELECT randomblob(1)"); });
+  EXPECT_EQ(call.result, kPermissionDenied);
+  EXPECT_THAT(call.sentence, HasSubstr(L"would call the function randomblob"));
 }
 
 TEST_F(Clients, StayConfinedWhenAStatementIsCompiledAnewWhileItRuns) {
@@ -97,6 +123,35 @@ TEST_F(Clients, StayConfinedWhenAStatementIsCompiledAnewWhileItRuns) {
   database_->execute(L"ALTER TABLE Forces RENAME TO orv_forces");
   database_->execute(L"CREATE VIEW Forces AS SELECT * FROM orv_forces");
   EXPECT_NE(failure_of([&] { allowed->step(); }).result, S_OK);
+}
+
+// --- Texts that are stored -----------------------------------------------------------------------
+
+using Texts = WithDatabase;
+
+TEST_F(Texts, AreKeptAsTheyAreOrRefused) {
+  using namespace std::literals;
+  const auto store = [&](std::wstring_view text) {
+    database_->execute(L"UPDATE Forces SET Description = ?", text);
+  };
+  write(L"INSERT INTO Forces VALUES (1, 'a', 1)");
+  for (const auto text :
+       {L"\xFEFFxyz"sv, L"a\xFEFF"sv, L"\xD83D\xDE00"sv, L"a\0b"sv, L""sv, L"\xE000"sv}) {
+    store(text);
+    const auto rows = database_->query(L"SELECT Description FROM Forces");
+    ASSERT_TRUE(rows->step());
+    EXPECT_EQ(rows->text(0), text);
+  }
+  const std::wstring too_long(kMaximumLength + 1, L'x');
+  const std::wstring too_many_bytes(kMaximumLength / 2 + 1, L'\xE4');
+  for (const std::wstring_view text :
+       {L"\xFFFExyz"sv, L"a\xFFFE"sv, L"a\xD83D"sv, L"\xDE00xyz"sv, std::wstring_view(too_long),
+        std::wstring_view(too_many_bytes)}) {
+    const auto failure = failure_of([&] { store(text); });
+    EXPECT_EQ(failure.result, kInvalidArgument);
+    EXPECT_THAT(failure.sentence, HasSubstr(L"The text " + quoted(text)));
+  }
+  EXPECT_EQ(failure_of([&] { write(L"SELECT '\xD83D' UNION SELECT 1"); }).result, kInvalidArgument);
 }
 
 // --- Statements that are shared ------------------------------------------------------------------

@@ -20,14 +20,16 @@ class TemporaryFile {
 
   [[nodiscard]] std::wstring path() const { return path_.wstring(); }
   void write(std::string_view content) const { std::ofstream(path_, std::ios::binary) << content; }
-  [[nodiscard]] std::string read() const {
-    std::ifstream stream(path_, std::ios::binary);
+  /// What stands in the file, or in the one beside it with the suffix; empty when there is none.
+  [[nodiscard]] std::string read(const std::wstring& suffix = {}) const {
+    std::ifstream stream(std::filesystem::path(path() + suffix), std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
   }
   void remove() const {
     std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-    std::filesystem::remove(path_.wstring() + L"-journal", ignored);
+    for (const auto* suffix : {L"", L"-journal", L"-wal", L"-shm"}) {
+      std::filesystem::remove(path_.wstring() + suffix, ignored);
+    }
   }
 
  private:

@@ -23,9 +23,12 @@ TEST_F(OpenTest, ColumnsKeepWholeNumbersAndFractionsApart) {
 TEST_F(OpenTest, ModelOfANewerVersionIsRefused) {
   database->Close();
   std::string content = file.read();
-  content[63] = 99;  // the last byte of an SQLite file's schema version
+  content[63] = 99;               // the last byte of an SQLite file's schema version
+  content[18] = content[19] = 2;  // an application may keep a write-ahead log
   file.write(content);
-  EXPECT_SENTENCE(open(file.path()), HasSubstr("newer version"));
+  EXPECT_SENTENCE(open(file.path()), HasSubstr("newer version"),
+                  HasSubstr(model_test::narrow(file.path())));
+  EXPECT_EQ(file.read(), content);
 }
 
 TEST_F(OpenTest, RecordStoreOfAClosedModelSaysSo) {

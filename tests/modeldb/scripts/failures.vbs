@@ -51,7 +51,7 @@ Expect "The text", files.OpenTextFile(path).ReadAll, TEXT
 db.Open "" : Refused 3002, "No model database is named."
 db.Open "." : Refused 3002, "cannot be opened."
 db.Open "no\such\folder\a.orvdb" : Refused 3002, "no\such\folder\a.orvdb"
-db.Open "odbc:DSN=model" : Refused 3251, "ODBC"
+db.Open "ODBC:DSN=model" : Refused 3251, "ODBC"
 
 db.Open "failures.orvdb"
 path = db.Location
@@ -89,6 +89,7 @@ db.Query "WITH x AS (SELECT 1) INSERT INTO LoadSets (LoadSetID) SELECT * FROM x"
 Refused 3720, "insert into the table LoadSets"
 db.Connection.Execute "INSERT INTO NodalForces (NodalForceID) VALUES (1)"
 Refused 3719, "its values break a rule of the table"
+db.Query "PRAGMA user_version" : Refused 3720, "only a SELECT is allowed here"
 db.Query "SELECT Nope FROM NodalForces"
 Refused -2147217900, "The statement ""SELECT Nope FROM NodalForces"" cannot be run: " & _
                      "no such column: Nope. Correct it."
@@ -113,8 +114,8 @@ db.Connection.Execute "BEGIN TRANSACTION"
 Refused 3714, "A transaction is open in the model database """ & path & """ already. Commit it " & _
               "or roll it back before you begin another."
 other.Connection.Execute "BEGIN TRANSACTION"
-Refused 3729, "The model database """ & path & """ is in use by another program. Close it " & _
-              "there, or try again later."
+Refused 3729, "The model database """ & path & """ is in use, by another program or " & _
+              "by this one. End the transaction or close the recordset there, or try again later."
 db.Close
 other.Connection.Execute "BEGIN TRANSACTION"
 Expect "The lock", Err.Number, 0

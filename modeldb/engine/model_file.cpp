@@ -1,0 +1,117 @@
+#include "modeldb/engine/model_file.h"
+
+#include <windows.h>
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+#include "modeldb/engine/failure.h"
+
+namespace modeldb {
+namespace {
+
+/// The beginning of an SQLite file as sqlite.org/fileformat2.html describes it: the header of 100
+/// bytes and, behind it, the first page of the table of tables. Numbers are big-endian.
+class Header {
+ public:
+  /// Nothing when there is no such file, or nothing in it, or no way to read it.
+  static std::optional<Header> read(const std::wstring& path) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return std::nullopt;
+    Header header;
+    DWORD size = 0;
+    const BOOL done = ReadFile(file, header.bytes_.data(), kSize, &size, nullptr);
+    CloseHandle(file);
+    if (!done || size == 0) return std::nullopt;
+    return header;
+  }
+
+  [[nodiscard]] bool is_sqlite() const {
+    constexpr std::string_view kMagic("SQLite format 3\0", 16);
+    return std::string_view(bytes_.data(), kMagic.size()) == kMagic;
+  }
+
+  [[nodiscard]] FileIdentity identity() const {
+    constexpr int kSchemaVersion = 60;
+    constexpr int kApplicationIdentifier = 68;
+    return {.application_id = number(kApplicationIdentifier, 4),
+            .schema_version = static_cast<std::int32_t>(number(kSchemaVersion, 4)),
+            .has_tables = has_log() || number(kCellCount, 2) != 0};
+  }
+
+ private:
+  static constexpr int kReadVersion = 19;
+  static constexpr int kCellCount = 103;
+  static constexpr DWORD kSize = 105;
+
+  /// Newer pages lie in a write-ahead log, tables among them. A model database is made without.
+  [[nodiscard]] bool has_log() const { return number(kReadVersion, 1) == 2; }
+
+  [[nodiscard]] std::int64_t number(int offset, int size) const {
+    std::int64_t value = 0;
+    for (int i = offset; i < offset + size; ++i) {
+      value = value << 8 | static_cast<unsigned char>(bytes_[i]);
+    }
+    return value;
+  }
+
+  std::array<char, kSize> bytes_{};  // of a shorter file, the rest stays 0
+};
+
+[[noreturn]] void refuse_path(std::wstring_view path, std::wstring_view reason) {
+  fail(kCannotOpenFile,
+       L"The path " + quoted(path) + L" " + std::wstring(reason) + L". Give the path of a file.");
+}
+
+}  // namespace
+
+std::wstring full_path(std::wstring_view path) {
+  if (path.find_first_not_of(L" \t\r\n") == std::wstring_view::npos) {
+    fail(kCannotOpenFile, L"No model database is named. Give the path of a file.");
+  }
+  const auto zero = path.find(L'\0');
+  if (zero != std::wstring_view::npos) {
+    refuse_path(path.substr(0, zero), L"goes on behind a character of code 0");
+  }
+  const std::wstring terminated(path);
+  std::wstring result(GetFullPathNameW(terminated.c_str(), 0, nullptr, nullptr), L'\0');
+  result.resize(GetFullPathNameW(terminated.c_str(), static_cast<DWORD>(result.size()),
+                                 result.data(), nullptr));
+  if (result.empty()) refuse_path(path, L"cannot be that of a file");
+  if (result.starts_with(L"\\\\.\\")) refuse_path(path, L"is that of a device");
+  return result;
+}
+
+void require_model(const FileIdentity& identity, const std::wstring& path, int newest_version) {
+  if (identity.is_blank()) return;
+  if (identity.application_id != kApplicationId) {
+    fail(kCannotOpenFile, L"The file " + quoted(path) +
+                              L" is a database of another program, no model database. Choose "
+                              L"another file, or a new one.");
+  }
+  if (identity.schema_version > newest_version) {
+    fail(kCannotOpenFile, L"The model " + quoted(path) +
+                              L" was made by a newer version of the model database (its schema is "
+                              L"version " +
+                              std::to_wstring(identity.schema_version) +
+                              L", this one knows version " + std::to_wstring(newest_version) +
+                              L"). Install that version, orv_modeldb.dll, to open it.");
+  }
+}
+
+void require_model_header(const std::wstring& path, int newest_version) {
+  const auto header = Header::read(path);
+  if (!header) return;
+  if (!header->is_sqlite()) fail_as_no_model(path);
+  require_model(header->identity(), path, newest_version);
+}
+
+void fail_as_no_model(const std::wstring& path) {
+  fail(kCannotOpenFile,
+       L"The file " + quoted(path) + L" is no model database. Choose another file, or a new one.");
+}
+
+}  // namespace modeldb
