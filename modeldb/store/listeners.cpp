@@ -45,14 +45,17 @@ bool Listeners::remove(IDispatch* listener) {
                        [&](const auto& candidate) { return same_object(candidate, listener); }) > 0;
 }
 
-void Listeners::notify(const wchar_t* method, long object_type, const com::Variant& subject) const {
+void Listeners::notify(const wchar_t* method, long object_type, const com::Variant& subject) {
+  if (depth_ == kMaximumDepth) return;
   const com::Bstr name(method);
   // Arguments stand in reverse order.
   VARIANT arguments[] = {subject.get(), com::Variant(object_type).get()};
   DISPPARAMS parameters{arguments, nullptr, std::size(arguments), 0};
   // A listener may come or go, or close the model, while it is called.
   const auto listeners = listeners_;
+  ++depth_;
   for (const auto& listener : listeners) call(listener, name, parameters);
+  --depth_;
 }
 
 }  // namespace modeldb

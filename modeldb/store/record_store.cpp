@@ -42,7 +42,7 @@ RecordStore::RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner)
 void RecordStore::disconnect() {
   model_.reset();
   owner_ = nullptr;
-  listeners_ = {};
+  listeners_.clear();
 }
 
 std::shared_ptr<Model> RecordStore::model() const {
@@ -165,6 +165,11 @@ STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {
   return com::boundary([&] {
     (void)model();
     if (!pListener) fail(E_POINTER, L"Advise was given no object to notify.");
+    if (com::Ptr<IDispatch>(pListener).query<IRecordStore>()) {
+      fail(kInvalidArgument,
+           L"Advise was given a record store, which would notify itself without end. Pass an "
+           L"object of your own with methods such as RecordSaved.");
+    }
     listeners_.add(pListener);
   });
 }

@@ -169,6 +169,27 @@ TEST_F(NotificationTest, ListenerMaySaveAndClose) {
   EXPECT_EQ(count(L"NodalForces"), "2");
 }
 
+TEST_F(NotificationTest, ListenerThatAlwaysSavesIsNotNotifiedWithoutEnd) {
+  listener.on_call = [&] {
+    EXPECT_EQ(make_load_set(L"Wind")->Save(database.get(), com::Variant::omitted(),
+                                           com::Variant::omitted()),
+              S_OK);
+  };
+  EXPECT_EQ(make_load_set(L"Snow")->Save(database.get(), com::Variant::omitted(),
+                                         com::Variant::omitted()),
+            S_OK);
+  EXPECT_EQ(listener.calls.size(), 16u);
+  EXPECT_EQ(count(L"LoadSets"), "17");
+  // Once it has come back, it is notified as before.
+  listener.on_call = nullptr;
+  make_load_set(L"Ice")->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  EXPECT_EQ(listener.calls.size(), 17u);
+}
+
+TEST_F(NotificationTest, RecordStoreIsNoListener) {
+  EXPECT_SENTENCE(advise(store().get()), HasSubstr("record store"));
+}
+
 TEST_F(NotificationTest, ClosingEndsListening) {
   reopen();
   save(make_force(1));
