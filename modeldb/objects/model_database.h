@@ -25,7 +25,9 @@ class ModelDatabase : public ModelDatabaseBase {
  public:
   // IModelDatabase
 
+  /// The model's one command, with which records write their links.
   STDMETHODIMP get_Command(IDispatch** pVal) override;
+  /// The model's one connection: runs statements, begins and ends transactions.
   STDMETHODIMP get_Connection(IDispatch** pVal) override;
   /// 0 counts the model as unmodified from here on. Anything else does nothing: the database knows
   /// by itself which rows changed.
@@ -46,6 +48,7 @@ class ModelDatabase : public ModelDatabaseBase {
   /// A new collection with the table's records that meet the condition, in the order of their keys.
   /// When a row cannot be loaded the call fails and names it.
   STDMETHODIMP Load(BSTR bstrCollection, VARIANT vWhere, IDispatch** pVal) override;
+  /// The rows of a SELECT, as an ADO recordset that is open. Any other statement is refused.
   STDMETHODIMP Query(BSTR bstrSql, IDispatch** pVal) override;
 
   // ModelAccess

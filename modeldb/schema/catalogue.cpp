@@ -3,18 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "modeldb/engine/ascii.h"
 #include "modeldb/schema/host_kinds.h"
 #include "modeldb/schema/server_kinds.h"
 
 namespace modeldb {
-namespace {
-
-bool same_name(std::wstring_view left, std::wstring_view right) {
-  return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),
-                              static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
-}
-
-}  // namespace
 
 const Catalogue& Catalogue::instance() {
   // An attempt that fails is made again at the next call: the user may register the server now.

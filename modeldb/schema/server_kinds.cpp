@@ -11,12 +11,10 @@
 #include "com/variant.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/schema/host_kinds.h"
+#include "modeldb/schema/protocol.h"
 
 namespace modeldb {
 namespace {
-
-// What SqlString is asked for.
-enum Piece : long { kTable = 1, kKeyColumn = 2, kColumns = 3, kAssignments = 6 };
 
 /// A creatable class of the library and its default interface.
 struct Class {
@@ -78,7 +76,7 @@ com::Ptr<IPersistentObject> make_sample(const std::wstring& name, const Class& r
 
 std::wstring piece(const com::Ptr<IPersistentObject>& record, Piece code) {
   com::Bstr text;
-  com::check(record->get_SqlString(code, text.put()));
+  com::check(record->get_SqlString(static_cast<long>(code), text.put()));
   return std::wstring(text.view());
 }
 
@@ -107,8 +105,8 @@ void put_fraction_into_reals(const com::Ptr<IPersistentObject>& record,
 std::vector<Column> columns_of(const com::Ptr<IPersistentObject>& record,
                                const com::Ptr<ITypeInfo>& info) {
   put_fraction_into_reals(record, info);
-  const std::wstring names = piece(record, kColumns);
-  const std::wstring assignments = piece(record, kAssignments);
+  const std::wstring names = piece(record, Piece::kColumns);
+  const std::wstring assignments = piece(record, Piece::kAssignments);
   const auto shows_fraction = [&](const std::wstring& name) {
     return assignments.find(L", " + name + L" = " + std::wstring(kFractionText)) !=
            std::wstring::npos;
@@ -139,8 +137,8 @@ Kind kind_of(const std::wstring& name, const Class& record_class, const Classes&
   const auto record = make_sample(name, record_class);
 
   Kind kind{};
-  kind.table = piece(record, kTable);
-  kind.key = piece(record, kKeyColumn);
+  kind.table = piece(record, Piece::kTable);
+  kind.key = piece(record, Piece::kKeyColumn);
   // The key column is the object name followed by ID.
   kind.object = kind.key.substr(0, kind.key.size() - 2);
   kind.columns = columns_of(record, info);

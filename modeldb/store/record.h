@@ -8,14 +8,9 @@
 #include "com/bstr.h"
 #include "com/ptr.h"
 #include "modeldb/schema/catalogue.h"
+#include "modeldb/schema/protocol.h"
 
 namespace modeldb {
-
-/// What SqlString of a persistent object is asked for.
-enum class Piece : long { kTable = 1, kKeyColumn = 2, kColumns = 3, kValues = 4, kAssignments = 6 };
-
-/// The moments at which FileOpHelper of a persistent object is called.
-enum class FileOp : long { kBeforeSave = 1, kAfterSave = 2, kDelete = 3 };
 
 /// An object that was handed to the record store, and what kind it is of. Failures of its members
 /// are raised with the sentence that came with them, or else with one that says what went wrong.
@@ -28,13 +23,20 @@ class Record {
 
   /// The ID that it had when it was handed over.
   [[nodiscard]] long id() const { return id_; }
+  /// The ID that it has now, and another one for it.
   [[nodiscard]] long current_id() const;
   void set_id(long id) const;
+  /// Its IsDirty flag: 0 when what it holds is saved.
   [[nodiscard]] long dirty() const;
   void set_dirty(long dirty) const;
+  /// Reading it makes the record trim it, also in the texts that it gives from then on.
   [[nodiscard]] com::Bstr description() const;
+  /// The code of its kind in notifications.
   [[nodiscard]] long event_type() const;
+  /// A text of its row (SqlString).
   [[nodiscard]] com::Bstr text(Piece piece) const;
+  /// Has it do its own part of a save or deletion (FileOpHelper), with its vertex and its sets
+  /// saved too as the flags say.
   void file_operation(IModelDatabase* database, FileOp operation, bool cascade_down,
                       bool cascade_up) const;
 
