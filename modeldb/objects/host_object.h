@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string>
+
 #include "com/automation.h"
+#include "modeldb/engine/failure.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/column_reader.h"
 #include "modeldb/objects/model_access.h"
@@ -12,8 +15,9 @@ namespace modeldb {
 /// An object that the model owns: a vertex or a set. It is saved and deleted by the record store
 /// under the same protocol as a record, but has neither vertex nor sets of its own.
 ///
-/// Self supplies the codes of its kind's events and its table (kEventType, table()), and reads
-/// itself from rows (load_row).
+/// Self supplies the codes of its kind's events and its table (kEventType, table()), reads itself
+/// from rows (load_row), and says whether its number means the same in every model
+/// (kIsNamedByNumber).
 template <class Self, class Class, class Interface>
 class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
  public:
@@ -26,7 +30,10 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
   /// that were put stay put. 0 makes it new, with the values that it has.
   STDMETHODIMP put_ID(long newVal) override {
     return com::boundary([&] {
-      if (newVal != id_) image_.change_row(newVal == 0);
+      if (newVal != id_) {
+        image_.change_row(newVal == 0);
+        home_.clear();
+      }
       id_ = newVal;
       dirty_ = 1;
     });
@@ -49,6 +56,7 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
       id_ = row.read(Self::table().kind().key, VT_I4).get().lVal;
       image_.forget();
       self().load_row(pModelDatabase, row);
+      remember(pModelDatabase);
       dirty_ = 0;
     });
   }
@@ -84,8 +92,10 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
           break;
         case FileOp::kAfterSave:
           image_.commit();
+          remember(pModelDatabase);
           break;
         case FileOp::kDelete:
+          (void)stored_row(pModelDatabase);
           break;
       }
     });
@@ -115,19 +125,53 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
   /// Takes what was not put from the stored row. True when the row says all that the object does;
   /// false also when there is no such row, or no model of this module to look it up in.
   bool complete(IDispatch* model_database) {
-    if (id_ == 0) return false;
-    const auto store = own_store(model_database);
-    if (!store) return false;
-    const auto row = Self::table().find(*store->model()->database(), id_);
-    return row && image_.complete(*row);
+    const auto row = stored_row(model_database);
+    if (!row) return false;
+    const bool same = image_.complete(*row);
+    remember(model_database);
+    return same;
   }
 
  private:
   Self& self() { return static_cast<Self&>(*this); }
 
+  /// The object's row; empty when there is none, or no model of this module to look it up in.
+  /// Raises, with a sentence, when the row is that of another object.
+  StatementLease stored_row(IDispatch* model_database) {
+    if (id_ == 0) return {};
+    const auto store = own_store(model_database);
+    if (!store) return {};
+    const auto database = store->model()->database();
+    StatementLease row = Self::table().find(*database, id_);
+    if (row) require_same_object(database->path(), *row);
+    return row;
+  }
+
+  /// An object that was stored in one model may be saved in another under its number, unless that
+  /// stands for something else there.
+  void require_same_object(const std::wstring& model, const Statement& row) const {
+    if (Self::kIsNamedByNumber || home_.empty() || home_ == model || image_.was_stored_as(row)) {
+      return;
+    }
+    const std::wstring object = Self::table().kind().object + L" " + std::to_wstring(id_);
+    fail(kIllegalOperation, object + L" of the model " + quoted(home_) + L" is " +
+                                quoted(image_.stored_description()) + L", but in the model " +
+                                quoted(model) + L" " + object + L" is " + quoted(row.text(0)) +
+                                L". Set its ID to 0 to save it there as a new one, or take the one "
+                                L"that this model has.");
+  }
+
+  void remember(IDispatch* model_database) {
+    if constexpr (!Self::kIsNamedByNumber) {
+      const auto store = own_store(model_database);
+      home_ = store ? store->model()->database()->path() : std::wstring();
+    }
+  }
+
   long id_ = 0;
   long dirty_ = 0;
   RowImage image_;
+  std::wstring home_;  // the model that has the stored values; empty when there is none
 };
 
 }  // namespace modeldb

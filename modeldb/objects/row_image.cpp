@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "modeldb/schema/protocol.h"
+
 namespace modeldb {
 namespace {
 
@@ -48,6 +50,13 @@ bool RowImage::complete(const Statement& row) {
   return same;
 }
 
+bool RowImage::was_stored_as(const Statement& row) const {
+  int column = 0;
+  bool same = description_.saved == row.text(column);
+  for (const auto& number : numbers(*this)) same &= number.saved == row.real(++column);
+  return same;
+}
+
 void RowImage::commit() {
   description_.store(description_.current);
   for (auto& number : numbers(*this)) number.store(number.current);
@@ -71,20 +80,20 @@ std::wstring RowImage::assignments(Pick pick) const {
 }
 
 com::Bstr RowImage::text(long code) const {
-  switch (code) {
-    case 1:
+  switch (static_cast<Piece>(code)) {
+    case Piece::kTable:
       return com::Bstr(table_.kind().table);
-    case 2:
+    case Piece::kKeyColumn:
       return com::Bstr(table_.kind().key);
-    case 3:
+    case Piece::kColumns:
       return com::Bstr(table_.column_list());
-    case 4:
+    case Piece::kValues:
       return com::Bstr(values(kCurrent));
-    case 5:
+    case Piece::kStoredValues:
       return com::Bstr(values(kSaved));
-    case 6:
+    case Piece::kAssignments:
       return com::Bstr(assignments(kCurrent));
-    case 7:
+    case Piece::kStoredAssignments:
       return com::Bstr(assignments(kSaved));
     default:
       return com::Bstr(L"");

@@ -22,6 +22,7 @@ class RowImage {
 
   [[nodiscard]] const std::wstring& description() const { return description_.current; }
   void put_description(std::wstring_view text) { description_.put(std::wstring(text)); }
+  [[nodiscard]] const std::wstring& stored_description() const { return description_.saved; }
   [[nodiscard]] double number(std::size_t index) const { return numbers_[index].current; }
   void put_number(std::size_t index, double value) { numbers_[index].put(value); }
 
@@ -42,6 +43,8 @@ class RowImage {
   /// Takes the values that were not put from the stored row. Returns whether the row then says all
   /// that the object does, so that there is nothing to write.
   bool complete(const Statement& row);
+  /// Whether the row says what was last stored.
+  [[nodiscard]] bool was_stored_as(const Statement& row) const;
   /// Everything is stored as it is now.
   void commit();
 

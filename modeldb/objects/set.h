@@ -11,6 +11,7 @@ template <class Class, class Interface, const Kind& (*kind)(), long event>
 class Set : public HostObject<Set<Class, Interface, kind, event>, Class, Interface> {
  public:
   static constexpr long kEventType = event;
+  static constexpr bool kIsNamedByNumber = false;
 
   static const Table& table() {
     static const Table table(kind());

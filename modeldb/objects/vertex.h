@@ -13,6 +13,8 @@ namespace modeldb {
 class Vertex : public Inheriting<HostObject<Vertex, ::Vertex, ICoordinateVertex>, IVertex> {
  public:
   static constexpr long kEventType = 1;
+  /// Node 12 of one model is node 12 of the next, wherever it lies there.
+  static constexpr bool kIsNamedByNumber = true;
   static const Table& table();
 
   STDMETHODIMP get_X(double* pVal) override { return get(0, pVal); }

@@ -6,6 +6,7 @@ namespace {
 
 using model_test::bstr;
 using model_test::create;
+using model_test::TemporaryFile;
 using ::testing::HasSubstr;
 
 class SetsTest : public model_test::ModelTest {};
@@ -27,6 +28,38 @@ TEST_F(SetsTest, RenamedSetIsWritten) {
   wind->put_Description(bstr(L"Gale").get());
   save(wind);
   EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Gale");
+}
+
+TEST_F(SetsTest, SetOfAnotherModelIsNotTakenForAnotherOne) {
+  const TemporaryFile other_file;
+  const auto other = create<ModelDatabase, IModelDatabaseFile>();
+  ASSERT_EQ(other->Open(bstr(other_file.path()).get()), S_OK);
+  const auto save_in_other = [&](const auto& object) {
+    return object->Save(other.get(), com::Variant::omitted(), com::Variant::omitted());
+  };
+  const auto wind = make_load_set(L"Wind");
+  ASSERT_EQ(save_in_other(wind), S_OK);
+  ASSERT_EQ(save(make_load_set(L"Dead")), S_OK);
+  const auto force = make_force(1);
+  load_sets_of(force)->Add(wind.get());
+  const auto conflict = ::testing::AllOf(HasSubstr("LoadSet 1 of the model"),
+                                         HasSubstr("is \"Wind\""), HasSubstr("is \"Dead\""));
+  EXPECT_SENTENCE(save(force), conflict);
+  EXPECT_SENTENCE(wind->Delete(database.get()), conflict);
+  wind->put_Description(bstr(L"Gale").get());
+  EXPECT_SENTENCE(save(wind), conflict);
+  EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Dead");
+  EXPECT_EQ(count(L"NodalForces"), "0");
+
+  // As a new set, and where its number is free or stands for the same.
+  wind->put_ID(0);
+  EXPECT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT group_concat(LoadSetID) FROM NodalForceLoadSets"), "2");
+  EXPECT_EQ(save_in_other(wind), S_OK) << model_test::last_sentence();
+  wind->put_Description(bstr(L"Storm").get());
+  EXPECT_EQ(save(wind), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Dead,Storm");
+  other->Close();
 }
 
 TEST_F(SetsTest, CollectionSavesAllOfItAndDeletesAllOfIt) {
