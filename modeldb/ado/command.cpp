@@ -51,15 +51,23 @@ STDMETHODIMP AdoCommand::get_ActiveConnection(_Connection** object) {
 }
 
 STDMETHODIMP AdoCommand::putref_ActiveConnection(_Connection* object) {
-  return com::boundary([&] { database_ = database_of(object); });
+  return com::boundary([&] { require_own(object); });
 }
 
 STDMETHODIMP AdoCommand::put_ActiveConnection(VARIANT object) {
   return com::boundary([&] {
     com::Variant value;
     com::check(VariantCopyInd(value.put(), &object));
-    database_ = database_of(value.type() == VT_DISPATCH ? value.get().pdispVal : nullptr);
+    require_own(value.type() == VT_DISPATCH ? value.get().pdispVal : nullptr);
   });
+}
+
+void AdoCommand::require_own(IDispatch* connection) const {
+  if (database_of(connection) == database_) return;
+  fail(kFeatureNotAvailable,
+       L"The command belongs to the model database " + quoted(database_->path()) +
+           L", whose records write their links with it. Use the Command or the Connection of the "
+           L"other model.");
 }
 
 STDMETHODIMP AdoCommand::get_State(LONG* state) {

@@ -22,12 +22,16 @@ class AdoCommand : public UnavailableCommand {
                        _Recordset** record_set) override;
 
   STDMETHODIMP get_ActiveConnection(_Connection** object) override;
+  /// The command stays with its model database: records write their links with it.
   STDMETHODIMP putref_ActiveConnection(_Connection* object) override;
   STDMETHODIMP put_ActiveConnection(VARIANT object) override;
   /// Closed whenever it can be asked: nothing runs in the background.
   STDMETHODIMP get_State(LONG* state) override;
 
  private:
+  /// kFeatureNotAvailable: the connection is that of another model database.
+  void require_own(IDispatch* connection) const;
+
   std::shared_ptr<Database> database_;
   com::Bstr text_;
   CommandTypeEnum type_ = adCmdUnknown;
