@@ -4,6 +4,7 @@
 
 #include "com/bstr.h"
 #include "com/variant.h"
+#include "modeldb/ado/argument.h"
 #include "modeldb/engine/failure.h"
 
 namespace modeldb {
@@ -88,7 +89,10 @@ int AdoFields::find(const VARIANT& index) const {
   const Columns& columns = cursor_.query().columns();
   if (key.vt == VT_BSTR) return columns.find(com::Bstr::view(key.bstrVal));
   if (key.vt == (VT_BSTR | VT_BYREF)) return columns.find(com::Bstr::view(*key.pbstrVal));
-  const LONG number = com::Variant(key).as(VT_I4).get().lVal;
+  const com::Variant position = argument_as(
+      VT_I4, key,
+      L"A field was asked for by something that is neither a name nor a number. Use one.");
+  const LONG number = position.get().lVal;
   if (number < 0 || number >= columns.size()) {
     fail(kItemNotFound, L"The recordset has no field number " + std::to_wstring(number) +
                             L". Its fields are numbered from 0 to " +

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "com/variant.h"
+#include "modeldb/ado/argument.h"
 #include "modeldb/ado/connection.h"
 #include "modeldb/ado/execution.h"
 #include "modeldb/ado/factories.h"
@@ -70,7 +71,11 @@ STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, Curso
 void AdoRecordset::take_source(const VARIANT& source) {
   const com::Variant value = value_of(source);
   if (value.type() != VT_DISPATCH) {
-    source_ = com::Bstr(com::Bstr::view(value.as(VT_BSTR).get().bstrVal));
+    const com::Variant text =
+        argument_as(VT_BSTR, value,
+                    L"The source of the recordset is no text. Pass the text of "
+                    L"a query.");
+    source_ = com::Bstr(com::Bstr::view(text.get().bstrVal));
     return;
   }
   const auto command = com::Ptr<IDispatch>(value.get().pdispVal).query<Command15>();

@@ -10,11 +10,16 @@ ColumnReader::ColumnReader(IDispatch* recordset) {
   com::check(rows->get_Fields(fields_.put()), rows);
 }
 
-com::Variant ColumnReader::read(std::wstring_view column, VARTYPE type) const {
+com::Variant ColumnReader::read(std::wstring_view column) const {
   com::Ptr<Field> field;
   com::check(fields_->get_Item(com::Variant(com::Bstr(column)), field.put()), fields_);
   com::Variant value;
   com::check(field->get_Value(value.put()), field);
+  return value;
+}
+
+com::Variant ColumnReader::read(std::wstring_view column, VARTYPE type) const {
+  const com::Variant value = read(column);
   return value.type() == type ? value : value.as(type);
 }
 

@@ -16,7 +16,9 @@ class ColumnReader {
   /// Raises when the object is no recordset.
   explicit ColumnReader(IDispatch* recordset);
 
-  /// Raises what the recordset answers when it has no such column, and a failing conversion.
+  /// Raises what the recordset answers when it has no such column.
+  [[nodiscard]] com::Variant read(std::wstring_view column) const;
+  /// Raises a failing conversion, too.
   [[nodiscard]] com::Variant read(std::wstring_view column, VARTYPE type) const;
   /// Nothing when the recordset has no such column, or nothing of the type in it, such as NULL.
   [[nodiscard]] std::optional<com::Variant> try_read(std::wstring_view column, VARTYPE type) const;

@@ -1,8 +1,10 @@
 #include "modeldb/objects/loading.h"
 
 #include "com/variant.h"
+#include "modeldb/ado/argument.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/engine/failure.h"
+#include "modeldb/objects/column_reader.h"
 #include "modeldb/store/sentence.h"
 
 namespace modeldb {
@@ -59,6 +61,49 @@ com::Ptr<Interface> create(const com::Ptr<IClassFactory>& factory, REFIID iid) {
   return object;
 }
 
+VARTYPE automation_type(ColumnType type) {
+  switch (type) {
+    case ColumnType::kInteger:
+      return VT_I4;
+    case ColumnType::kReal:
+      return VT_R8;
+    case ColumnType::kText:
+      return VT_BSTR;
+  }
+  return VT_EMPTY;
+}
+
+/// What keeps a record from reading the column; empty when nothing does.
+std::wstring fault_of(const ColumnReader& row, const Column& column) {
+  const VARTYPE type = automation_type(column.type);
+  try {
+    if (row.try_read(column.name, type)) return {};
+    const com::Variant value = row.read(column.name);
+    if (value.type() == VT_NULL) return L"Its " + column.name + L" is empty.";
+    const com::Variant text = value.as(VT_BSTR);
+    return L"Its " + column.name + L" is " + quoted(com::Bstr::view(text.get().bstrVal)) +
+           (type == VT_I4 ? L", which is no whole number up to 2147483647."
+                          : L", which is no number.");
+  } catch (const com::Error& error) {
+    return error.info() ? sentence_of(error) : L"Its " + column.name + L" cannot be read.";
+  }
+}
+
+std::wstring fault_of(const ColumnReader& row, const Kind& kind) {
+  std::wstring fault = fault_of(row, {kind.key, ColumnType::kInteger});
+  for (auto column = kind.columns.begin(); fault.empty() && column != kind.columns.end();
+       ++column) {
+    fault = fault_of(row, *column);
+  }
+  return fault;
+}
+
+/// "NodalForce 12", by the key that stands in the row, of whatever size.
+std::wstring name_of(const ColumnReader& row, const Kind& kind) {
+  const auto key = row.try_read(kind.key, VT_BSTR);
+  return key ? kind.object + L" " + std::wstring(com::Bstr::view(key->get().bstrVal)) : kind.object;
+}
+
 void load_record(IPersistentObject& record, const Kind& kind, IModelDatabase* database,
                  const com::Ptr<_Recordset>& rows) {
   const HRESULT result = record.LoadFromCurrentRecordsetPosition(database, rows.get(), nullptr);
@@ -66,12 +111,10 @@ void load_record(IPersistentObject& record, const Kind& kind, IModelDatabase* da
   try {
     com::raise_from(result, &record, kind.object_interface);
   } catch (const com::Error& error) {
-    long id = 0;
-    record.get_ID(&id);
-    fail(result, kind.object + L" " + std::to_wstring(id) + L" in the table " + kind.table +
-                     L" cannot be loaded: a column of its row is empty or holds something else "
-                     L"than a number. " +
-                     sentence_of(error));
+    const ColumnReader row(rows.get());
+    const std::wstring fault = fault_of(row, kind);
+    fail(result, name_of(row, kind) + L" in the table " + kind.table + L" cannot be loaded. " +
+                     (fault.empty() ? sentence_of(error) : fault) + L" Correct the row.");
   }
 }
 
@@ -89,8 +132,10 @@ const Kind& loadable_kind(const Catalogue& catalogue, std::wstring_view name) {
 
 std::wstring condition_of(const VARIANT& argument) {
   if (com::is_omitted(argument) || argument.vt == VT_EMPTY) return {};
-  const com::Variant given(argument);
-  const com::Variant text = given.as(VT_BSTR);
+  const com::Variant text =
+      argument_as(VT_BSTR, argument,
+                  L"The condition that Load was given is no text. Pass one such as "
+                  L"\"VertexID = 12\", or leave it out.");
   return std::wstring(com::Bstr::view(text.get().bstrVal));
 }
 

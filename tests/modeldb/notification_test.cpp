@@ -170,24 +170,14 @@ TEST_F(NotificationTest, ListenerMaySaveAndClose) {
 }
 
 TEST_F(NotificationTest, ListenerThatAlwaysSavesIsNotNotifiedWithoutEnd) {
-  listener.on_call = [&] {
-    EXPECT_EQ(make_load_set(L"Wind")->Save(database.get(), com::Variant::omitted(),
-                                           com::Variant::omitted()),
-              S_OK);
-  };
-  EXPECT_EQ(make_load_set(L"Snow")->Save(database.get(), com::Variant::omitted(),
-                                         com::Variant::omitted()),
-            S_OK);
+  listener.on_call = [&] { EXPECT_EQ(save(make_load_set(L"Wind")), S_OK); };
+  EXPECT_EQ(save(make_load_set(L"Snow")), S_OK);
   EXPECT_EQ(listener.calls.size(), 16u);
   EXPECT_EQ(count(L"LoadSets"), "17");
   // Once it has come back, it is notified as before.
   listener.on_call = nullptr;
-  make_load_set(L"Ice")->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
+  save(make_load_set(L"Ice"));
   EXPECT_EQ(listener.calls.size(), 17u);
-}
-
-TEST_F(NotificationTest, RecordStoreIsNoListener) {
-  EXPECT_SENTENCE(advise(store().get()), HasSubstr("record store"));
 }
 
 TEST_F(NotificationTest, ClosingEndsListening) {

@@ -72,9 +72,14 @@ db.RecordStore.SaveRecord Nothing : Refused -2147467261, "No record was passed"
 db.RecordStore.SaveRecord db : Refused -2147467262, "is no record"
 db.RecordStore.DeleteRecord force.LoadSets : Refused -2147467262, "is no record"
 db.RecordStore.Advise Nothing : Refused -2147467261, "no object"
+db.RecordStore.Advise db.RecordStore : Refused 3001, "record store"
 db.RecordStore.Unadvise db : Refused 3265, "is not being notified"
+Set force.LoadSets = CreateObject("Orv_ModelDb.ConstraintSets")
+force.Save db : Refused -2147467262, "The new NodalForce has some other object as its LoadSets."
 Set force.LoadSets = Nothing : Err.Clear
 force.Save db : Refused -2147467261, "The new NodalForce has no LoadSets."
+Set force.Vertex = files
+force.Save db : Refused -2147467262, "The new NodalForce has some other object as its vertex."
 Set force.Vertex = Nothing : Err.Clear
 force.Save db
 Refused -2147467261, "The new NodalForce has no vertex. Set its Vertex before it is saved."
@@ -98,16 +103,32 @@ rows.MovePrevious
 Refused 3251, "Recordset.MovePrevious is not available in a model database: its rows are read " & _
               "only, once, from the first to the last. Order, filter and change rows by SQL " & _
               "statements."
+ignored = rows.Fields(Null) : Refused -2147352571, "neither a name nor a number"
+CreateObject("ADODB.Recordset").Open Null, db.Connection
+Refused -2147352571, "The source of the recordset is no text."
 ignored = rows.Fields("Nothing") : Refused 3265, "no field ""Nothing"", only NodalForceID, Description,"
 rows.Fields(1).Value = "x" : Refused 3251, "Field.Value"
 rows.Close
 db.Connection.Close : Refused 3251, "Connection.Close"
 db.Connection.Execute "UPDATE NodalForces SET Magnitude = 'much'"
-db.Load "NodalForces" : Refused -2147352571, "NodalForce 1 in the table NodalForces cannot be loaded"
+db.Load "NodalForces"
+Refused -2147352571, "NodalForce 1 in the table NodalForces cannot be loaded. Its Magnitude is " & _
+                     """much"", which is no number. Correct the row."
+db.Connection.Execute "UPDATE NodalForces SET Magnitude = NULL"
+db.Load "NodalForces" : Refused -2147352571, "Its Magnitude is empty. Correct the row."
+db.Connection.Execute "UPDATE NodalForces SET NodalForceID = 3000000000, Magnitude = 1"
+db.Load "NodalForces"
+Refused -2147352566, "NodalForce 3000000000 in the table NodalForces cannot be loaded. Its " & _
+                     "NodalForceID is ""3000000000"", which is no whole number up to 2147483647."
+db.Load "NodalForces", Null : Refused -2147352571, "The condition that Load was given is no text."
+db.Load "NodalForces", db : Refused -2147352571, "The condition that Load was given is no text."
 
 ' Transactions, and another program: it is told after some seconds.
 Set other = CreateObject("Orv_ModelDb.ModelDatabase")
 other.Open path
+other.Command.ActiveConnection = db.Connection : Refused 3251, "belongs to the model database"
+other.Command.ActiveConnection = other.Connection
+Expect "The command's own connection", Err.Number, 0
 db.Connection.Execute "COMMIT TRANSACTION" : Refused 3714, "Begin one first."
 db.Connection.Execute "BEGIN TRANSACTION"
 db.Connection.Execute "BEGIN TRANSACTION"
