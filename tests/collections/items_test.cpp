@@ -28,6 +28,37 @@ TEST_F(CollectionTest, NullAndIndexesOutsideAreRefused) {
   EXPECT_EQ(count(), 1);
 }
 
+TEST_F(CollectionTest, RefusalDoesNotCarryTheWordsOfAnEarlierFailure) {
+  const auto walk = collection_.query<IEnumVARIANT>();
+  com::Ptr<IDispatch> found;
+  com::Ptr<IEnumVARIANT> copy;
+  VARIANT two[2];
+  const std::function<HRESULT()> calls[] = {
+      [&] { return collection_->Item(0, found.put()); }, [&] { return collection_->Remove(0); },
+      [&] { return walk->Next(2, two, nullptr); },       [&] { return walk->Skip(1); },
+      [&] { return walk->Clone(copy.put()); },
+  };
+  for (const auto& call : calls) {
+    fake::set_error_words(L"An earlier failure");
+    EXPECT_TRUE(FAILED(call()));
+    EXPECT_EQ(fake::take_error_words(), "");
+  }
+}
+
+TEST_F(CollectionTest, ItemsThatComeAndGoKeepTheirOrder) {
+  // As a queue: taken from the front, added at the end, more often than the collection is long.
+  for (long id = 1; id <= 5; ++id) add(std::to_string(id), id);
+  for (long id = 6; id <= 30; ++id) {
+    ASSERT_EQ(collection_->Remove(0), S_OK);
+    add(std::to_string(id), id);
+    ASSERT_EQ(count(), 5);
+    ASSERT_EQ(item(0), std::to_string(id - 4));
+    ASSERT_EQ(item(4), std::to_string(id));
+  }
+  EXPECT_EQ(collection_->Remove(2), S_OK);
+  EXPECT_EQ(item(2), "29");
+}
+
 TEST_F(CollectionTest, IdentifierIsFoundWhereItWasFirstAdded) {
   const auto twice = record("a", 8);
   add(twice);

@@ -102,6 +102,9 @@ TEST_P(RecordMemoryTest, LoadReadsWhatItCan) {
     });
     EXPECT_THAT(result, AnyOf(E_OUTOFMEMORY, fake::kNoSuchColumn, S_OK));
     EXPECT_THAT(sql(record, 4), AnyOf(StartsWith("'old', "), StartsWith("'new', ")));
+    long dirty = -1;
+    record->get_IsDirty(&dirty);
+    EXPECT_EQ(dirty, 0) << "the load went on to its end";
     record->LoadFromCurrentRecordsetPosition(host.database.get(), rows.get(), nullptr);
     EXPECT_THAT(sql(record, 5), StartsWith("'new', 2, "));
   });
