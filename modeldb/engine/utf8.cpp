@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "modeldb/engine/failure.h"
 
 namespace modeldb {
@@ -17,7 +19,7 @@ namespace {
 
 std::string_view to_utf8(std::wstring_view text, std::string& buffer) {
   if (text.empty()) return {buffer.data(), 0};
-  if (text.find_first_of(L"\xFFFE\xFFFF") != std::wstring_view::npos) refuse(text);
+  if (std::ranges::any_of(text, [](wchar_t unit) { return unit >= 0xFFFE; })) refuse(text);
   constexpr std::size_t kMostBytesPerUnit = 3;
   if (buffer.size() < text.size() * kMostBytesPerUnit) {
     buffer.resize(text.size() * kMostBytesPerUnit);

@@ -48,7 +48,7 @@ TEST(DatabaseFile, OfAnotherProgramIsRefusedAndLeftAloneWithItsLog) {
 TEST(DatabaseFile, IsNoneByAPathThatNamesNoFile) {
   using namespace std::literals;
   for (const auto path : {L""sv, L" "sv, L"\t "sv, L"\0"sv, L"\0x.orvdb"sv, L"x.orvdb\0y"sv,
-                          L"NUL"sv, L"\\\\.\\NUL"sv, L"\\\\.\\C:"sv}) {
+                          L"NUL"sv, L"w\\aux"sv, L"\\\\.\\NUL"sv, L"\\\\.\\C:"sv}) {
     const auto failure = failure_of([&] { Database::open(path); });
     EXPECT_EQ(failure.result, kCannotOpenFile) << std::wstring(path);
     EXPECT_THAT(failure.sentence, HasSubstr(L"Give the path of a file.")) << std::wstring(path);
@@ -135,8 +135,8 @@ TEST_F(Texts, AreKeptAsTheyAreOrRefused) {
     database_->execute(L"UPDATE Forces SET Description = ?", text);
   };
   write(L"INSERT INTO Forces VALUES (1, 'a', 1)");
-  for (const auto text :
-       {L"\xFEFFxyz"sv, L"a\xFEFF"sv, L"\xD83D\xDE00"sv, L"a\0b"sv, L""sv, L"\xE000"sv}) {
+  for (const auto text : {L"Tr\xE4ger"sv, L"\xFEFFxyz"sv, L"a\xFEFF"sv, L"\xD83D\xDE00"sv,
+                          L"a\0b"sv, L""sv, L"\xE000"sv}) {
     store(text);
     const auto rows = database_->query(L"SELECT Description FROM Forces");
     ASSERT_TRUE(rows->step());
