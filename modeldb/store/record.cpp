@@ -96,17 +96,16 @@ void Record::file_operation(IModelDatabase* database, FileOp operation, bool cas
                             com::Variant::boolean(cascade_down), com::Variant::boolean(cascade_up));
   // By the contract a record that lacks its vertex or its sets answers E_POINTER, and one that
   // holds some other object in their place E_NOINTERFACE, both without words.
-  const bool has_none = result == E_POINTER;
-  if ((has_none || result == E_NOINTERFACE) && operation == FileOp::kBeforeSave) {
-    fail(result, name() +
-                     (has_none ? L" has no vertex." : L" has some other object as its vertex.") +
-                     L" Set its Vertex before it is saved.");
-  }
-  if ((has_none || result == E_NOINTERFACE) && operation == FileOp::kAfterSave &&
-      !kind().sets.empty()) {
-    fail(result, name() + (has_none ? L" has no " : L" has some other object as its ") +
-                     kind().sets + L". Set its " + kind().sets +
-                     L", to an empty collection if need be, before it is saved.");
+  if (result == E_POINTER || result == E_NOINTERFACE) {
+    const std::wstring fault =
+        name() + (result == E_POINTER ? L" has no " : L" has some other object as its ");
+    if (operation == FileOp::kBeforeSave) {
+      fail(result, fault + L"vertex. Set its Vertex before it is saved.");
+    }
+    if (operation == FileOp::kAfterSave && !kind().sets.empty()) {
+      fail(result, fault + kind().sets + L". Set its " + kind().sets +
+                       L", to an empty collection if need be, before it is saved.");
+    }
   }
   check(result, doing(operation));
 }
