@@ -6,6 +6,7 @@
 
 #include "com/automation.h"
 #include "com/bstr.h"
+#include "host/protocol.h"
 #include "records/description.h"
 #include "records/field.h"
 #include "records/host.h"
@@ -15,20 +16,6 @@
 #include "records/text.h"
 
 namespace orv {
-
-/// What SqlString can be asked for.
-enum class SqlPiece : long {
-  kTable = 1,
-  kKeyColumn = 2,
-  kColumns = 3,
-  kValues = 4,
-  kSavedValues = 5,
-  kAssignments = 6,
-  kSavedAssignments = 7,
-};
-
-/// The moments at which the host calls FileOpHelper.
-enum class FileOp : long { kBeforeSave = 1, kAfterSave = 2, kDelete = 3 };
 
 /// A record: one row of one table of the host's model database, attached to a vertex and to sets.
 ///
@@ -123,17 +110,17 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
 
   // Persistence: what the host's record store calls back.
 
-  /// The piece of SQL that `ossType` (a SqlPiece) names; empty for any other number.
+  /// The piece of SQL that `ossType` (a host::SqlPiece) names; empty for any other number.
   /// E_POINTER: the texts of the current values need the vertex, and there is none.
   STDMETHODIMP get_SqlString(long ossType, BSTR* pVal) override {
     return com::boundary([&] {
       Text text;
-      append_piece(text, static_cast<SqlPiece>(ossType));
+      append_piece(text, static_cast<host::SqlPiece>(ossType));
       *pVal = text.str().detach();
     });
   }
 
-  /// The part of saving or deleting that only the record knows; `fohType` is a FileOp.
+  /// The part of saving or deleting that only the record knows; `fohType` is a host::FileOp.
   ///
   /// Before the row is written it saves the vertex, if `vCascadeDown` says so, and notes its ID.
   /// After, it saves the sets, if `vCascadeUp` says so, writes its link rows anew and takes the
@@ -149,15 +136,15 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
     return com::boundary([&] {
       const FileOperation operation(pModelDatabase, vCascadeDown, vCascadeUp);
       com::Outcome outcome(operation.base_result());
-      switch (static_cast<FileOp>(fohType)) {
-        case FileOp::kBeforeSave:
+      switch (static_cast<host::FileOp>(fohType)) {
+        case host::FileOp::kBeforeSave:
           before_save(operation, outcome);
           break;
-        case FileOp::kAfterSave:
+        case host::FileOp::kAfterSave:
           sets_.save(operation, KindObjectName(), id_, outcome);
           commit();
           break;
-        case FileOp::kDelete:
+        case host::FileOp::kDelete:
           sets_.remove(operation, KindObjectName(), id_, outcome);
           break;
       }
@@ -286,28 +273,28 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
 
   static void append_key_column(Text& text) { text << KindObjectName() << L"ID"; }
 
-  void append_piece(Text& text, SqlPiece piece) {
+  void append_piece(Text& text, host::SqlPiece piece) {
     switch (piece) {
-      case SqlPiece::kTable:
+      case host::SqlPiece::kTable:
         text << KindTableName();
         break;
-      case SqlPiece::kKeyColumn:
+      case host::SqlPiece::kKeyColumn:
         append_key_column(text);
         break;
-      case SqlPiece::kColumns:
+      case host::SqlPiece::kColumns:
         text << kDescriptionColumn << L", " << kVertexColumn;
         for_each_column([&](const auto& column, auto&) { text << L", " << column.name; });
         break;
-      case SqlPiece::kValues:
+      case host::SqlPiece::kValues:
         append_values(text, current_common(), kCurrent);
         break;
-      case SqlPiece::kSavedValues:
+      case host::SqlPiece::kSavedValues:
         append_values(text, saved_common(), kSaved);
         break;
-      case SqlPiece::kAssignments:
+      case host::SqlPiece::kAssignments:
         append_assignments(text, current_common(), kCurrent);
         break;
-      case SqlPiece::kSavedAssignments:
+      case host::SqlPiece::kSavedAssignments:
         append_assignments(text, saved_common(), kSaved);
         break;
     }

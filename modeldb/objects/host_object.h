@@ -86,15 +86,15 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
 
   STDMETHODIMP FileOpHelper(IDispatch* pModelDatabase, long fohType, VARIANT, VARIANT) override {
     return com::boundary([&] {
-      switch (static_cast<FileOp>(fohType)) {
-        case FileOp::kBeforeSave:
+      switch (static_cast<host::FileOp>(fohType)) {
+        case host::FileOp::kBeforeSave:
           complete(pModelDatabase);
           break;
-        case FileOp::kAfterSave:
+        case host::FileOp::kAfterSave:
           image_.commit();
           remember(pModelDatabase);
           break;
-        case FileOp::kDelete:
+        case host::FileOp::kDelete:
           (void)stored_row(pModelDatabase);
           break;
       }

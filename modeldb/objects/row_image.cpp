@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "modeldb/schema/protocol.h"
+#include "host/protocol.h"
 
 namespace modeldb {
 namespace {
@@ -80,20 +80,20 @@ std::wstring RowImage::assignments(Pick pick) const {
 }
 
 com::Bstr RowImage::text(long code) const {
-  switch (static_cast<Piece>(code)) {
-    case Piece::kTable:
+  switch (static_cast<host::SqlPiece>(code)) {
+    case host::SqlPiece::kTable:
       return com::Bstr(table_.kind().table);
-    case Piece::kKeyColumn:
+    case host::SqlPiece::kKeyColumn:
       return com::Bstr(table_.kind().key);
-    case Piece::kColumns:
+    case host::SqlPiece::kColumns:
       return com::Bstr(table_.column_list());
-    case Piece::kValues:
+    case host::SqlPiece::kValues:
       return com::Bstr(values(kCurrent));
-    case Piece::kStoredValues:
+    case host::SqlPiece::kSavedValues:
       return com::Bstr(values(kSaved));
-    case Piece::kAssignments:
+    case host::SqlPiece::kAssignments:
       return com::Bstr(assignments(kCurrent));
-    case Piece::kStoredAssignments:
+    case host::SqlPiece::kSavedAssignments:
       return com::Bstr(assignments(kSaved));
     default:
       return com::Bstr(L"");

@@ -9,9 +9,9 @@
 
 #include "com/type_description.h"
 #include "com/variant.h"
+#include "host/protocol.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/schema/host_kinds.h"
-#include "modeldb/schema/protocol.h"
 
 namespace modeldb {
 namespace {
@@ -74,7 +74,7 @@ com::Ptr<IPersistentObject> make_sample(const std::wstring& name, const Class& r
   return record;
 }
 
-std::wstring piece(const com::Ptr<IPersistentObject>& record, Piece code) {
+std::wstring piece(const com::Ptr<IPersistentObject>& record, host::SqlPiece code) {
   com::Bstr text;
   com::check(record->get_SqlString(static_cast<long>(code), text.put()));
   return std::wstring(text.view());
@@ -105,8 +105,8 @@ void put_fraction_into_reals(const com::Ptr<IPersistentObject>& record,
 std::vector<Column> columns_of(const com::Ptr<IPersistentObject>& record,
                                const com::Ptr<ITypeInfo>& info) {
   put_fraction_into_reals(record, info);
-  const std::wstring names = piece(record, Piece::kColumns);
-  const std::wstring assignments = piece(record, Piece::kAssignments);
+  const std::wstring names = piece(record, host::SqlPiece::kColumns);
+  const std::wstring assignments = piece(record, host::SqlPiece::kAssignments);
   const auto shows_fraction = [&](const std::wstring& name) {
     return assignments.find(L", " + name + L" = " + std::wstring(kFractionText)) !=
            std::wstring::npos;
@@ -137,8 +137,8 @@ Kind kind_of(const std::wstring& name, const Class& record_class, const Classes&
   const auto record = make_sample(name, record_class);
 
   Kind kind{};
-  kind.table = piece(record, Piece::kTable);
-  kind.key = piece(record, Piece::kKeyColumn);
+  kind.table = piece(record, host::SqlPiece::kTable);
+  kind.key = piece(record, host::SqlPiece::kKeyColumn);
   // The key column is the object name followed by ID.
   kind.object = kind.key.substr(0, kind.key.size() - 2);
   kind.columns = columns_of(record, info);

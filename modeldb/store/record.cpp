@@ -8,13 +8,13 @@
 namespace modeldb {
 namespace {
 
-const wchar_t* doing(FileOp operation) {
+const wchar_t* doing(host::FileOp operation) {
   switch (operation) {
-    case FileOp::kBeforeSave:
+    case host::FileOp::kBeforeSave:
       return L"saving its vertex";
-    case FileOp::kAfterSave:
+    case host::FileOp::kAfterSave:
       return L"saving its sets";
-    case FileOp::kDelete:
+    case host::FileOp::kDelete:
       return L"deleting its links to sets";
   }
   return L"";
@@ -82,14 +82,14 @@ long Record::event_type() const {
   return type;
 }
 
-com::Bstr Record::text(Piece piece) const {
+com::Bstr Record::text(host::SqlPiece piece) const {
   com::Bstr text;
   const HRESULT result = object_->get_SqlString(static_cast<long>(piece), text.put());
   check(result, L"telling the values of its row");
   return text;
 }
 
-void Record::file_operation(IModelDatabase* database, FileOp operation, bool cascade_down,
+void Record::file_operation(IModelDatabase* database, host::FileOp operation, bool cascade_down,
                             bool cascade_up) const {
   const HRESULT result =
       object_->FileOpHelper(database, static_cast<long>(operation),
@@ -99,10 +99,10 @@ void Record::file_operation(IModelDatabase* database, FileOp operation, bool cas
   if (result == E_POINTER || result == E_NOINTERFACE) {
     const std::wstring fault =
         name() + (result == E_POINTER ? L" has no " : L" has some other object as its ");
-    if (operation == FileOp::kBeforeSave) {
+    if (operation == host::FileOp::kBeforeSave) {
       fail(result, fault + L"vertex. Set its Vertex before it is saved.");
     }
-    if (operation == FileOp::kAfterSave && !kind().sets.empty()) {
+    if (operation == host::FileOp::kAfterSave && !kind().sets.empty()) {
       fail(result, fault + kind().sets + L". Set its " + kind().sets +
                        L", to an empty collection if need be, before it is saved.");
     }

@@ -7,8 +7,8 @@
 
 #include "com/bstr.h"
 #include "com/ptr.h"
+#include "host/protocol.h"
 #include "modeldb/schema/catalogue.h"
-#include "modeldb/schema/protocol.h"
 
 namespace modeldb {
 
@@ -34,10 +34,10 @@ class Record {
   /// The code of its kind in notifications.
   [[nodiscard]] long event_type() const;
   /// A text of its row (SqlString).
-  [[nodiscard]] com::Bstr text(Piece piece) const;
+  [[nodiscard]] com::Bstr text(host::SqlPiece piece) const;
   /// Has it do its own part of a save or deletion (FileOpHelper), with its vertex and its sets
   /// saved too as the flags say.
-  void file_operation(IModelDatabase* database, FileOp operation, bool cascade_down,
+  void file_operation(IModelDatabase* database, host::FileOp operation, bool cascade_down,
                       bool cascade_up) const;
 
   /// "NodalForce 12", or "The new NodalForce": for sentences.

@@ -69,11 +69,11 @@ void RecordStore::save(Model& model, const Record& record, bool cascade_down, bo
   begin_change(true);
   Change change(log_, *model.database());
   const long dirty_before = record.dirty();
-  record.file_operation(database.get(), FileOp::kBeforeSave, cascade_down, cascade_up);
+  record.file_operation(database.get(), host::FileOp::kBeforeSave, cascade_down, cascade_up);
   const long id = write_row(*model.database(), record);
   log_.touched.push_back({record, id, dirty_before});
   if (record.id() == 0) record.set_id(id);
-  record.file_operation(database.get(), FileOp::kAfterSave, cascade_down, cascade_up);
+  record.file_operation(database.get(), host::FileOp::kAfterSave, cascade_down, cascade_up);
   record.set_dirty(0);
   queue(Event::Type::kSaved, record, id);
   change.keep();
@@ -102,11 +102,11 @@ STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
 
 void RecordStore::remove(Model& model, const Record& record) {
   const com::Ptr<IModelDatabase> database(owner_);
-  require_text(record, Piece::kTable, record.kind().table);
-  require_text(record, Piece::kKeyColumn, record.kind().key);
+  require_text(record, host::SqlPiece::kTable, record.kind().table);
+  require_text(record, host::SqlPiece::kKeyColumn, record.kind().key);
   begin_change(true);
   Change change(log_, *model.database());
-  record.file_operation(database.get(), FileOp::kDelete, true, true);
+  record.file_operation(database.get(), host::FileOp::kDelete, true, true);
   if (!record.table().remove(*model.database(), record.id())) {
     fail(kItemNotFound, record.name() + L" is not in the model, so that it cannot be deleted.");
   }

@@ -59,13 +59,13 @@ void fail_on_value(const Record& record, std::wstring_view text, std::wstring_vi
 
 }  // namespace
 
-void require_text(const Record& record, Piece piece, std::wstring_view expected) {
+void require_text(const Record& record, host::SqlPiece piece, std::wstring_view expected) {
   const com::Bstr text = record.text(piece);
   if (text.view() != expected) fail_on_text(record, L"its text", text.view());
 }
 
 template <class Append>
-void RowValues::read(const Record& record, Piece piece, Append append) {
+void RowValues::read(const Record& record, host::SqlPiece piece, Append append) {
   // Before the text: reading the property trims what the text will show.
   description_ = record.description();
   text_ = record.text(piece);
@@ -82,15 +82,15 @@ void RowValues::read(const Record& record, Piece piece, Append append) {
 }
 
 void RowValues::read_for_insert(const Record& record) {
-  require_text(record, Piece::kTable, record.kind().table);
-  require_text(record, Piece::kColumns, record.table().column_list());
-  read(record, Piece::kValues, append_values);
+  require_text(record, host::SqlPiece::kTable, record.kind().table);
+  require_text(record, host::SqlPiece::kColumns, record.table().column_list());
+  read(record, host::SqlPiece::kValues, append_values);
 }
 
 void RowValues::read_for_update(const Record& record) {
-  require_text(record, Piece::kTable, record.kind().table);
-  require_text(record, Piece::kKeyColumn, record.kind().key);
-  read(record, Piece::kAssignments, append_assignments);
+  require_text(record, host::SqlPiece::kTable, record.kind().table);
+  require_text(record, host::SqlPiece::kKeyColumn, record.kind().key);
+  read(record, host::SqlPiece::kAssignments, append_assignments);
   if (bound_.text != record.table().assignments()) {
     fail_on_text(record, L"its row", text_.view());
   }

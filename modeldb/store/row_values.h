@@ -22,7 +22,7 @@ class RowValues {
 
  private:
   template <class Append>
-  void read(const Record& record, Piece piece, Append append);
+  void read(const Record& record, host::SqlPiece piece, Append append);
 
   // Kept from record to record, for their capacity and since the values refer to them.
   com::Bstr description_;
@@ -31,6 +31,6 @@ class RowValues {
 };
 
 /// Raises, with a sentence, unless the record's `piece` is `expected`.
-void require_text(const Record& record, Piece piece, std::wstring_view expected);
+void require_text(const Record& record, host::SqlPiece piece, std::wstring_view expected);
 
 }  // namespace modeldb
