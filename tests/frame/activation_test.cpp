@@ -4,66 +4,17 @@
 #include <gtest/gtest.h>
 #include <orv_node.h>
 
-#include <fstream>
 #include <string>
 
 #include "com/type_description.h"
-#include "tests/frame/copied_files.h"
+#include "tests/frame/copied_program.h"
 #include "tests/host/apartment.h"
 #include "tests/host/late_bound.h"
 #include "tests/kinds/kind.h"
 
 namespace {
 
-constexpr const char* kProgramManifest = R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
-<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
-  <assemblyIdentity type="win32" name="program" version="1.0.0.0"/>
-  <dependency>
-    <dependentAssembly>
-      <assemblyIdentity type="win32" name="orv_node.sxs" version="1.0.0.0"
-                        processorArchitecture="*"/>
-    </dependentAssembly>
-  </dependency>
-</assembly>
-)";
-
-/// A program that was put on the machine by copying: its manifest, the module and the module's
-/// assembly manifest. Its activation context is what that manifest describes.
-class Program {
- public:
-  Program() {
-    const std::wstring manifest = files_.file(L"program.manifest");
-    const std::wstring folder = files_.path();
-    std::ofstream(std::filesystem::path(manifest)) << kProgramManifest;
-    ACTCTXW description{};
-    description.cbSize = sizeof description;
-    description.dwFlags = ACTCTX_FLAG_ASSEMBLY_DIRECTORY_VALID;
-    description.lpSource = manifest.c_str();
-    description.lpAssemblyDirectory = folder.c_str();
-    context_ = CreateActCtxW(&description);
-  }
-  ~Program() { ReleaseActCtx(context_); }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-
-  [[nodiscard]] HANDLE context() const { return context_; }
-
- private:
-  frame::CopiedFiles files_{L"orv program", {L"orv_node.dll", L"orv_node.sxs.manifest"}};
-  HANDLE context_;
-};
-
-/// A thread's use of a context, from here to the end of the scope.
-class Activated {
- public:
-  explicit Activated(HANDLE context) { ActivateActCtx(context, &cookie_); }
-  ~Activated() { DeactivateActCtx(0, cookie_); }
-  Activated(const Activated&) = delete;
-  Activated& operator=(const Activated&) = delete;
-
- private:
-  ULONG_PTR cookie_ = 0;
-};
+using frame::Activated;
 
 class RegistrationFree : public testing::Test {
  protected:
@@ -81,7 +32,7 @@ class RegistrationFree : public testing::Test {
     return create(clsid);
   }
 
-  const Program program_;
+  const frame::CopiedProgram program_{L"orv program", {L"orv_node"}};
   // Left first, which unloads the module, so that its file can be deleted.
   const server::Apartment apartment_;
 };

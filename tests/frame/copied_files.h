@@ -12,10 +12,10 @@ namespace frame {
 /// users; for as long as this lives.
 class CopiedFiles {
  public:
-  CopiedFiles(const std::wstring& folder, const std::vector<const wchar_t*>& names)
+  CopiedFiles(const std::wstring& folder, const std::vector<std::wstring>& names)
       : folder_(std::filesystem::path(server::environment(L"TEMP")) / folder) {
     std::filesystem::create_directories(folder_);
-    for (const wchar_t* const name : names) {
+    for (const std::wstring& name : names) {
       CopyFileW(server::built_file(name).c_str(), file(name).c_str(), FALSE);
     }
   }
@@ -27,7 +27,9 @@ class CopiedFiles {
   CopiedFiles& operator=(const CopiedFiles&) = delete;
 
   [[nodiscard]] std::wstring path() const { return folder_.wstring(); }
-  [[nodiscard]] std::wstring file(const wchar_t* name) const { return (folder_ / name).wstring(); }
+  [[nodiscard]] std::wstring file(const std::wstring& name) const {
+    return (folder_ / name).wstring();
+  }
 
  private:
   std::filesystem::path folder_;

@@ -17,7 +17,7 @@ inline std::wstring environment(const wchar_t* name) {
 }
 
 /// Full path of a file that the build made for users: it lies in the folder ORV_OUT_DIR.
-inline std::wstring built_file(const wchar_t* name) {
+inline std::wstring built_file(const std::wstring& name) {
   const std::wstring path = environment(L"ORV_OUT_DIR") + L"\\" + name;
   wchar_t full[MAX_PATH];
   return {full, GetFullPathNameW(path.c_str(), MAX_PATH, full, nullptr)};

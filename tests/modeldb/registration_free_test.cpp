@@ -1,61 +1,15 @@
 // Use without registration: a program whose manifest names the assemblies of both modules. Runs in
 // a Wine prefix of its own, in which no module is registered.
 
-#include <windows.h>
-
-#include <filesystem>
-#include <fstream>
-
-#include "tests/frame/copied_files.h"
+#include "tests/frame/copied_program.h"
 #include "tests/modeldb/model_test.h"
 
 namespace {
 
-constexpr const char* kProgramManifest = R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
-<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
-  <assemblyIdentity type="win32" name="program" version="1.0.0.0"/>
-  <dependency>
-    <dependentAssembly>
-      <assemblyIdentity type="win32" name="orv_node.sxs" version="1.0.0.0"
-                        processorArchitecture="*"/>
-    </dependentAssembly>
-  </dependency>
-  <dependency>
-    <dependentAssembly>
-      <assemblyIdentity type="win32" name="orv_modeldb.sxs" version="1.0.0.0"
-                        processorArchitecture="*"/>
-    </dependentAssembly>
-  </dependency>
-</assembly>
-)";
-
-/// The folder of a program that was put on the machine by copying, and this thread's use of the
-/// program's manifest, from here to the end of the scope.
+/// This thread's use of the manifest of a program that was copied here with both modules.
 class CopiedProgram {
- public:
-  CopiedProgram() {
-    const std::wstring manifest = files_.file(L"program.manifest");
-    std::ofstream(std::filesystem::path(manifest)) << kProgramManifest;
-    ACTCTXW description{};
-    description.cbSize = sizeof description;
-    description.lpSource = manifest.c_str();
-    context_ = CreateActCtxW(&description);
-    EXPECT_NE(context_, INVALID_HANDLE_VALUE) << GetLastError();
-    EXPECT_TRUE(ActivateActCtx(context_, &cookie_));
-  }
-  ~CopiedProgram() {
-    DeactivateActCtx(0, cookie_);
-    ReleaseActCtx(context_);
-  }
-  CopiedProgram(const CopiedProgram&) = delete;
-  CopiedProgram& operator=(const CopiedProgram&) = delete;
-
- private:
-  const frame::CopiedFiles files_{
-      L"orv modeldb program",
-      {L"orv_node.dll", L"orv_node.sxs.manifest", L"orv_modeldb.dll", L"orv_modeldb.sxs.manifest"}};
-  HANDLE context_ = nullptr;
-  ULONG_PTR cookie_ = 0;
+  const frame::CopiedProgram program_{L"orv modeldb program", {L"orv_node", L"orv_modeldb"}};
+  const frame::Activated activated_{program_.context()};
 };
 
 TEST(RegistrationFreeTest, NothingIsThereWithoutTheManifest) {
