@@ -45,6 +45,31 @@ struct Vertices {
   std::vector<std::array<double, 3>> coordinates;
 };
 
+/// The card of a deck from which the records of a set came.
+struct SetSource {
+  std::string table;  ///< of the set: "LoadSets" or "ConstraintSets"
+  Key set = 0;
+  int step = 0;            ///< 0: the model part, before the first step
+  std::string keyword;     ///< in capitals without blanks: "CLOAD"
+  std::string parameters;  ///< "OP=NEW, AMPLITUDE=A1"
+  std::int32_t line = 0;   ///< of the first such card, from 1
+};
+
+/// What a number in the records stands for.
+struct Numbered {
+  Key number = 0;
+  std::string name;
+};
+
+/// Where the records of a model came from.
+struct Source {
+  std::string deck;      ///< name of the deck; empty: the model does not come from a deck
+  std::string checksum;  ///< SHA-256 of its bytes, hexadecimal
+  std::vector<SetSource> sets;
+  std::vector<Numbered> amplitudes;  ///< by MultiplierTableID; from 2, as 1 is that of new records
+  std::vector<Numbered> transforms;  ///< by CoordinateSystemID; from 1, named by their node sets
+};
+
 /// What a model holds of nodal loads and constraints, apart from the database it lies in.
 struct Content {
   Vertices vertices;
