@@ -19,29 +19,30 @@ Batch::Batch(IDispatch* argument) {
 }
 
 void Batch::begin() const {
-  com::require(store_);
-  com::check(store_->EventsEnabled(kSuspend), store_);
+  call(store_, [](IRecordStore& store) { return store.EventsEnabled(kSuspend); });
   execute(L"BEGIN TRANSACTION");
 }
 
 void Batch::commit() const { execute(L"COMMIT TRANSACTION"); }
 
-void Batch::resume_events() const { com::check(store_->EventsEnabled(kResume), store_); }
+void Batch::resume_events() const {
+  call(store_, [](IRecordStore& store) { return store.EventsEnabled(kResume); });
+}
 
 void Batch::notify_saved(long event, const com::Variant& ids) const {
-  com::check(store_->RecordsSaved(event, ids), store_);
+  call(store_, [&](IRecordStore& store) { return store.RecordsSaved(event, ids); });
 }
 
 void Batch::notify_deleted(long event, const com::Variant& ids) const {
-  com::check(store_->RecordsDeleted(event, ids), store_);
+  call(store_, [&](IRecordStore& store) { return store.RecordsDeleted(event, ids); });
 }
 
 void Batch::execute(std::wstring_view statement) const {
   const com::Bstr text(statement);
-  com::require(connection_);
   com::Ptr<_Recordset> ignored;
-  com::check(connection_->Execute(text.get(), nullptr, adExecuteNoRecords, ignored.put()),
-             connection_);
+  call(connection_, [&](Connection15& connection) {
+    return connection.Execute(text.get(), nullptr, adExecuteNoRecords, ignored.put());
+  });
 }
 
 }  // namespace orv

@@ -24,6 +24,13 @@ class Batch {
 
  private:
   void execute(std::wstring_view statement) const;
+  /// Calls an object of the host, and raises its failure. What an earlier failure left on the
+  /// thread, such as that of a record that was passed over, is not taken for words of this one.
+  template <class Object, class Call>
+  static void call(const com::Ptr<Object>& object, Call&& member) {
+    SetErrorInfo(0, nullptr);
+    com::check(member(*com::require(object)), object);
+  }
 
   com::Ptr<IRecordStore> store_;
   com::Ptr<Connection15> connection_;

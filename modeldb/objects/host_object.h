@@ -65,6 +65,7 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
   STDMETHODIMP Save(IDispatch* pModelDatabase, VARIANT vCascadeDown, VARIANT vCascadeUp) override {
     return com::boundary([&] {
       if (complete(pModelDatabase)) {
+        if (dirty_ != 0) keep_for_undo(pModelDatabase);
         dirty_ = 0;
         return S_OK;
       }
@@ -91,6 +92,7 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
           complete(pModelDatabase);
           break;
         case host::FileOp::kAfterSave:
+          keep_for_undo(pModelDatabase);
           image_.commit();
           remember(pModelDatabase);
           break;
@@ -159,6 +161,20 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
                                 quoted(model) + L" " + object + L" is " + quoted(row.text(0)) +
                                 L". Set its ID to 0 to save it there as a new one, or take the one "
                                 L"that this model has.");
+  }
+
+  /// What is about to be taken for stored is not, should it be rolled back.
+  void keep_for_undo(IDispatch* model_database) {
+    if (const auto store = own_store(model_database)) {
+      store->keep_for_undo([object = com::Ptr<Self>(&self()), image = image_, home = home_,
+                            dirty = dirty_] { object->take_back(image, home, dirty); });
+    }
+  }
+
+  void take_back(const RowImage& image, const std::wstring& home, long dirty) {
+    image_.take_back(image);
+    home_ = home;
+    dirty_ = dirty;
   }
 
   void remember(IDispatch* model_database) {

@@ -38,6 +38,12 @@ bool RowImage::Value<T>::complete(T stored) {
   return current == saved;
 }
 
+template <class T>
+void RowImage::Value<T>::take_back(const Value& before) {
+  saved = before.saved;
+  if (origin == Origin::kStored && before.origin == Origin::kPut) origin = Origin::kPut;
+}
+
 void RowImage::change_row(bool is_new) {
   description_.change_row(is_new);
   for (auto& number : numbers(*this)) number.change_row(is_new);
@@ -60,6 +66,12 @@ bool RowImage::was_stored_as(const Statement& row) const {
 void RowImage::commit() {
   description_.store(description_.current);
   for (auto& number : numbers(*this)) number.store(number.current);
+}
+
+void RowImage::take_back(const RowImage& before) {
+  description_.take_back(before.description_);
+  auto earlier = numbers(before).begin();
+  for (auto& number : numbers(*this)) number.take_back(*earlier++);
 }
 
 template <class Pick>

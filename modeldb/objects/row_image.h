@@ -47,6 +47,9 @@ class RowImage {
   [[nodiscard]] bool was_stored_as(const Statement& row) const;
   /// Everything is stored as it is now.
   void commit();
+  /// What was stored since `before` is not: the values stay, but those that were put count as put
+  /// again.
+  void take_back(const RowImage& before);
 
   /// What SqlString answers.
   [[nodiscard]] com::Bstr text(long code) const;
@@ -70,6 +73,7 @@ class RowImage {
     }
     void change_row(bool is_new);
     bool complete(T stored);
+    void take_back(const Value& before);
   };
 
   /// The numbers that the table has columns for.

@@ -1,9 +1,13 @@
 #include "modeldb/store/change_log.h"
 
+#include <utility>
+
 #include "com/error.h"
 
 namespace modeldb {
 namespace {
+
+void undo(const ChangeLog::Undo& undo) { undo(); }
 
 void undo(const ChangeLog::Touched& touched) {
   const Record& record = touched.record;
@@ -15,14 +19,18 @@ void undo(const ChangeLog::Touched& touched) {
 }  // namespace
 
 void ChangeLog::undo_touches(std::size_t first) noexcept {
+  const bool outer = std::exchange(is_undoing, true);
   while (touched.size() > first) {
+    // Taken out before its object is called, which may close the model and so come here again.
+    const auto last = std::move(touched.back());
+    touched.pop_back();
     try {
-      undo(touched.back());
+      std::visit([](const auto& touch) { undo(touch); }, last);
     } catch (...) {
       // The failure that led here is the one to report.
     }
-    touched.pop_back();
   }
+  is_undoing = outer;
 }
 
 Change::~Change() {

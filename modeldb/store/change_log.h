@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <variant>
 #include <vector>
 
 #include "modeldb/engine/savepoint.h"
@@ -25,9 +27,14 @@ struct ChangeLog {
     long dirty;
   };
 
+  /// What an object of the model's own does to take back what it was given.
+  using Undo = std::function<void()>;
+
   int depth = 0;
-  std::vector<Touched> touched;
+  std::vector<std::variant<Touched, Undo>> touched;
   std::vector<Event> events;
+  /// Objects are being given back what they had. What they save or delete meanwhile is refused.
+  bool is_undoing = false;
 
   /// Gives back to the records from `first` on what they had before, the last first, and forgets
   /// them.

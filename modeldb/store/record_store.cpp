@@ -71,7 +71,7 @@ void RecordStore::save(Model& model, const Record& record, bool cascade_down, bo
   const long dirty_before = record.dirty();
   record.file_operation(database.get(), host::FileOp::kBeforeSave, cascade_down, cascade_up);
   const long id = write_row(*model.database(), record);
-  log_.touched.push_back({record, id, dirty_before});
+  log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before});
   if (record.id() == 0) record.set_id(id);
   record.file_operation(database.get(), host::FileOp::kAfterSave, cascade_down, cascade_up);
   record.set_dirty(0);
@@ -114,7 +114,18 @@ void RecordStore::remove(Model& model, const Record& record) {
   change.keep();
 }
 
+void RecordStore::keep_for_undo(ChangeLog::Undo undo) {
+  if (is_changing() || model()->database()->in_transaction()) {
+    log_.touched.emplace_back(std::move(undo));
+  }
+}
+
 void RecordStore::begin_change(bool record_by_record) {
+  if (log_.is_undoing) {
+    fail(kIllegalOperation,
+         L"A transaction is being rolled back, and its records are given back what they had. "
+         L"Nothing can be saved or deleted until that is done.");
+  }
   if (is_changing()) return;
   record_by_record_ = record_by_record && !suspended_ && !listeners_.empty();
 }
@@ -156,6 +167,8 @@ STDMETHODIMP RecordStore::EventsEnabled(long flag) {
 }
 
 void RecordStore::on_transaction(TransactionEvent event) noexcept {
+  // A record that is given its ID back may close the model, which lets its store go.
+  const com::Ptr<RecordStore> self(this);
   suspended_ = false;
   if (event == TransactionEvent::kCommitted) log_.touched.clear();
   if (event == TransactionEvent::kRolledBack) log_.undo_touches();

@@ -38,6 +38,10 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   void change_together(Work&& work);
   [[nodiscard]] bool is_changing() const { return log_.depth > 0; }
 
+  /// Notes how an object takes back what it is being given, should the change or transaction that
+  /// is under way be undone. `undo` may raise; that is passed over.
+  void keep_for_undo(ChangeLog::Undo undo);
+
   // IRecordStore
 
   /// Inserts the row of a record whose ID is 0 and gives it its key; otherwise updates the row with
@@ -70,6 +74,7 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   void remove(Model& model, const Record& record);
 
   /// Decides, before an outermost change begins, whether it is notified of record by record.
+  /// kIllegalOperation: an earlier change is just being undone.
   void begin_change(bool record_by_record);
   /// Notes a notification that is due once the outermost change is kept.
   void queue(Event::Type type, const Record& record, long id);

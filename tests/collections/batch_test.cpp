@@ -113,6 +113,14 @@ TEST_F(BatchTest, DeleteRunsInOneTransactionWithOneNotificationWhateverSingleCal
                batch_lines("Delete a", "Delete b", "RecordsDeleted 19 1D from 0: 5 3"));
 }
 
+TEST_F(BatchTest, WordsOfARecordThatFailedAreNotTakenForThoseOfTheTransaction) {
+  add_two();
+  host.journal.fail("RecordStore.Save a", E_FAIL, L"of the record");
+  host.journal.fail("Connection.Execute COMMIT", E_ABORT);
+  EXPECT_EQ(save(), E_ABORT);
+  EXPECT_EQ(fake::take_error_words(), "");
+}
+
 TEST_F(BatchTest, DeleteEmptiesTheCollectionOnceTheRecordsAreTold) {
   add_two();
   host.journal.fail("Connection.Execute BEGIN", E_ABORT);

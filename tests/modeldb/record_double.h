@@ -29,6 +29,8 @@ class RecordDouble final : public IPersistentObject {
        L"Vy = 0, Vz = -1, CoordinateSystemID = 0"}};
   /// What FileOpHelper does and answers, by its code.
   std::map<long, std::function<HRESULT(IDispatch* database)>> file_operations;
+  /// What it does when its ID is put.
+  std::function<void()> on_put_id = [] {};
 
   std::vector<std::string> calls;
 
@@ -58,6 +60,7 @@ class RecordDouble final : public IPersistentObject {
   STDMETHODIMP put_ID(long value) override {
     calls.push_back("ID=" + std::to_string(value));
     id = value;
+    on_put_id();
     return S_OK;
   }
   STDMETHODIMP get_IsDirty(long* value) override {

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "tests/modeldb/model_test.h"
+#include "tests/modeldb/record_double.h"
 
 namespace {
 
@@ -12,9 +13,10 @@ using ::testing::HasSubstr;
 
 class TransactionTest : public model_test::ModelTest {
  protected:
-  long dirty(const com::Ptr<INodalForce>& force) {
+  template <class Object>
+  long dirty(const com::Ptr<Object>& object) {
     long dirty = -1;
-    force->get_IsDirty(&dirty);
+    object->get_IsDirty(&dirty);
     return dirty;
   }
   bool is_modified() {
@@ -74,6 +76,56 @@ TEST_F(TransactionTest, RollbackLeavesWhatItDidNotGive) {
 
   ASSERT_EQ(save(known), S_OK);
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "7");
+}
+
+TEST_F(TransactionTest, RollbackMakesSetsAndVerticesDirtyAgain) {
+  const auto wind = make_load_set(L"Wind");
+  const auto tip = create<Vertex, ICoordinateVertex>();
+  ASSERT_EQ(save(wind), S_OK);
+  ASSERT_EQ(save(tip), S_OK);
+  const auto same = create<LoadSet, ILoadSet>();
+  same->put_ID(id_of(wind));
+  const auto moved = create<Vertex, ICoordinateVertex>();
+  moved->put_ID(id_of(tip));
+  moved->put_X(5);
+  wind->put_Description(bstr(L"Gale").get());
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(same), S_OK) << "the model has it as it is";
+  ASSERT_EQ(save(wind), S_OK);
+  ASSERT_EQ(save(moved), S_OK);
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(dirty(same), 1);
+  EXPECT_EQ(dirty(wind), 1);
+  EXPECT_EQ(dirty(moved), 1);
+
+  // What was put is not lost: the next save writes it.
+  ASSERT_EQ(save(wind), S_OK);
+  ASSERT_EQ(save(moved), S_OK);
+  EXPECT_EQ(value(L"SELECT LoadSets.Description || X FROM LoadSets, Vertices"), "Gale5.0");
+}
+
+TEST_F(TransactionTest, RecordThatSavesAnotherWhileItsKeyIsTakenBackIsRefused) {
+  model_test::RecordDouble record;
+  const auto first = make_force(1);
+  const auto other = make_force(2);
+  ASSERT_EQ(execute(L"INSERT INTO Vertices (VertexID) VALUES (12)"), S_OK);
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(first), S_OK);
+  ASSERT_EQ(store()->SaveRecord(&record, com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  record.on_put_id = [&] { EXPECT_SENTENCE(save(other), HasSubstr("being rolled back")); };
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(record.id, 0);
+  EXPECT_EQ(id_of(first), 0);
+  EXPECT_EQ(id_of(other), 0);
+
+  // Nor does a record harm anybody that closes the model there.
+  record.on_put_id = [] {};
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(first), S_OK);
+  ASSERT_EQ(store()->SaveRecord(&record, com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  record.on_put_id = [&] { database->Close(); };
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(id_of(first), 0);
 }
 
 TEST_F(TransactionTest, CommitKeepsWhatALaterRollbackCannotTakeBack) {
