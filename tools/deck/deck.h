@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -12,6 +13,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "tools/deck/node_index.h"
 #include "tools/mesh/mesh.h"
 
 /// Solver input decks: reading, what their cards mean, and writing them back. All texts are UTF-8.
@@ -88,6 +90,7 @@ struct Transform {
   std::size_t line = 0;  ///< index into Deck::lines
   std::string set;
   bool is_cylindrical = false;
+  std::array<double, 6> points{};  ///< the two points that give its axes
 };
 
 /// A deck: its lines, and what they mean. Moving it keeps the lines valid, copying does not.
@@ -103,6 +106,7 @@ struct Deck {
   std::vector<Card> cards;
 
   mesh::Mesh mesh;
+  NodeIndex index_of_node;  ///< into the nodes of the mesh
   std::int32_t highest_node = 0;
   std::unordered_set<std::int32_t> network_nodes;  ///< of network and flow elements
   std::unordered_map<std::string, NodeSet> sets;   ///< names in capitals

@@ -12,6 +12,8 @@ struct ExportOptions {
   /// Accept a deck that is not the one from which the records came: cards are found by step,
   /// keyword and parameters, amplitudes by name.
   bool other_deck = false;
+  /// Write a row for every record, even where a line of the deck says the same already.
+  bool every_row = false;
 };
 
 /// A number for which 20 characters, all that the solver reads, are too few.

@@ -1,0 +1,67 @@
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+#include "tests/deck/fuzz.h"
+#include "tools/deck/deck.h"
+#include "tools/deck/export.h"
+#include "tools/deck/import.h"
+
+namespace {
+
+/// What stands behind this byte is the file that the deck includes, whatever it is called.
+constexpr char kFileEnd = '\x01';
+
+void expect(bool condition, const char* what) {
+  if (condition) return;
+  std::fprintf(stderr, "%s\n", what);
+  std::abort();
+}
+
+deck::Deck read(const std::string& text, const std::string& included) {
+  return deck::read("d.inp", [&](const std::string& path) -> std::optional<std::string> {
+    if (path == "d.inp") return text;
+    return included.empty() ? std::nullopt : std::optional(included);
+  });
+}
+
+/// The records that a deck gives after it was written are those that went into it.
+void expect_same_records(const deck::Imported& before, const deck::Imported& after) {
+  for (std::size_t i = 0; i < before.content.tables.size(); ++i) {
+    const content::Table& a = before.content.tables[i];
+    const content::Table& b = after.content.tables[i];
+    expect(a.vertices == b.vertices, "other vertices");
+    expect(a.values == b.values, "other values");
+    expect(a.set_ids.size() == b.set_ids.size(), "other sets");
+  }
+}
+
+}  // namespace
+
+void try_deck(const std::string& bytes) {
+  const std::size_t end = bytes.find(kFileEnd);
+  const std::string text = bytes.substr(0, end);
+  const std::string included = end == std::string::npos ? "" : bytes.substr(end + 1);
+  try {
+    const deck::Deck deck = read(text, included);
+    deck::Imported imported = deck::import(deck);
+    const deck::Exported same = deck::write(deck, imported.content, imported.source);
+    expect(same.refusals.empty() && same.text == text, "the unchanged deck was written otherwise");
+
+    const deck::Exported rows =
+        deck::write(deck, imported.content, imported.source, {.every_row = true});
+    expect(rows.refusals.empty(), "a record of the deck was refused");
+    if (rows.rounded.empty())
+      expect_same_records(imported, deck::import(read(rows.text, included)));
+
+    for (content::Table& table : imported.content.tables) {
+      for (double& value : table.values) value = value == 1 ? 1 : value * 1.5;
+      if (table.size() > 1) table.vertices[0] = table.vertices[1];
+    }
+    deck::write(deck, imported.content, imported.source);
+    imported.content.set_tables.clear();
+    deck::write(deck, imported.content, imported.source);
+  } catch (const deck::Error&) {
+    // A sentence is all that such a deck deserves.
+  }
+}

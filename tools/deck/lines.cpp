@@ -1,0 +1,198 @@
+#include "tools/deck/lines.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+
+#include "tools/deck/fields.h"
+
+namespace deck {
+namespace {
+
+/// The solver reads so many characters of a line, and then the rest as a line of its own.
+constexpr std::size_t kLongestLine = 1319;
+
+/// Cards that begin a step where *STEP is missing behind *END STEP.
+constexpr auto kProcedures = std::to_array<std::string_view>(
+    {"STATIC", "DYNAMIC", "FREQUENCY", "BUCKLE", "HEATTRANSFER", "MODALDYNAMIC",
+     "STEADYSTATEDYNAMICS", "COUPLEDTEMPERATURE", "UNCOUPLEDTEMPERATURE", "VISCO",
+     "ELECTROMAGNETICS", "CFD", "COMPLEXFREQUENCY", "SENSITIVITY", "GREEN", "SUBSTRUCTUREGENERATE",
+     "CRACKPROPAGATION"});
+
+enum class Sort { kEmpty, kComment, kKeyword, kData };
+
+Sort sort_of(std::string_view line) {
+  std::size_t at = 0;
+  const auto skip = [&] {
+    while (at < line.size() && is_blank(line[at])) ++at;
+  };
+  skip();
+  if (at == line.size()) return Sort::kEmpty;
+  if (line[at] != '*') return Sort::kData;
+  ++at;
+  skip();
+  return at < line.size() && line[at] == '*' ? Sort::kComment : Sort::kKeyword;
+}
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && (is_blank(text.front()) || text.front() == '"')) text.remove_prefix(1);
+  while (!text.empty() && (is_blank(text.back()) || text.back() == '"')) text.remove_suffix(1);
+  return text;
+}
+
+class LineReader {
+ public:
+  LineReader(Deck& deck, const OpenFile& open) : deck_(deck), open_(open) {}
+
+  /// `from` is the line that includes the file; null for the deck itself.
+  void read_file(const std::string& path, const Line* from) {
+    std::optional<std::string> bytes = open_(path);
+    if (!bytes) refuse(from, path, "The file '" + path + "' cannot be opened.");
+    if (std::find(open_paths_.begin(), open_paths_.end(), path) != open_paths_.end()) {
+      refuse(from, path, "The file '" + path + "' includes itself.");
+    }
+    if (open_paths_.size() > kDeepest) {
+      refuse(from, path, "Files include one another more than 100 deep.");
+    }
+    deck_.files.push_back(std::make_unique<File>(File{path, std::move(*bytes)}));
+    if (deck_.files.size() > kMostFiles) {
+      refuse(from, path, "The deck includes more than 10,000 files.");
+    }
+    open_paths_.push_back(path);
+    split(static_cast<std::uint32_t>(deck_.files.size() - 1));
+    open_paths_.pop_back();
+  }
+
+  void end_cards() {
+    if (!deck_.cards.empty()) deck_.cards.back().end = deck_.lines.size();
+    if (!deck_.cards.empty()) return;
+    throw Error(deck_.files.front()->path +
+                ": No line begins with an asterisk and a keyword; this is not a deck.");
+  }
+
+ private:
+  static constexpr std::size_t kDeepest = 100;
+  static constexpr std::size_t kMostFiles = 10000;
+
+  [[noreturn]] void refuse(const Line* from, const std::string& path, const std::string& reason) {
+    if (from == nullptr) throw Error(path + ": " + reason);
+    throw Error(Remark{deck_.files[from->file]->path, from->number, reason}.text());
+  }
+
+  void split(std::uint32_t file) {
+    const std::string& bytes = deck_.files[file]->bytes;
+    const char* at = bytes.data();
+    const char* const end = at + bytes.size();
+    for (std::uint32_t number = 1; at != end; ++number) {
+      const auto* newline =
+          static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+      const char* next = newline == nullptr ? end : newline + 1;
+      add_line(file, number, at, next);
+      at = next;
+    }
+  }
+
+  void add_line(std::uint32_t file, std::uint32_t number, const char* at, const char* end) {
+    const auto size = static_cast<std::size_t>(end - at);
+    if (std::memchr(at, '\0', size) != nullptr) {
+      const Line line{at, 0, file, number};
+      refuse(&line, {}, "The line holds a byte 0; a deck is a text.");
+    }
+    const std::size_t characters = size - (size > 0 && end[-1] == '\n' ? 1 : 0);
+    if (characters > kLongestLine) {
+      deck_.remarks.push_back({deck_.files[file]->path, number,
+                               "The line has " + std::to_string(characters) +
+                                   " characters. The solver reads " + std::to_string(kLongestLine) +
+                                   " of them and takes the rest for a line of its own."});
+    }
+    std::size_t left = characters;
+    for (; left > kLongestLine; left -= kLongestLine, at += kLongestLine) {
+      add_piece(Line{at, kLongestLine, file, number});
+    }
+    add_piece(Line{at, static_cast<std::uint32_t>(end - at), file, number});
+  }
+
+  void add_piece(Line line) {
+    const Sort sort = sort_of(line.text());
+    line.is_data = sort == Sort::kData && !deck_.cards.empty();
+    deck_.lines.push_back(line);
+    if (sort != Sort::kKeyword) return;
+    if (compact(line.text()).starts_with("*INCLUDE")) {
+      include(line);
+    } else {
+      add_card(line);
+    }
+  }
+
+  void include(const Line& line) {
+    const std::string_view text = line.text();
+    const std::size_t equals = text.find('=');
+    std::string_view path;
+    if (equals != std::string_view::npos) {
+      path = text.substr(equals + 1);
+      path = trimmed(path.substr(0, path.find(',')));
+    }
+    if (path.empty()) refuse(&line, {}, "*INCLUDE names no file; INPUT= is missing.");
+    read_file(std::string(path), &line);
+  }
+
+  void add_card(const Line& line) {
+    if (!deck_.cards.empty()) deck_.cards.back().end = deck_.lines.size() - 1;
+    Card card;
+    card.first = deck_.lines.size() - 1;
+    const std::string characters = compact(line.text());
+    std::string_view rest(characters);
+    const auto next = [&rest] {
+      const std::size_t comma = std::min(rest.find(','), rest.size());
+      const std::string_view field = rest.substr(0, comma);
+      rest.remove_prefix(std::min(comma + 1, rest.size()));
+      return field;
+    };
+    card.keyword = next().substr(1);
+    while (!rest.empty()) {
+      const std::string_view field = next();
+      const std::size_t equals = std::min(field.find('='), field.size());
+      if (field.empty()) continue;
+      card.parameters.push_back({std::string(field.substr(0, equals)),
+                                 std::string(field.substr(std::min(equals + 1, field.size())))});
+    }
+    count_steps(card);
+    deck_.cards.push_back(std::move(card));
+  }
+
+  void count_steps(Card& card) {
+    const bool is_procedure =
+        std::any_of(kProcedures.begin(), kProcedures.end(),
+                    [&card](std::string_view keyword) { return card.is(keyword); });
+    if (card.is("STEP") || (is_procedure && deck_.steps > 0 && !within_step_)) {
+      ++deck_.steps;
+      within_step_ = true;
+    }
+    card.step = deck_.steps;
+    card.within_step = within_step_;
+    if (card.is("ENDSTEP")) within_step_ = false;
+  }
+
+  Deck& deck_;
+  const OpenFile& open_;
+  std::vector<std::string> open_paths_;
+  bool within_step_ = false;
+};
+
+}  // namespace
+
+std::string_view Line::text() const {
+  std::string_view text(bytes, size);
+  if (!text.empty() && text.back() == '\n') text.remove_suffix(1);
+  if (!text.empty() && text.back() == '\r') text.remove_suffix(1);
+  return text;
+}
+
+void read_lines(Deck& deck, const std::string& path, const OpenFile& open) {
+  LineReader reader(deck, open);
+  reader.read_file(path, nullptr);
+  reader.end_cards();
+}
+
+}  // namespace deck

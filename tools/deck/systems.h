@@ -1,0 +1,17 @@
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "tools/deck/deck.h"
+
+namespace deck {
+
+using Vector = std::array<double, 3>;
+
+/// The components of a vector of the global system in the system of a transform at a place; nothing
+/// where the transform has no axes.
+std::optional<Vector> components_in(const Transform& transform, const Vector& place,
+                                    const Vector& vector);
+
+}  // namespace deck
