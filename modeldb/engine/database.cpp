@@ -48,7 +48,7 @@ void Database::protect() {
       {SQLITE_DBCONFIG_DEFENSIVE, 1},      {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
       {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, {SQLITE_DBCONFIG_ENABLE_VIEW, 0},
       {SQLITE_DBCONFIG_DQS_DDL, 0},        {SQLITE_DBCONFIG_DQS_DML, 0},
-      {SQLITE_DBCONFIG_ENABLE_FKEY, 0}};
+      {SQLITE_DBCONFIG_ENABLE_FKEY, 1}};
   for (const auto& [option, value] : kSwitches) sqlite3_db_config(handle_, option, value, nullptr);
 
   constexpr std::pair<int, int> kLimits[] = {{SQLITE_LIMIT_LENGTH, kMaximumLength},
@@ -277,6 +277,15 @@ void Database::fail_with(int result, std::wstring_view sql) const {
                L". Only the rows of the model's tables can be read, and through the connection "
                L"changed.");
     case SQLITE_CONSTRAINT:
+      if (result == SQLITE_CONSTRAINT_TRIGGER) {
+        fail(kIntegrityViolation, statement + L" was not run: " + reason + L".");
+      }
+      if (result == SQLITE_CONSTRAINT_FOREIGNKEY) {
+        fail(kIntegrityViolation,
+             statement +
+                 L" was not run: it would link to a row that the model does not have, or "
+                 L"leave such a link behind. Save what is linked to first.");
+      }
       fail(kIntegrityViolation, statement +
                                     L" was not run, because its values break a rule of the "
                                     L"table: " +

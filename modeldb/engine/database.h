@@ -24,7 +24,7 @@ struct TextResult {
 /// A model database file, opened: its statements and transactions. Objects that work on it share it
 /// (std::shared_ptr); after close() each of their calls fails with kObjectClosed.
 ///
-/// Foreign keys are not enforced: a record whose ID is still 0 writes its link rows with 0.
+/// Foreign keys are enforced, statement by statement.
 /// A process that dies leaves the file as it was before the transaction that was open.
 class Database : public std::enable_shared_from_this<Database> {
  public:

@@ -3,6 +3,7 @@
 #include "modeldb/engine/ascii.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/schema/tables.h"
+#include "modeldb/schema/vertex_guard.h"
 
 namespace modeldb {
 namespace {
@@ -22,6 +23,7 @@ Model::Model(std::wstring_view location)
     : catalogue_(Catalogue::instance()), database_(open_database(location)) {
   try {
     make_tables(*database_, catalogue_);
+    guard_vertices(*database_, catalogue_);
     database_->mark_unchanged();
   } catch (...) {
     database_->close();

@@ -1,58 +1,69 @@
 #include "modeldb/schema/tables.h"
 
+#include <vector>
+
 #include "modeldb/engine/savepoint.h"
+#include "modeldb/schema/definition.h"
+#include "modeldb/schema/shape.h"
+#include "modeldb/schema/upgrade.h"
 
 namespace modeldb {
 namespace {
 
-const wchar_t* sql_type(ColumnType type) {
-  switch (type) {
-    case ColumnType::kInteger:
-      return L"INTEGER";
-    case ColumnType::kReal:
-      return L"REAL";
-    case ColumnType::kText:
-      return L"TEXT";
+/// The first version in which a link goes with its set.
+constexpr int kLinkRules = 2;
+
+/// What a file lacks of what the kinds need.
+struct Lack {
+  std::vector<TableDefinition> tables;
+  std::vector<TableDefinition> link_rules;
+  std::vector<IndexDefinition> indexes;
+  bool is_older = false;
+
+  [[nodiscard]] bool is_nothing() const {
+    return tables.empty() && link_rules.empty() && indexes.empty() && !is_older;
   }
-  return L"";
-}
+};
 
-std::wstring table_of(const Kind& kind) {
-  // AUTOINCREMENT: a key that was deleted is never given to another row, since scripts and events
-  // go on holding it.
-  std::wstring sql = L"CREATE TABLE IF NOT EXISTS " + kind.table + L" (" + kind.key +
-                     L" INTEGER PRIMARY KEY AUTOINCREMENT";
-  for (const Column& column : kind.columns) {
-    sql += L", " + column.name + L" " + sql_type(column.type);
+Lack lack_of(Database& database, const Catalogue& catalogue, const SchemaEntries& entries) {
+  const int version = database.schema_version();
+  Lack lack{.is_older = version != kSchemaVersion};
+  for (TableDefinition& table : table_definitions(catalogue)) {
+    const auto found = entries.find(table.name);
+    if (found == entries.end()) {
+      lack.tables.push_back(std::move(table));
+      continue;
+    }
+    if (require_shape(database, table, found->second) == Shape::kWithoutLinkRule) {
+      if (version >= kLinkRules) fail_without_link_rule(database, table);
+      lack.link_rules.push_back(std::move(table));
+    }
   }
-  return sql + L")";
+  for (IndexDefinition& index : index_definitions(catalogue)) {
+    if (!entries.contains(index.name)) lack.indexes.push_back(std::move(index));
+  }
+  return lack;
 }
 
-// Records write their links unchecked, also twice and with ID 0, so that a link table has no key.
-std::wstring link_table_of(const Kind& kind, const Kind& sets) {
-  return L"CREATE TABLE IF NOT EXISTS " + kind.link_table() + L" (" + sets.key + L" INTEGER, " +
-         kind.key + L" INTEGER)";
-}
-
-// Both columns: reading the sets of a record then needs the index alone.
-std::wstring link_index_of(const Kind& kind, const Kind& sets) {
-  return L"CREATE INDEX IF NOT EXISTS " + kind.link_table() + L"By" + kind.object + L" ON " +
-         kind.link_table() + L" (" + kind.key + L", " + sets.key + L")";
+void make(Database& database, const Lack& lack, const SchemaEntries& entries) {
+  for (const TableDefinition& table : lack.tables) database.execute(table.sql());
+  for (const TableDefinition& links : lack.link_rules) {
+    add_link_rule(database, links, entries.find(links.name)->second);
+  }
+  for (const IndexDefinition& index : lack.indexes) database.execute(index.sql());
+  if (lack.is_older) database.set_schema_version(kSchemaVersion);
 }
 
 }  // namespace
 
 void make_tables(Database& database, const Catalogue& catalogue) {
+  if (lack_of(database, catalogue, read_schema(database)).is_nothing()) return;
+  // Once more inside the transaction: another program may just have made what is lacking.
   Savepoint whole(database);
-  for (const Table& table : catalogue.tables()) {
-    const Kind& kind = table.kind();
-    database.execute(table_of(kind));
-    if (const Table* const sets = catalogue.find(kind.sets)) {
-      database.execute(link_table_of(kind, sets->kind()));
-      database.execute(link_index_of(kind, sets->kind()));
-    }
-  }
-  if (database.schema_version() != kSchemaVersion) database.set_schema_version(kSchemaVersion);
+  const SchemaEntries entries = read_schema(database);
+  make(database, lack_of(database, catalogue, entries), entries);
+  // Raises when what was made is still not what is needed, so that it is undone.
+  (void)lack_of(database, catalogue, read_schema(database));
   whole.release();
 }
 

@@ -5,11 +5,13 @@
 
 namespace modeldb {
 
-/// The version of the schema that make_tables makes.
-inline constexpr int kSchemaVersion = 1;
+/// The version of the schema that make_tables makes. Since 2 a link goes with its set.
+inline constexpr int kSchemaVersion = 2;
 
-/// Makes the tables that the model lacks, all or none: every table in a new file, and in an older
-/// file those of kinds that the server has learnt since.
+/// Makes what the model lacks, all or none: every table in a new file, and in an older file those
+/// of kinds that the server has learnt since, and the rules that it was made without. Writes
+/// nothing where nothing is lacking. Raises kCannotOpenFile, with a sentence, when another program
+/// gave a table a shape in which rows could get lost.
 void make_tables(Database& database, const Catalogue& catalogue);
 
 }  // namespace modeldb

@@ -110,6 +110,21 @@ void Record::file_operation(IModelDatabase* database, host::FileOp operation, bo
   check(result, doing(operation));
 }
 
+com::Ptr<IDispatch> Record::sets() const {
+  com::Bstr name(kind().sets);
+  BSTR text = name.get();
+  DISPID member = DISPID_UNKNOWN;
+  DISPPARAMS none{};
+  com::Variant sets;
+  if (FAILED(object_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &member)) ||
+      FAILED(object_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
+                             sets.put(), nullptr, nullptr)) ||
+      sets.type() != VT_DISPATCH) {
+    return nullptr;
+  }
+  return com::Ptr<IDispatch>(sets.get().pdispVal);
+}
+
 std::wstring Record::name() const {
   if (id_ == 0) return L"The new " + kind().object;
   return kind().object + L" " + std::to_wstring(id_);

@@ -40,6 +40,9 @@ class Record {
   void file_operation(IModelDatabase* database, host::FileOp operation, bool cascade_down,
                       bool cascade_up) const;
 
+  /// The sets that it belongs to; empty when it does not tell them.
+  [[nodiscard]] com::Ptr<IDispatch> sets() const;
+
   /// "NodalForce 12", or "The new NodalForce": for sentences.
   [[nodiscard]] std::wstring name() const;
 

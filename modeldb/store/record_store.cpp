@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "modeldb/engine/failure.h"
+#include "modeldb/store/refusal.h"
 
 namespace modeldb {
 namespace {
@@ -73,7 +74,11 @@ void RecordStore::save(Model& model, const Record& record, bool cascade_down, bo
   const long id = write_row(*model.database(), record);
   log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before});
   if (record.id() == 0) record.set_id(id);
-  record.file_operation(database.get(), host::FileOp::kAfterSave, cascade_down, cascade_up);
+  try {
+    record.file_operation(database.get(), host::FileOp::kAfterSave, cascade_down, cascade_up);
+  } catch (const com::Error& error) {
+    fail_to_link(error, *model.database(), model.catalogue(), record);
+  }
   record.set_dirty(0);
   queue(Event::Type::kSaved, record, id);
   change.keep();
@@ -100,6 +105,14 @@ STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
   });
 }
 
+bool RecordStore::remove_row(Model& model, const Record& record) {
+  try {
+    return record.table().remove(*model.database(), record.id());
+  } catch (const com::Error& error) {
+    fail_to_delete(error, *model.database(), model.catalogue(), record);
+  }
+}
+
 void RecordStore::remove(Model& model, const Record& record) {
   const com::Ptr<IModelDatabase> database(owner_);
   require_text(record, host::SqlPiece::kTable, record.kind().table);
@@ -107,7 +120,7 @@ void RecordStore::remove(Model& model, const Record& record) {
   begin_change(true);
   Change change(log_, *model.database());
   record.file_operation(database.get(), host::FileOp::kDelete, true, true);
-  if (!record.table().remove(*model.database(), record.id())) {
+  if (!remove_row(model, record)) {
     fail(kItemNotFound, record.name() + L" is not in the model, so that it cannot be deleted.");
   }
   queue(Event::Type::kDeleted, record, record.id());

@@ -72,6 +72,7 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   void save(Model& model, const Record& record, bool cascade_down, bool cascade_up);
   long write_row(Database& database, const Record& record);
   void remove(Model& model, const Record& record);
+  static bool remove_row(Model& model, const Record& record);
 
   /// Decides, before an outermost change begins, whether it is notified of record by record.
   /// kIllegalOperation: an earlier change is just being undone.

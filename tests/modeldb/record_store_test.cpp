@@ -157,6 +157,7 @@ TEST_F(RecordStoreTest, TableAndColumnsMustBeThoseOfTheKind) {
 }
 
 TEST_F(RecordStoreTest, RowGoesWhenItsLinksFail) {
+  ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID) VALUES (1)"), S_OK);
   record.file_operations[2] = [&](IDispatch*) {
     EXPECT_EQ(execute(L"INSERT INTO NodalForceLoadSets (LoadSetID, NodalForceID) VALUES (1, 1)"),
               S_OK);

@@ -62,6 +62,45 @@ TEST_F(SetsTest, SetOfAnotherModelIsNotTakenForAnotherOne) {
   other->Close();
 }
 
+TEST_F(SetsTest, DeletedSetTakesItsLinksAlong) {
+  const auto wind = make_load_set(L"Wind");
+  const auto force = make_force(1);
+  load_sets_of(force)->Add(wind.get());
+  ASSERT_EQ(save(force), S_OK);
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(wind->Delete(database.get()), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "0");
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "1");
+  ASSERT_EQ(execute(L"DELETE FROM LoadSets"), S_OK) << model_test::last_sentence();
+
+  // Another set of that number inherits nothing.
+  const auto snow = make_load_set(L"Snow");
+  snow->put_ID(id_of(wind));
+  ASSERT_EQ(save(snow), S_OK);
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "0");
+}
+
+TEST_F(SetsTest, LinkToASetThatTheModelLacksIsRefused) {
+  const auto set = make_load_set(L"Wind");
+  const auto force = make_force(1);
+  load_sets_of(force)->Add(set.get());
+  const auto save_without_sets = [&] {
+    return force->Save(database.get(), com::Variant::boolean(true), com::Variant::boolean(false));
+  };
+  EXPECT_SENTENCE(save_without_sets(), HasSubstr("The new NodalForce cannot be saved: it belongs "
+                                                 "to a new LoadSet that was not saved."));
+  set->put_ID(7);
+  EXPECT_SENTENCE(save_without_sets(), HasSubstr("LoadSet 7, which the model does not have."));
+  EXPECT_EQ(count(L"NodalForces"), "0");
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "0");
+  EXPECT_SENTENCE(
+      execute(L"INSERT INTO NodalForceLoadSets (LoadSetID, NodalForceID) VALUES (7, 1)"),
+      HasSubstr("link to a row that the model does not have"));
+  ASSERT_EQ(save(set), S_OK);
+  EXPECT_EQ(save_without_sets(), S_OK) << model_test::last_sentence();
+}
+
 TEST_F(SetsTest, CollectionSavesAllOfItAndDeletesAllOfIt) {
   const auto sets = create<ConstraintSets, IConstraintSets>();
   for (int index = 0; index < 3; ++index) {

@@ -98,6 +98,33 @@ TEST_F(VertexTest, CoordinateThatIsNoNumberIsRefused) {
   EXPECT_EQ(count(L"Vertices"), "0");
 }
 
+TEST_F(VertexTest, VertexThatRecordsStandOnStays) {
+  put_into_model(12);
+  ASSERT_EQ(save(force_at(12)), S_OK);
+  ASSERT_EQ(save(force_at(12)), S_OK);
+  const auto moment = create<NodalMoment, INodalMoment>();
+  com::Ptr<IDispatch> its_vertex;
+  moment->get_Vertex(its_vertex.put());
+  its_vertex.query<IVertex>()->put_ID(12);
+  ASSERT_EQ(save(moment), S_OK);
+
+  const auto vertex = create<Vertex, ICoordinateVertex>();
+  vertex->put_ID(12);
+  EXPECT_SENTENCE(vertex->Delete(database.get()),
+                  HasSubstr("Vertex 12 cannot be deleted, because records stand on it: "
+                            "2 NodalForces (1, 2), NodalMoment 1."));
+  for (const auto* const sql :
+       {L"DELETE FROM Vertices", L"UPDATE Vertices SET VertexID = 13 WHERE VertexID = 12"}) {
+    EXPECT_SENTENCE(execute(sql), HasSubstr("was not run: records stand on a vertex"));
+  }
+  EXPECT_EQ(vertices(), "12: 1.0 2.0 3.0 corner");
+
+  ASSERT_EQ(execute(L"DELETE FROM NodalForces"), S_OK);
+  ASSERT_EQ(moment->Delete(database.get()), S_OK);
+  EXPECT_EQ(vertex->Delete(database.get()), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(count(L"Vertices"), "0");
+}
+
 TEST_F(VertexTest, VertexTakenToAnotherModelTakesItsCoordinates) {
   put_into_model(12);
   const auto force = force_at(12);
