@@ -21,6 +21,10 @@ add_compile_options(
   $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=>
   $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>)
 
+if(NOT WIN32)
+  return()
+endif()
+
 # -static: GCC's runtime goes into the file, which then imports system DLLs only.
 add_link_options(-static -fstack-protector-strong
                  -Wl,--no-insert-timestamp -Wl,--dynamicbase -Wl,--nxcompat)

@@ -24,7 +24,10 @@ set(ORV_TEST_TIMEOUT 600)
 function(orv_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL" "" "SOURCES;LIBS")
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock_main ole32 oleaut32 uuid)
+  target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock_main)
+  if(WIN32)
+    target_link_libraries(${name} PRIVATE ole32 oleaut32 uuid)
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   orv_set_test_properties(${name} "${arg_RUN_SERIAL}")
 endfunction()
@@ -52,7 +55,9 @@ function(orv_script_test name)
 endfunction()
 
 function(orv_set_test_properties name run_serial)
-  set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED orv_modules
-                                          TIMEOUT ${ORV_TEST_TIMEOUT}
+  if(WIN32)
+    set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED orv_modules)
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ORV_TEST_TIMEOUT}
                                           RUN_SERIAL "${run_serial}")
 endfunction()
