@@ -23,9 +23,9 @@ class Box {
     block.ids.push_back(static_cast<int>(block.ids.size()) + 1);
     for (const Cell& corner : corners) block.nodes.push_back(node(corner));
     for (const auto& [a, b] : middles) {
-      block.nodes.push_back(node({(corners[a][0] + corners[b][0]) / 2,
-                                  (corners[a][1] + corners[b][1]) / 2,
-                                  (corners[a][2] + corners[b][2]) / 2}));
+      block.nodes.push_back(
+          node({(corners[a][0] + corners[b][0]) / 2, (corners[a][1] + corners[b][1]) / 2,
+                (corners[a][2] + corners[b][2]) / 2}));
     }
   }
 
@@ -85,8 +85,8 @@ mesh::Mesh box(const std::string& type, std::array<int, 3> cells, std::array<dou
     for (int y = 0; y < 2 * cells[1]; y += 2) {
       for (int z = 0; z < 2 * cells[2]; z += 2) {
         const std::array<Cell, 8> corners = {
-            Cell{x, y, z},         {x + 2, y, z},         {x + 2, y + 2, z},     {x, y + 2, z},
-            Cell{x, y, z + 2},     {x + 2, y, z + 2},     {x + 2, y + 2, z + 2}, {x, y + 2, z + 2}};
+            Cell{x, y, z},     {x + 2, y, z},     {x + 2, y + 2, z},     {x, y + 2, z},
+            Cell{x, y, z + 2}, {x + 2, y, z + 2}, {x + 2, y + 2, z + 2}, {x, y + 2, z + 2}};
         for (const auto& piece : cut.pieces) {
           std::vector<Cell> nodes;
           for (const int corner : piece) nodes.push_back(corners[corner]);

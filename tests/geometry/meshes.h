@@ -7,8 +7,8 @@
 
 namespace tests {
 
-/// A box from the origin with edges of the given lengths, cut into nx × ny × nz elements of one type:
-/// C3D8, C3D20, C3D6, C3D15, C3D4 or C3D10, whose names may have letters behind them.
+/// A box from the origin with edges of the given lengths, cut into nx × ny × nz elements of one
+/// type: C3D8, C3D20, C3D6, C3D15, C3D4 or C3D10, whose names may have letters behind them.
 mesh::Mesh box(const std::string& type, std::array<int, 3> cells,
                std::array<double, 3> lengths = {1, 1, 1});
 

@@ -47,24 +47,37 @@ constexpr std::array quadrangle8 = {with_middles({0, 4, 1, 5, 2, 6, 3, 7})};
 
 std::span<const ElementFace> faces_of_solid(std::size_t nodes) {
   switch (nodes) {
-    case 4: return tetrahedron;
-    case 5: return pyramid;
-    case 6: return wedge;
-    case 8: return hexahedron;
-    case 10: return tetrahedron10;
-    case 15: return wedge15;
-    case 20: return hexahedron20;
-    default: return {};
+    case 4:
+      return tetrahedron;
+    case 5:
+      return pyramid;
+    case 6:
+      return wedge;
+    case 8:
+      return hexahedron;
+    case 10:
+      return tetrahedron10;
+    case 15:
+      return wedge15;
+    case 20:
+      return hexahedron20;
+    default:
+      return {};
   }
 }
 
 std::span<const ElementFace> faces_of_surface(std::size_t nodes) {
   switch (nodes) {
-    case 3: return triangle;
-    case 4: return quadrangle;
-    case 6: return triangle6;
-    case 8: return quadrangle8;
-    default: return {};
+    case 3:
+      return triangle;
+    case 4:
+      return quadrangle;
+    case 6:
+      return triangle6;
+    case 8:
+      return quadrangle8;
+    default:
+      return {};
   }
 }
 
@@ -94,12 +107,11 @@ constexpr std::array beginnings = {
 }  // namespace
 
 ElementType describe(std::string_view type, std::size_t nodes) {
-  const auto* const known =
-      std::ranges::find_if(beginnings, [&](const Beginning& b) { return type.starts_with(b.text); });
+  const auto* const known = std::ranges::find_if(
+      beginnings, [&](const Beginning& b) { return type.starts_with(b.text); });
   const Family family = known != beginnings.end() ? known->family : Family::line;
   const bool is_solid = family == Family::solid;
-  const bool has_faces =
-      is_solid || family == Family::surface || family == Family::axisymmetric;
+  const bool has_faces = is_solid || family == Family::surface || family == Family::axisymmetric;
   if (has_faces) {
     const auto faces = is_solid ? faces_of_solid(nodes) : faces_of_surface(nodes);
     if (!faces.empty()) return {family, faces};

@@ -19,7 +19,8 @@ class Places {
     std::int64_t highest = 0;
     for (const std::int32_t id : ids) highest = std::max<std::int64_t>(highest, id);
     // Decks number their nodes nearly without gaps, so that a table serves.
-    if (highest < 8 * static_cast<std::int64_t>(ids.size()) + 1000) table_.resize(highest + 1, none);
+    if (highest < 8 * static_cast<std::int64_t>(ids.size()) + 1000)
+      table_.resize(highest + 1, none);
     for (std::size_t place = 0; place < ids.size(); ++place) {
       add(ids[place], static_cast<std::uint32_t>(place));
     }

@@ -149,8 +149,8 @@ class Builder {
 
   bool find_nodes(const mesh::Block& block, std::size_t i, std::vector<Place>& element) const {
     element.clear();
-    const auto ids = std::span(block.nodes).subspan(i * block.nodes_per_element,
-                                                    block.nodes_per_element);
+    const auto ids =
+        std::span(block.nodes).subspan(i * block.nodes_per_element, block.nodes_per_element);
     for (const std::int32_t id : ids) {
       if (is_open_end(block, id)) continue;
       element.push_back(places_.of(id));
@@ -170,7 +170,9 @@ class Builder {
         }
         break;
       case Family::line:
-      case Family::connector: add_line(element, type.family, shape_); break;
+      case Family::connector:
+        add_line(element, type.family, shape_);
+        break;
       case Family::point:
         shape_.singles.insert(shape_.singles.end(), element.begin(), element.end());
         break;

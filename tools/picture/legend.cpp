@@ -1,0 +1,141 @@
+#include "tools/picture/legend.h"
+
+#include <algorithm>
+#include <array>
+
+#include "tools/picture/labels.h"
+#include "tools/picture/svg.h"
+
+namespace picture {
+namespace {
+
+constexpr double axes_height = 84;
+constexpr double small = 11;
+
+class Legend {
+ public:
+  Legend(const Picture& picture, const Area& area) : picture_(picture), area_(area), y_(area.top) {}
+
+  std::string draw() {
+    add_entries();
+    add_resultant();
+    add_notes();
+    return std::move(svg_);
+  }
+
+ private:
+  void text(const std::string& words, double x, double size, const std::string& attributes) {
+    svg_ += "<text x=\"" + svg::number(x) + "\" y=\"" + svg::number(y_) + "\" font-size=\"" +
+            svg::number(size) + "\" " + attributes + '>' +
+            svg::escaped(cut_to(words, size, area_.right - x)) + "</text>\n";
+  }
+
+  // For the resultant and the notes, which say more than the last of many entries.
+  [[nodiscard]] double room() const { return area_.bottom - axes_height - y_; }
+
+  void add_entries() {
+    for (std::size_t i = 0; i < picture_.legend.size(); ++i) {
+      if (room() < 190 && i + 1 < picture_.legend.size()) {
+        y_ += 18;
+        text("and " + svg::count(picture_.legend.size() - i) + " more sorts", area_.left + 44,
+             small, "fill=\"#555\"");
+        break;
+      }
+      add(picture_.legend[i]);
+    }
+  }
+
+  void add(const LegendEntry& entry) {
+    y_ += 30;
+    svg_ += "<g transform=\"translate(" + svg::number(area_.left + 18) + ' ' + svg::number(y_ - 4) +
+            ")\" color=\"" + entry.color + "\">" + entry.sample + "</g>\n";
+    text(entry.name, area_.left + 44, 13, "fill=\"#111\"");
+    y_ += 14;
+    std::string line = svg::count(entry.records);
+    if (entry.drawn < entry.records) line += " (" + svg::count(entry.drawn) + " drawn)";
+    if (!entry.range.empty()) line += ": " + entry.range;
+    text(line, area_.left + 44, small, "fill=\"#555\"");
+  }
+
+  void add_resultant() {
+    const checks::Resultant& sum = picture_.resultant;
+    if (sum.records == 0) return;
+    y_ += 10;
+    add_vector("Sum of the forces", sum.force);
+    add_vector("Moment about the origin", sum.moment);
+  }
+
+  void add_vector(const std::string& name, const std::array<double, 3>& vector) {
+    y_ += 22;
+    text(name, area_.left + 4, 12, "fill=\"#111\"");
+    y_ += 15;
+    text("x " + svg::readable(vector[0]) + "   y " + svg::readable(vector[1]) + "   z " +
+             svg::readable(vector[2]),
+         area_.left + 4, small, "fill=\"#333\" xml:space=\"preserve\"");
+  }
+
+  void add_notes() {
+    y_ += 8;
+    for (const std::string& note : picture_.notes) {
+      y_ += 5;
+      for (const std::string& line : wrapped(note)) {
+        if (room() < 14) return;
+        y_ += 14;
+        text(line, area_.left + 4, small, "fill=\"#555\"");
+      }
+    }
+  }
+
+  [[nodiscard]] std::vector<std::string> wrapped(const std::string& words) const {
+    std::vector<std::string> lines(1);
+    for (std::size_t begin = 0; begin < words.size();) {
+      const std::size_t end = std::min(words.find(' ', begin), words.size());
+      const std::string word = words.substr(begin, end - begin);
+      const std::string longer = lines.back().empty() ? word : lines.back() + ' ' + word;
+      if (lines.back().empty() || text_width(longer, small) <= area_.right - area_.left - 8) {
+        lines.back() = longer;
+      } else {
+        lines.push_back(word);
+      }
+      begin = end + 1;
+    }
+    return lines;
+  }
+
+  const Picture& picture_;
+  Area area_;
+  double y_;
+  std::string svg_;
+};
+
+}  // namespace
+
+std::string axes_svg(const geometry::View& view, const Spot& at) {
+  constexpr std::array<std::string_view, 3> names = {"x", "y", "z"};
+  constexpr std::array<std::string_view, 3> colors = {"#b71c1c", "#1b7a1f", "#1a3fb0"};
+  constexpr double length = 28;
+  std::array<std::size_t, 3> order = {0, 1, 2};
+  const auto tip = [&](std::size_t i) {
+    return view.project(Point::Unit(static_cast<Eigen::Index>(i)));
+  };
+  std::ranges::sort(order, {}, [&](std::size_t i) { return tip(i).z(); });
+  std::string text;
+  for (const std::size_t i : order) {
+    const Spot end = at + tip(i).head<2>() * length;
+    const Spot name = at + tip(i).head<2>() * (length + 9) + Spot(-3, 4);
+    const std::string color(colors.at(i));
+    text += "<path d=\"M" + svg::number(at.x()) + ' ' + svg::number(at.y()) + 'L' +
+            svg::number(end.x()) + ' ' + svg::number(end.y()) + "\" stroke=\"" + color +
+            R"(" stroke-width="2" stroke-linecap="round"/>)" + "<text x=\"" +
+            svg::number(name.x()) + "\" y=\"" + svg::number(name.y()) +
+            "\" font-size=\"12\" fill=\"" + color + "\">" + std::string(names.at(i)) + "</text>\n";
+  }
+  return text;
+}
+
+std::string legend_svg(const Picture& picture, const geometry::View& view, const Area& area) {
+  return Legend(picture, area).draw() +
+         axes_svg(view, {area.left + 44, area.bottom - axes_height / 2});
+}
+
+}  // namespace picture
