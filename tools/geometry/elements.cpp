@@ -93,8 +93,8 @@ constexpr std::array beginnings = {
     Beginning{"MASS", Family::point},       Beginning{"ROTARY", Family::point},
     Beginning{"DCOUP", Family::point},      Beginning{"SAX", Family::line},
     Beginning{"CAX", Family::axisymmetric}, Beginning{"DCAX", Family::axisymmetric},
-    Beginning{"CPS", Family::surface},      Beginning{"CPE", Family::surface},
-    Beginning{"CPEG", Family::surface},     Beginning{"DC2D", Family::surface},
+    Beginning{"CPS", Family::plane},        Beginning{"CPE", Family::plane},
+    Beginning{"CPEG", Family::plane},       Beginning{"DC2D", Family::plane},
     Beginning{"M3D", Family::surface},      Beginning{"R3D3", Family::surface},
     Beginning{"R3D4", Family::surface},     Beginning{"SFM3D", Family::surface},
     Beginning{"STRI", Family::surface},     Beginning{"S3", Family::surface},
@@ -111,7 +111,8 @@ ElementType describe(std::string_view type, std::size_t nodes) {
       beginnings, [&](const Beginning& b) { return type.starts_with(b.text); });
   const Family family = known != beginnings.end() ? known->family : Family::line;
   const bool is_solid = family == Family::solid;
-  const bool has_faces = is_solid || family == Family::surface || family == Family::axisymmetric;
+  const bool has_faces = is_solid || family == Family::surface || family == Family::plane ||
+                         family == Family::axisymmetric;
   if (has_faces) {
     const auto faces = is_solid ? faces_of_solid(nodes) : faces_of_surface(nodes);
     if (!faces.empty()) return {family, faces};

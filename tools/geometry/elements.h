@@ -11,7 +11,8 @@ namespace geometry {
 /// What an element looks like.
 enum class Family : std::uint8_t {
   solid,         ///< a volume
-  surface,       ///< a shell or membrane, or a plane element
+  surface,       ///< a shell or membrane
+  plane,         ///< a section of a body in the plane of x and y
   axisymmetric,  ///< the section of a body of revolution about the y axis
   line,          ///< a beam, truss or pipe
   connector,     ///< a spring, dashpot or gap between two nodes

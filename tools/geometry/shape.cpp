@@ -164,6 +164,7 @@ class Builder {
         solids_.back().nodes.insert(solids_.back().nodes.end(), element.begin(), element.end());
         break;
       case Family::surface:
+      case Family::plane:
       case Family::axisymmetric:
         for (const ElementFace& face : type.faces) {
           shape_.faces.push_back(make_face(element, face, type.family));

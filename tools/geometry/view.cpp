@@ -1,5 +1,6 @@
 #include "tools/geometry/view.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -46,20 +47,11 @@ std::optional<Point> read_direction(std::string_view text) {
   return Point((result / largest).normalized());
 }
 
-Point best_direction(const std::vector<Point>& points) {
-  if (points.empty()) return isometric();
-  Point low = points.front();
-  Point high = low;
-  for (const Point& point : points) {
-    low = low.cwiseMin(point);
-    high = high.cwiseMax(point);
-  }
-  const Point size = high - low;
-  const double flat = 1e-6 * size.maxCoeff();
-  if (size.z() <= flat) return Point::UnitZ();
-  if (size.y() <= flat) return -Point::UnitY();
-  if (size.x() <= flat) return Point::UnitX();
-  return isometric();
+Point best_direction(const Shape& shape) {
+  const bool is_plane = std::ranges::all_of(shape.faces, [](const Face& face) {
+    return face.family == Family::plane || face.family == Family::axisymmetric;
+  });
+  return is_plane && !shape.faces.empty() ? Point(Point::UnitZ()) : isometric();
 }
 
 }  // namespace geometry

@@ -33,8 +33,8 @@ Point isometric();
 /// commas between them ("1,-2,0.5"). Nothing, if the text is none of these.
 std::optional<Point> read_direction(std::string_view text);
 
-/// The direction from which a shape is best seen: along the normal of what lies in a plane of two
-/// axes, otherwise isometric.
-Point best_direction(const std::vector<Point>& points);
+/// The direction from which a shape is best seen: along z what lies in the plane of x and y,
+/// otherwise isometric.
+Point best_direction(const Shape& shape);
 
 }  // namespace geometry

@@ -32,9 +32,9 @@ int rotation_of(const Row& row) { return row["IsRotation"] != 0 ? rotation : 0; 
 std::string axis_names(int axes) {
   std::string text;
   for (int i = 0; i < 3; ++i) {
-    if ((axes >> i & 1) != 0) text += std::string(" ") + "xyz"[i];
+    if ((axes >> i & 1) != 0) text += "xyz"[i];
   }
-  return text;
+  return text.empty() ? text : ' ' + text;
 }
 
 std::string no_name(int) { return {}; }

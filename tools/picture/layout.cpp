@@ -33,6 +33,9 @@ class Box {
   Spot high_ = Spot::Constant(-INFINITY);
 };
 
+// Of a crowd that fills an area, about so many glyphs have one.
+constexpr double most = 500;
+
 double size_in_crowd(const Sort& sort) {
   if (sort.symbols.size() <= few) return 1;
   const double part = static_cast<double>(few) / static_cast<double>(sort.symbols.size());
@@ -126,13 +129,24 @@ Layout lay_out(const geometry::Shape& shape, const Symbols& symbols, const Extra
   return layout;
 }
 
+namespace {
+
+double distance_in_crowd(const Sort& sort, const Layout& layout, double unit) {
+  Box box;
+  for (const Symbol& symbol : sort.symbols) box.add(layout.nodes[symbol.node].head<2>());
+  const double area = box.size().x() * box.size().y();
+  return std::max({4.0, sort.kind->width * unit, std::sqrt(area / most)});
+}
+
+}  // namespace
+
 std::vector<bool> thinned(const Sort& sort, const Layout& layout, double unit) {
   std::vector<bool> has_glyph(sort.symbols.size(), true);
   if (sort.symbols.size() <= few) return has_glyph;
 
   // One glyph after the other stays if none that stayed is nearer than the distance. The cells are
   // as wide as that, so that only the nine about a glyph need be looked at.
-  const double distance = std::max(4.0, sort.kind->width * unit);
+  const double distance = distance_in_crowd(sort, layout, unit);
   std::unordered_map<std::int64_t, std::vector<Spot>> cells;
   const auto key = [](std::int64_t column, std::int64_t row) { return column << 32 ^ row; };
   for (std::size_t i = 0; i < sort.symbols.size(); ++i) {

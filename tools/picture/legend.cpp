@@ -61,8 +61,8 @@ class Legend {
     const checks::Resultant& sum = picture_.resultant;
     if (sum.records == 0) return;
     y_ += 10;
-    add_vector("Sum of the forces", sum.force);
-    add_vector("Moment about the origin", sum.moment);
+    add_vector("Sum of the forces", sum.rounded_force());
+    add_vector("Moment about the origin", sum.rounded_moment());
   }
 
   void add_vector(const std::string& name, const std::array<double, 3>& vector) {

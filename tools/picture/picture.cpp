@@ -14,25 +14,12 @@ namespace {
 
 constexpr double margin = 14;
 constexpr double title_height = 34;
-constexpr double legend_width = 236;
+constexpr double legend_width = 256;
 
-geometry::View view_of(const Options& options, const geometry::Shape& shape, const Symbols& symbols,
-                       const Extras& extras) {
-  if (options.from) {
-    const auto& [x, y, z] = *options.from;
-    return geometry::View(Point(x, y, z));
-  }
-  std::vector<Point> points = extras.vertices;
-  for (const geometry::Face& face : shape.faces) points.push_back(shape.points[face.nodes[0]]);
-  for (const geometry::Face& face : shape.faces) points.push_back(shape.points[face.nodes[2]]);
-  for (const geometry::Line& line : shape.lines) {
-    for (const auto place : line.along()) points.push_back(shape.points[place]);
-  }
-  for (const auto place : shape.singles) points.push_back(shape.points[place]);
-  if (points.empty()) {
-    for (const Carrier& node : symbols.nodes) points.push_back(node.at);
-  }
-  return geometry::View(geometry::best_direction(points));
+geometry::View view_of(const Options& options, const geometry::Shape& shape) {
+  if (!options.from) return geometry::View(geometry::best_direction(shape));
+  const auto& [x, y, z] = *options.from;
+  return geometry::View(Point(x, y, z));
 }
 
 Extras extras_of(const geometry::Shape& shape, const content::Content& content) {
@@ -43,16 +30,21 @@ Extras extras_of(const geometry::Shape& shape, const content::Content& content) 
       if (point.allFinite() && point.cwiseAbs().maxCoeff() < 1e30) extras.vertices.push_back(point);
     }
   }
+  // The axis is drawn unless that would make a small section far out too small to see.
   double low = INFINITY;
   double high = -INFINITY;
+  double inner = INFINITY;
+  double outer = -INFINITY;
   for (const geometry::Face& face : shape.faces) {
     if (face.family != geometry::Family::axisymmetric) continue;
     for (const auto node : face.around()) {
       low = std::min(low, shape.points[node].y());
       high = std::max(high, shape.points[node].y());
+      inner = std::min(inner, shape.points[node].x());
+      outer = std::max(outer, shape.points[node].x());
     }
   }
-  if (low < high) {
+  if (low < high && inner < 2 * (outer - inner)) {
     const double beyond = 0.06 * (high - low);
     extras.axis = {Point(0, low - beyond, 0), Point(0, high + beyond, 0)};
   }
@@ -129,7 +121,7 @@ Picture draw(const mesh::Mesh& mesh, const content::Content& content, const Opti
   const geometry::Shape shape = geometry::shape_of(mesh);
   const Symbols symbols = find_symbols(mesh, shape, content, options);
   const Extras extras = extras_of(shape, content);
-  const geometry::View view = view_of(options, shape, symbols, extras);
+  const geometry::View view = view_of(options, shape);
 
   Area area{margin, options.title.empty() ? margin : title_height, options.width - margin,
             options.height - margin};

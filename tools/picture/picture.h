@@ -28,7 +28,7 @@ using Filter = std::function<bool(const content::Table&, std::size_t record)>;
 struct Options {
   std::string title;
   /// The side from which to look, as geometry::read_direction gives it. Nothing: isometric, or
-  /// straight at what lies in one plane.
+  /// straight at plane and axisymmetric elements.
   std::optional<std::array<double, 3>> from;
   double width = 1000;  ///< pixels
   double height = 700;  ///< pixels
@@ -51,7 +51,7 @@ Filter in_sets(const content::Content& content, const std::vector<std::string>& 
 
 /// A line of the legend.
 struct LegendEntry {
-  std::string name;    ///< "Support x y z"
+  std::string name;    ///< "Support xyz"
   std::string sample;  ///< the glyph, as SVG elements around (0, 0)
   std::string color;
   std::size_t records = 0;
