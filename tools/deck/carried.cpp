@@ -61,7 +61,6 @@ class CardReader {
       return;
     }
     rows_ += card_.rows.size();
-    note_missing_nodes();
     carried_.cards.push_back(std::move(card_));
   }
 
@@ -175,19 +174,6 @@ class CardReader {
     return {};
   }
 
-  void note_missing_nodes() {
-    for (const CarriedLine& line : card_.lines) {
-      for (std::size_t row = line.begin; row < line.end; ++row) {
-        const std::int32_t node = card_.rows[row].node;
-        if (deck_.index_of_node.find(node)) continue;
-        carried_.remarks.push_back(
-            deck_.remark_at(line.line, "The deck does not define node " + std::to_string(node) +
-                                           "; the solver drops what stands there without a word."));
-        break;
-      }
-    }
-  }
-
   // --- Data lines
   // ---------------------------------------------------------------------------------
 
@@ -235,9 +221,6 @@ class CardReader {
         return "The solver reads ten characters of a node number, and another node than " +
                quoted(field) + " from them.";
       }
-      if (*node < 1 || *node > deck_.highest_node) {
-        return "The deck has no node " + std::to_string(*node) + ".";
-      }
       one_node_.assign(1, *node);
       nodes_ = &one_node_;
     } else {
@@ -247,12 +230,17 @@ class CardReader {
       nodes_ = &set->second.nodes;
     }
     const Card& card = *card_.card;
-    if (!card.is("CLOAD") && !card.is("BOUNDARY")) return {};
+    const bool may_be_network = !card.is("CLOAD") && !card.is("BOUNDARY");
     for (const std::int32_t node : *nodes_) {
-      if (!deck_.network_nodes.contains(node)) continue;
-      return "Node " + std::to_string(node) +
-             " belongs to a network or flow element, where the "
-             "degrees of freedom are flows and pressures.";
+      if (!deck_.index_of_node.find(node)) {
+        return "The deck does not define node " + std::to_string(node) +
+               "; the solver drops what stands there, or refuses it.";
+      }
+      if (!may_be_network && deck_.network_nodes.contains(node)) {
+        return "Node " + std::to_string(node) +
+               " belongs to a network or flow element, where the degrees of freedom are flows and "
+               "pressures.";
+      }
     }
     return {};
   }

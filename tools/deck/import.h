@@ -10,8 +10,7 @@ namespace deck {
 /// The nodal loads, supports and temperatures of a deck.
 struct Imported {
   /// All nodes of the deck and the records of its cards. Sets are numbered from 1 in each table;
-  /// records have no keys yet, and their order is that of the deck. A record whose vertex is not
-  /// among the vertices stands on a node that the deck names but does not define.
+  /// records have no keys yet, and their order is that of the deck. Their vertices are nodes.
   content::Content content;
   content::Source source;
   std::vector<Remark> remarks;  ///< those of the deck, and which cards stay in the deck, and why

@@ -221,14 +221,15 @@ class ModelPartReader {
     std::vector<std::int32_t> range;
     const std::int64_t end = std::min<std::int64_t>(*last, deck_.highest_node);
     if ((end - *first) / *step > static_cast<std::int64_t>(deck_.mesh.node_ids.size())) {
-      // Most of the range are no nodes.
+      // Most of the range are no nodes, and the solver drops what is on them.
       for (const std::int32_t node : deck_.mesh.node_ids) {
         if (node >= *first && node <= end && (node - *first) % *step == 0) range.push_back(node);
       }
       std::sort(range.begin(), range.end());
     } else {
       for (std::int64_t node = *first; node <= end; node += *step) {
-        range.push_back(static_cast<std::int32_t>(node));
+        const auto number = static_cast<std::int32_t>(node);
+        if (deck_.index_of_node.find(number)) range.push_back(number);
       }
     }
     add(nodes, range, line);
