@@ -1,5 +1,9 @@
 #include "com/error.h"
 
+#include <oleauto.h>
+
+#include "com/bstr.h"
+
 namespace com {
 namespace {
 
@@ -17,6 +21,14 @@ void raise_from(HRESULT result, IUnknown* source, REFIID interface_id) {
   // when the source vouches for it.
   if (source && supports_error_info(source, interface_id)) GetErrorInfo(0, info.put());
   throw Error(result, interface_id, std::move(info));
+}
+
+void fail(HRESULT result, std::wstring_view source, std::wstring_view sentence) {
+  Ptr<ICreateErrorInfo> description;
+  check(CreateErrorInfo(description.put()));
+  check(description->SetSource(Bstr(source).get()));
+  check(description->SetDescription(Bstr(sentence).get()));
+  throw Error(result, GUID_NULL, description.query<IErrorInfo>());
 }
 
 }  // namespace com

@@ -3,6 +3,8 @@
 #include <oaidl.h>
 #include <windows.h>
 
+#include <string_view>
+
 #include "com/ptr.h"
 
 namespace com {
@@ -27,6 +29,10 @@ class Error {
 /// Raises `result` for a failing call of the interface `interface_id` of `source`, with the error
 /// information that `source` set, if it says that it sets any for that interface.
 [[noreturn]] void raise_from(HRESULT result, IUnknown* source, REFIID interface_id);
+
+/// Raises `result` with `sentence` as the description that the script sees, and `source` as the
+/// name of the module that says it.
+[[noreturn]] void fail(HRESULT result, std::wstring_view source, std::wstring_view sentence);
 
 /// Raises a failing `result` that no object explains.
 inline HRESULT check(HRESULT result) {

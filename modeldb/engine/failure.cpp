@@ -1,19 +1,11 @@
 #include "modeldb/engine/failure.h"
 
-#include <oleauto.h>
-
-#include "com/bstr.h"
 #include "com/error.h"
-#include "com/ptr.h"
 
 namespace modeldb {
 
 void fail(HRESULT result, std::wstring_view sentence) {
-  com::Ptr<ICreateErrorInfo> description;
-  com::check(CreateErrorInfo(description.put()));
-  com::check(description->SetSource(com::Bstr(L"Orv_ModelDb").get()));
-  com::check(description->SetDescription(com::Bstr(sentence).get()));
-  throw com::Error(result, GUID_NULL, description.query<IErrorInfo>());
+  com::fail(result, L"Orv_ModelDb", sentence);
 }
 
 std::wstring quoted(std::wstring_view text) {

@@ -1,11 +1,11 @@
 #include "modeldb/objects/loading.h"
 
+#include "com/sentence.h"
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/objects/column_reader.h"
-#include "modeldb/store/sentence.h"
 
 namespace modeldb {
 namespace {

@@ -1,8 +1,10 @@
 #include "modeldb/schema/definition.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "modeldb/schema/host_kinds.h"
+#include "modeldb/schema/origin_tables.h"
 
 namespace modeldb {
 
@@ -55,6 +57,7 @@ std::vector<TableDefinition> table_definitions(const Catalogue& catalogue) {
            .sets = kind.sets});
     }
   }
+  std::ranges::copy(origin_tables(), std::back_inserter(definitions));
   return definitions;
 }
 

@@ -7,7 +7,8 @@
 
 namespace modeldb {
 
-/// A table that the kinds need: the rows of one kind, or the links of one kind to its sets.
+/// A table of the model: the rows of one kind, the links of one kind to its sets, or what the model
+/// remembers of its origin.
 struct TableDefinition {
   std::wstring name;
   std::wstring key;             ///< which gives every row its number; a link table has none

@@ -3,10 +3,10 @@
 #include <ranges>
 
 #include "com/error.h"
+#include "com/sentence.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/engine/number.h"
 #include "modeldb/engine/row_text.h"
-#include "modeldb/store/sentence.h"
 
 namespace modeldb {
 namespace {

@@ -1,0 +1,59 @@
+#include "tools/model/database.h"
+
+#include "com/bstr.h"
+#include "com/error.h"
+#include "tools/text/failure.h"
+#include "tools/text/utf8.h"
+
+namespace model {
+
+Database::Database(IDispatch* object) : object_(object) {
+  const auto host = object_.query<IModelDatabase>();
+  if (!host) {
+    text::fail(text::kInvalidArgument,
+               "The object is no model database. Pass one such as Orv_ModelDb.ModelDatabase, with "
+               "a model opened.");
+  }
+  com::Ptr<IDispatch> connection;
+  com::check(host->get_Connection(connection.put()), host);
+  connection_ = connection.query<Connection15>();
+  if (!connection_) {
+    text::fail(text::kInvalidArgument, "The model database has no ADO connection.");
+  }
+}
+
+void Database::execute(std::string_view sql) {
+  com::Ptr<_Recordset> none;
+  com::check(connection_->Execute(com::Bstr(text::to_wide(sql)).get(), nullptr,
+                                  adCmdText | adExecuteNoRecords, none.put()),
+             connection_);
+}
+
+Rows Database::query(std::string_view sql) {
+  com::Ptr<_Recordset> rows;
+  com::check(
+      connection_->Execute(com::Bstr(text::to_wide(sql)).get(), nullptr, adCmdText, rows.put()),
+      connection_);
+  return Rows(std::move(rows));
+}
+
+Transaction::Transaction(Database& database) : database_(database) {
+  database_.execute("BEGIN TRANSACTION");
+}
+
+Transaction::~Transaction() {
+  if (!open_) return;
+  try {
+    database_.execute("ROLLBACK TRANSACTION");
+  } catch (const com::Error&) {
+    // The model has been closed, or rolled back by itself.
+  }
+}
+
+void Transaction::commit() {
+  // A commit that fails has rolled back.
+  open_ = false;
+  database_.execute("COMMIT TRANSACTION");
+}
+
+}  // namespace model

@@ -1,0 +1,75 @@
+#include "tools/model/rows.h"
+
+#include "tools/text/utf8.h"
+
+namespace model {
+namespace {
+
+com::Variant as(const VARIANT& value, VARTYPE type) {
+  com::Variant result;
+  com::check(VariantChangeType(result.put(), com::mutable_address(value), 0, type));
+  return result;
+}
+
+}  // namespace
+
+bool Rows::next() {
+  if (next_ == height_ && !fetch()) return false;
+  ++next_;
+  return true;
+}
+
+bool Rows::fetch() {
+  constexpr LONG kRowsAtOnce = 4096;
+  VARIANT_BOOL at_end = VARIANT_TRUE;
+  com::check(recordset_->get_EOF(&at_end), recordset_);
+  if (at_end) return false;
+  com::check(recordset_->GetRows(kRowsAtOnce, com::Variant::omitted(), com::Variant::omitted(),
+                                 block_.put()),
+             recordset_);
+  const SAFEARRAY& array = *block_.get().parray;
+  // The bounds stand in the reverse order of the dimensions.
+  width_ = array.rgsabound[1].cElements;
+  height_ = array.rgsabound[0].cElements;
+  next_ = 0;
+  return height_ > 0;
+}
+
+const VARIANT& Rows::value(std::size_t column) const {
+  const auto* const values = static_cast<const VARIANT*>(block_.get().parray->pvData);
+  return values[(next_ - 1) * width_ + column];
+}
+
+long Rows::integer(std::size_t column) const {
+  const VARIANT& variant = value(column);
+  if (variant.vt == VT_I4) return variant.lVal;
+  if (variant.vt == VT_NULL) return 0;
+  return as(variant, VT_I4).get().lVal;
+}
+
+double Rows::real(std::size_t column) const {
+  const VARIANT& variant = value(column);
+  if (variant.vt == VT_R8) return variant.dblVal;
+  if (variant.vt == VT_I4) return variant.lVal;
+  if (variant.vt == VT_NULL) return 0;
+  return as(variant, VT_R8).get().dblVal;
+}
+
+std::string Rows::text(std::size_t column) const {
+  const VARIANT& variant = value(column);
+  if (variant.vt == VT_BSTR) return text::to_utf8(com::Bstr::view(variant.bstrVal));
+  if (variant.vt == VT_NULL) return {};
+  return text::to_utf8(com::Bstr::view(as(variant, VT_BSTR).get().bstrVal));
+}
+
+std::string Rows::name(std::size_t column) const {
+  com::Ptr<Fields> fields;
+  com::check(recordset_->get_Fields(fields.put()), recordset_);
+  com::Ptr<Field> field;
+  com::check(fields->get_Item(com::Variant(static_cast<long>(column)), field.put()), fields);
+  com::Bstr name;
+  com::check(field->get_Name(name.put()), field);
+  return text::to_utf8(name.view());
+}
+
+}  // namespace model

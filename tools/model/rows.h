@@ -1,0 +1,45 @@
+#pragma once
+
+#include <msado15_backcompat.h>
+
+#include <cstddef>
+#include <string>
+
+#include "com/ptr.h"
+#include "com/variant.h"
+
+namespace model {
+
+/// The rows of a query, from the first to the last. They are fetched many at a time: a call for
+/// each value would cost more than the query.
+///
+///     for (Rows rows = database.query(L"SELECT …"); rows.next();) use(rows.integer(0));
+class Rows {
+ public:
+  /// Takes an open recordset.
+  explicit Rows(com::Ptr<_Recordset> recordset) : recordset_(std::move(recordset)) {}
+
+  /// Moves on to the next row, at first to the first one; false behind the last.
+  bool next();
+
+  // A column of the current row, from 0. NULL is 0 and empty.
+  [[nodiscard]] long integer(std::size_t column) const;
+  [[nodiscard]] double real(std::size_t column) const;
+  [[nodiscard]] std::string text(std::size_t column) const;
+  [[nodiscard]] const VARIANT& value(std::size_t column) const;
+
+  [[nodiscard]] std::size_t width() const { return width_; }
+  /// The name of a column.
+  [[nodiscard]] std::string name(std::size_t column) const;
+
+ private:
+  bool fetch();
+
+  com::Ptr<_Recordset> recordset_;
+  com::Variant block_;  // two-dimensional, field by row
+  std::size_t width_ = 0;
+  std::size_t height_ = 0;
+  std::size_t next_ = 0;  // in the block
+};
+
+}  // namespace model

@@ -1,0 +1,77 @@
+#include "tools/text/file.h"
+
+#include <windows.h>
+
+#include <system_error>
+
+#include "tools/text/failure.h"
+#include "tools/text/utf8.h"
+
+namespace text {
+
+std::filesystem::path path_of(std::string_view path) { return to_wide(path); }
+
+std::string full_path(std::string_view path) {
+  if (path.find_first_not_of(' ') == std::string_view::npos) {
+    fail(kInvalidArgument, "The path is empty. Pass that of a file.");
+  }
+  std::error_code error;
+  const auto full = std::filesystem::absolute(path_of(path), error);
+  return error ? std::string(path) : to_utf8(full.wstring());
+}
+
+bool is_same_file(std::string_view first, std::string_view second) {
+  std::error_code error;
+  return std::filesystem::equivalent(path_of(first), path_of(second), error) && !error;
+}
+
+std::string read_file(std::string_view path) {
+  std::ifstream stream(path_of(path), std::ios::binary);
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path_of(path), error);
+  if (!stream || error) {
+    fail(kCannotReadFile,
+         "The file \"" + std::string(path) + "\" cannot be read. Is the path right?");
+  }
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  if (!stream.read(bytes.data(), static_cast<std::streamsize>(size))) {
+    fail(kCannotReadFile, "The file \"" + std::string(path) + "\" cannot be read to its end.");
+  }
+  return bytes;
+}
+
+NewFile::NewFile(std::string_view path) : name_(path), path_(path_of(path)) {
+  temporary_ = path_;
+  temporary_ += L"." + std::to_wstring(GetCurrentProcessId()) + L".partial";
+  stream_.open(temporary_, std::ios::binary | std::ios::trunc);
+  if (!stream_) fail_to_write();
+}
+
+NewFile::~NewFile() {
+  if (completed_) return;
+  stream_.close();
+  std::error_code ignored;
+  std::filesystem::remove(temporary_, ignored);
+}
+
+void NewFile::write(std::string_view bytes) {
+  if (!stream_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()))) fail_to_write();
+}
+
+void NewFile::complete() {
+  stream_.close();
+  if (!stream_) fail_to_write();
+  if (!MoveFileExW(temporary_.c_str(), path_.c_str(),
+                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    fail_to_write();
+  }
+  completed_ = true;
+}
+
+void NewFile::fail_to_write() const {
+  fail(kCannotWriteFile, "The file \"" + name_ +
+                             "\" cannot be written. Is there such a folder, with room in it, and "
+                             "is the file open elsewhere?");
+}
+
+}  // namespace text

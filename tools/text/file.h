@@ -1,0 +1,44 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace text {
+
+// Paths are UTF-8. Failures are raised with a sentence that names the path.
+
+std::filesystem::path path_of(std::string_view path);
+/// The full path of the file that `path` names; raises kInvalidArgument for a blank one.
+std::string full_path(std::string_view path);
+/// Whether both name the same file; false when one of them is not there.
+bool is_same_file(std::string_view first, std::string_view second);
+
+/// The bytes of a file.
+std::string read_file(std::string_view path);
+
+/// A file that is written under a temporary name beside its own, which it gets when it is complete:
+/// until then what had the name before is untouched.
+class NewFile {
+ public:
+  explicit NewFile(std::string_view path);
+  /// Removes what was written, unless it was completed.
+  ~NewFile();
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+
+  void write(std::string_view bytes);
+  void complete();
+
+ private:
+  [[noreturn]] void fail_to_write() const;
+
+  std::string name_;
+  std::filesystem::path path_;
+  std::filesystem::path temporary_;
+  std::ofstream stream_;
+  bool completed_ = false;
+};
+
+}  // namespace text
