@@ -25,7 +25,7 @@ Database::Database(IDispatch* object) : object_(object) {
 void Database::execute(std::string_view sql) {
   com::Ptr<_Recordset> none;
   com::check(connection_->Execute(com::Bstr(text::to_wide(sql)).get(), nullptr,
-                                  adCmdText | adExecuteNoRecords, none.put()),
+                                  static_cast<LONG>(adCmdText) | adExecuteNoRecords, none.put()),
              connection_);
 }
 

@@ -1,18 +1,9 @@
 #include "tools/model/rows.h"
 
+#include "tools/text/failure.h"
 #include "tools/text/utf8.h"
 
 namespace model {
-namespace {
-
-com::Variant as(const VARIANT& value, VARTYPE type) {
-  com::Variant result;
-  com::check(VariantChangeType(result.put(), com::mutable_address(value), 0, type));
-  return result;
-}
-
-}  // namespace
-
 bool Rows::next() {
   if (next_ == height_ && !fetch()) return false;
   ++next_;
@@ -44,7 +35,7 @@ long Rows::integer(std::size_t column) const {
   const VARIANT& variant = value(column);
   if (variant.vt == VT_I4) return variant.lVal;
   if (variant.vt == VT_NULL) return 0;
-  return as(variant, VT_I4).get().lVal;
+  return as(column, VT_I4).get().lVal;
 }
 
 double Rows::real(std::size_t column) const {
@@ -52,24 +43,49 @@ double Rows::real(std::size_t column) const {
   if (variant.vt == VT_R8) return variant.dblVal;
   if (variant.vt == VT_I4) return variant.lVal;
   if (variant.vt == VT_NULL) return 0;
-  return as(variant, VT_R8).get().dblVal;
+  return as(column, VT_R8).get().dblVal;
 }
 
 std::string Rows::text(std::size_t column) const {
   const VARIANT& variant = value(column);
   if (variant.vt == VT_BSTR) return text::to_utf8(com::Bstr::view(variant.bstrVal));
   if (variant.vt == VT_NULL) return {};
-  return text::to_utf8(com::Bstr::view(as(variant, VT_BSTR).get().bstrVal));
+  return text::to_utf8(com::Bstr::view(as(column, VT_BSTR).get().bstrVal));
 }
 
-std::string Rows::name(std::size_t column) const {
+std::vector<Column> Rows::columns() const {
   com::Ptr<Fields> fields;
   com::check(recordset_->get_Fields(fields.put()), recordset_);
-  com::Ptr<Field> field;
-  com::check(fields->get_Item(com::Variant(static_cast<long>(column)), field.put()), fields);
-  com::Bstr name;
-  com::check(field->get_Name(name.put()), field);
-  return text::to_utf8(name.view());
+  long count = 0;
+  com::check(fields->get_Count(&count), fields);
+  std::vector<Column> columns;
+  for (long column = 0; column < count; ++column) {
+    com::Ptr<Field> field;
+    com::check(fields->get_Item(com::Variant(column), field.put()), fields);
+    com::Bstr name;
+    com::check(field->get_Name(name.put()), field);
+    DataTypeEnum type = adEmpty;
+    com::check(field->get_Type(&type), field);
+    columns.push_back({.name = text::to_utf8(name.view()), .is_whole = type == adInteger});
+  }
+  return columns;
+}
+
+com::Variant Rows::as(std::size_t column, VARTYPE type) const {
+  com::Variant result;
+  const HRESULT converted =
+      VariantChangeType(result.put(), com::mutable_address(value(column)), 0, type);
+  if (FAILED(converted)) {
+    com::Variant words;
+    VariantChangeType(words.put(), com::mutable_address(value(column)), 0, VT_BSTR);
+    const auto shown = words.type() == VT_BSTR ? com::Bstr::view(words.get().bstrVal) : L"?";
+    text::fail(converted, "A row of the model has \"" + text::to_utf8(shown) + "\" as its " +
+                              columns()[column].name +
+                              (type == VT_I4 ? ", which is no whole number up to 2147483647."
+                                             : ", which is no number.") +
+                              " Correct the row.");
+  }
+  return result;
 }
 
 }  // namespace model

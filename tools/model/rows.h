@@ -4,11 +4,17 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "com/ptr.h"
 #include "com/variant.h"
 
 namespace model {
+
+struct Column {
+  std::string name;
+  bool is_whole = false;  ///< the table declares it for whole numbers
+};
 
 /// The rows of a query, from the first to the last. They are fetched many at a time: a call for
 /// each value would cost more than the query.
@@ -28,12 +34,14 @@ class Rows {
   [[nodiscard]] std::string text(std::size_t column) const;
   [[nodiscard]] const VARIANT& value(std::size_t column) const;
 
+  /// The number of columns, once next() was called.
   [[nodiscard]] std::size_t width() const { return width_; }
-  /// The name of a column.
-  [[nodiscard]] std::string name(std::size_t column) const;
+  [[nodiscard]] std::vector<Column> columns() const;
 
  private:
   bool fetch();
+  /// The value as another type; raises, with a sentence, when it is none such.
+  [[nodiscard]] com::Variant as(std::size_t column, VARTYPE type) const;
 
   com::Ptr<_Recordset> recordset_;
   com::Variant block_;  // two-dimensional, field by row

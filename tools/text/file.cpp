@@ -20,9 +20,9 @@ std::string full_path(std::string_view path) {
   return error ? std::string(path) : to_utf8(full.wstring());
 }
 
-bool is_same_file(std::string_view first, std::string_view second) {
+bool is_same_file(const std::filesystem::path& first, const std::filesystem::path& second) {
   std::error_code error;
-  return std::filesystem::equivalent(path_of(first), path_of(second), error) && !error;
+  return std::filesystem::equivalent(first, second, error) && !error;
 }
 
 std::string read_file(std::string_view path) {

@@ -13,7 +13,7 @@ std::filesystem::path path_of(std::string_view path);
 /// The full path of the file that `path` names; raises kInvalidArgument for a blank one.
 std::string full_path(std::string_view path);
 /// Whether both name the same file; false when one of them is not there.
-bool is_same_file(std::string_view first, std::string_view second);
+bool is_same_file(const std::filesystem::path& first, const std::filesystem::path& second);
 
 /// The bytes of a file.
 std::string read_file(std::string_view path);

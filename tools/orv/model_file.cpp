@@ -1,0 +1,50 @@
+#include "tools/orv/model_file.h"
+
+#include <filesystem>
+
+#include "com/bstr.h"
+#include "com/error.h"
+#include "tools/orv/objects.h"
+#include "tools/text/failure.h"
+#include "tools/text/file.h"
+#include "tools/text/utf8.h"
+
+namespace orv {
+namespace {
+
+bool is_there(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(text::path_of(path), error);
+}
+
+}  // namespace
+
+ModelFile::ModelFile(const std::string& path)
+    : object_(create<::ModelDatabase, IModelDatabaseFile>()) {
+  com::check(object_->Open(com::Bstr(text::to_wide(path)).get()), object_);
+}
+
+ModelFile ModelFile::open(const std::string& path) {
+  if (!is_there(path)) {
+    text::fail(text::kCannotReadFile,
+               "There is no model \"" + path + "\". 'orv import' makes one from a deck.");
+  }
+  return ModelFile(path);
+}
+
+ModelFile ModelFile::open_or_make(const std::string& path) {
+  const bool is_new = !is_there(path);
+  ModelFile file(path);
+  if (is_new) file.made_ = path;
+  return file;
+}
+
+ModelFile::~ModelFile() {
+  if (!object_) return;  // moved from
+  object_->Close();
+  if (made_.empty()) return;
+  std::error_code ignored;
+  std::filesystem::remove(text::path_of(made_), ignored);
+}
+
+}  // namespace orv

@@ -1,0 +1,73 @@
+#include "tools/orv/output.h"
+
+#include <charconv>
+#include <nlohmann/json.hpp>
+
+namespace orv {
+namespace {
+
+std::string csv_field(const std::string& text) {
+  if (text.find_first_of(",;\"\r\n") == std::string::npos) return text;
+  std::string field = "\"";
+  for (const char c : text) field += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return field + '"';
+}
+
+nlohmann::ordered_json json_of(const Cell& cell) {
+  return std::visit(
+      [](const auto& value) -> nlohmann::ordered_json {
+        if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::monostate>) {
+          return nullptr;
+        } else {
+          return value;
+        }
+      },
+      cell);
+}
+
+}  // namespace
+
+std::string number_text(double number) {
+  char digits[32];
+  return {digits, std::to_chars(digits, digits + sizeof digits, number).ptr};
+}
+
+std::string cell_text(const Cell& cell) {
+  if (const auto* const number = std::get_if<long>(&cell)) return std::to_string(*number);
+  if (const auto* const number = std::get_if<double>(&cell)) return number_text(*number);
+  if (const auto* const text = std::get_if<std::string>(&cell)) return *text;
+  std::string text;
+  if (const auto* const names = std::get_if<Names>(&cell)) {
+    for (const std::string& name : *names) text += (text.empty() ? "" : "; ") + name;
+  }
+  return text;
+}
+
+void write_csv(std::ostream& out, Listing& listing) {
+  const auto write_line = [&](const auto& cells, const auto& text_of) {
+    bool is_first = true;
+    for (const auto& cell : cells) {
+      out << (is_first ? "" : ",") << csv_field(text_of(cell));
+      is_first = false;
+    }
+    out << '\n';
+  };
+  write_line(listing.columns(), [](const std::string& name) { return name; });
+  Row row;
+  while (listing.next(row)) write_line(row, cell_text);
+}
+
+void write_json(std::ostream& out, Listing& listing) {
+  Row row;
+  bool is_first = true;
+  while (listing.next(row)) {
+    nlohmann::ordered_json object = nlohmann::ordered_json::object();
+    for (std::size_t i = 0; i < row.size(); ++i) object[listing.columns()[i]] = json_of(row[i]);
+    out << (is_first ? "[\n" : ",\n")
+        << object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    is_first = false;
+  }
+  out << (is_first ? "[]\n" : "\n]\n");
+}
+
+}  // namespace orv

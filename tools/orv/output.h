@@ -1,0 +1,28 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "tools/orv/listing.h"
+
+namespace orv {
+
+/// A number in its shortest form that reads back as the same one.
+std::string number_text(double number);
+/// A cell as text: numbers as above, names of sets with "; " between them.
+std::string cell_text(const Cell& cell);
+
+/// Comma-separated values with a header of the columns' names, as RFC 4180 has them, with line ends
+/// of one character.
+void write_csv(std::ostream& out, Listing& listing);
+
+/// A JSON array with an object on each line, its members in the order of the columns; sets are an
+/// array of names.
+void write_json(std::ostream& out, Listing& listing);
+
+/// A table for the eye: numbers stand below each other by their points, long texts give way when
+/// the terminal is narrow, and columns that are 0 in all rows are named below instead. Returns the
+/// number of rows.
+std::size_t write_table(std::ostream& out, Listing& listing);
+
+}  // namespace orv

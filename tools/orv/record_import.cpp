@@ -1,0 +1,268 @@
+#include "tools/orv/record_import.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "tools/orv/listing.h"
+#include "tools/orv/output.h"
+#include "tools/text/failure.h"
+
+namespace orv {
+namespace {
+
+std::string trimmed(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+template <class Number>
+bool read(const std::string& text, Number& number) {
+  const char* first = text.data();
+  const char* const last = first + text.size();
+  if (first != last && *first == '+') ++first;
+  const auto [end, error] = std::from_chars(first, last, number);
+  return error == std::errc() && end == last;
+}
+
+long read_whole(const std::string& column, const std::string& text) {
+  long number = 0;
+  if (!read(text, number)) {
+    throw RowFault{column, "\"" + text + "\" is no whole number up to 2147483647."};
+  }
+  return number;
+}
+
+double read_real(const std::string& column, const std::string& text) {
+  double number = 0;
+  if (!read(text, number) || !std::isfinite(number)) {
+    throw RowFault{column, "\"" + text + "\" is no number. Write it like -1234.5."};
+  }
+  return number;
+}
+
+}  // namespace
+
+RecordImport::RecordImport(model::Database& database, const model::Kind& kind,
+                           const std::vector<std::string>& columns)
+    : database_(database),
+      kind_(kind),
+      columns_(columns),
+      key_(place_of(kind.key())),
+      description_(place_of("Description")),
+      vertex_(place_of("VertexID")),
+      coordinates_{place_of("X"), place_of("Y"), place_of("Z")},
+      sets_(place_of(kind.sets)),
+      new_vertices_(database, "Vertices", "VertexID, Description, X, Y, Z"),
+      new_records_(database, kind.table, kind.key() + ", " + insert_columns()) {
+  for (const std::string& column : kind.columns) values_.push_back(place_of(column));
+  std::vector<std::string> known = Listing(database, kind.table, "1 = 0").columns();
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    const bool is_known = std::ranges::find(known, columns_[i]) != known.end();
+    if (is_known && place_of(columns_[i]) == i) continue;
+    std::string names;
+    for (const std::string& name : known) names += (names.empty() ? "" : ", ") + name;
+    text::fail(text::kInvalidArgument,
+               "The first row has the column \"" + columns_[i] + "\"" +
+                   (is_known ? " twice."
+                             : ", which " + kind.table + " do not have. They have " + names + "."));
+  }
+  if (vertex_ == kAbsent) {
+    text::fail(text::kInvalidArgument,
+               "The first row lacks the column VertexID: the number of the record's node.");
+  }
+  load_keys();
+  load_vertices();
+  load_sets();
+}
+
+std::size_t RecordImport::place_of(const std::string& column) const {
+  const auto found = std::ranges::find(columns_, column);
+  return found == columns_.end() ? kAbsent : static_cast<std::size_t>(found - columns_.begin());
+}
+
+const std::string& RecordImport::cell(const Cells& cells, std::size_t place) const {
+  static const std::string empty;
+  return place < cells.size() ? cells[place] : empty;
+}
+
+std::string RecordImport::insert_columns() const {
+  std::string columns = "Description, VertexID";
+  for (const std::string& column : kind_.columns) columns += ", " + column;
+  return columns;
+}
+
+void RecordImport::load_keys() {
+  if (key_ == kAbsent) return;
+  model::Rows rows = database_.query("SELECT " + kind_.key() + " FROM " + kind_.table);
+  while (rows.next()) keys_.insert(rows.integer(0));
+}
+
+void RecordImport::load_vertices() {
+  model::Rows rows = database_.query("SELECT VertexID, X, Y, Z FROM Vertices");
+  while (rows.next()) {
+    vertices_[rows.integer(0)] = {rows.real(1), rows.real(2), rows.real(3)};
+  }
+}
+
+void RecordImport::load_sets() {
+  const std::string key = model::key_of_sets(kind_.sets);
+  model::Rows rows =
+      database_.query("SELECT " + key + ", Description FROM " + kind_.sets + " ORDER BY " + key);
+  while (rows.next()) {
+    last_set_ = rows.integer(0);
+    set_ids_.try_emplace(rows.text(1), last_set_);
+  }
+}
+
+long RecordImport::read_key(const Cells& cells) {
+  const std::string& text = cell(cells, key_);
+  if (text.empty()) return 0;
+  const long key = read_whole(kind_.key(), text);
+  if (keys_.erase(key) == 0) {
+    throw RowFault{kind_.key(), "there is no " + kind_.object + " " + text +
+                                    " in the model, or it stands in the file twice. Leave the "
+                                    "cell empty for a new record."};
+  }
+  return key;
+}
+
+long RecordImport::read_vertex(const Cells& cells) {
+  const std::string& text = cell(cells, vertex_);
+  const long vertex = read_whole("VertexID", text);
+  const auto found = vertices_.find(vertex);
+  std::array<double, 3> place{};
+  bool is_given = false;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const std::string& coordinate = cell(cells, coordinates_[axis]);
+    if (coordinate.empty()) continue;
+    is_given = true;
+    const std::string name(1, static_cast<char>('X' + axis));
+    place[axis] = read_real(name, coordinate);
+    if (found != vertices_.end() && found->second[axis] != place[axis]) {
+      throw RowFault{name, "the node " + text + " lies at " + number_text(found->second[axis]) +
+                               ", not at " + coordinate + ". Leave the cell empty, or correct it."};
+    }
+  }
+  if (found != vertices_.end()) return vertex;
+  if (!is_given || vertex <= 0) {
+    throw RowFault{"VertexID", "the model has no node " + text + ". Give its X, Y and Z as well."};
+  }
+  vertices_[vertex] = place;
+  new_vertices_.begin_row();
+  new_vertices_.add(vertex);
+  new_vertices_.add("");
+  for (const double coordinate : place) new_vertices_.add(coordinate);
+  return vertex;
+}
+
+std::vector<long> RecordImport::read_sets(const Cells& cells) {
+  std::vector<long> sets;
+  const std::string& names = cell(cells, sets_);
+  for (std::size_t start = 0; start < names.size();) {
+    const std::size_t end = std::min(names.find(';', start), names.size());
+    const std::string name = trimmed(names.substr(start, end - start));
+    start = end + 1;
+    if (name.empty()) continue;
+    const auto [set, is_new] = set_ids_.try_emplace(name, 0);
+    if (is_new) {
+      database_.execute("INSERT INTO " + kind_.sets + " (Description) VALUES (" +
+                        sql_literal(name) + ")");
+      model::Rows newest =
+          database_.query("SELECT MAX(" + model::key_of_sets(kind_.sets) + ") FROM " + kind_.sets);
+      newest.next();
+      set->second = newest.integer(0);
+    }
+    sets.push_back(set->second);
+  }
+  return sets;
+}
+
+void RecordImport::add_values(model::Insertion& rows, const Cells& cells, long vertex) {
+  rows.add(cell(cells, description_));
+  rows.add(vertex);
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    const std::string& text = cell(cells, values_[i]);
+    if (text.empty()) {
+      rows.add(0L);
+    } else if (kind_.is_whole[i]) {
+      rows.add(read_whole(kind_.columns[i], text));
+    } else {
+      rows.add(read_real(kind_.columns[i], text));
+    }
+  }
+}
+
+void RecordImport::add_new(const Cells& cells, long vertex, const std::vector<long>& sets) {
+  if (last_key_ == 0) {
+    // The first key is the model's to choose: keys of deleted records are not given again.
+    new_vertices_.finish();
+    model::Insertion first(database_, kind_.table, insert_columns());
+    first.begin_row();
+    add_values(first, cells, vertex);
+    first.finish();
+    model::Rows newest = database_.query("SELECT MAX(" + kind_.key() + ") FROM " + kind_.table);
+    newest.next();
+    last_key_ = newest.integer(0);
+  } else {
+    if (new_records_.is_full()) new_vertices_.finish();
+    new_records_.begin_row();
+    new_records_.add(++last_key_);
+    add_values(new_records_, cells, vertex);
+  }
+  for (const long set : sets) links_.emplace_back(set, last_key_);
+  ++added_;
+}
+
+void RecordImport::change(const Cells& cells, long key, long vertex,
+                          const std::vector<long>& sets) {
+  new_vertices_.finish();
+  const std::string where = " WHERE " + kind_.key() + " = " + std::to_string(key);
+  std::string sql = "UPDATE " + kind_.table + " SET VertexID = " + std::to_string(vertex);
+  if (description_ != kAbsent) sql += ", Description = " + sql_literal(cell(cells, description_));
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    if (values_[i] == kAbsent) continue;
+    const std::string& column = kind_.columns[i];
+    const std::string text = cell(cells, values_[i]).empty() ? "0" : cell(cells, values_[i]);
+    sql += ", " + column + " = " +
+           (kind_.is_whole[i] ? std::to_string(read_whole(column, text))
+                              : number_text(read_real(column, text)));
+  }
+  database_.execute(sql + where);
+  if (sets_ != kAbsent) {
+    database_.execute("DELETE FROM " + kind_.link_table() + where);
+    for (const long set : sets) links_.emplace_back(set, key);
+  }
+  ++changed_;
+}
+
+void RecordImport::add(const std::vector<std::string>& cells) {
+  if (cells.size() > columns_.size()) {
+    throw RowFault{"", "the row has " + std::to_string(cells.size()) + " cells, the first row " +
+                           std::to_string(columns_.size()) + "."};
+  }
+  const long key = read_key(cells);
+  const long vertex = read_vertex(cells);
+  const std::vector<long> sets = read_sets(cells);
+  if (key == 0) {
+    add_new(cells, vertex, sets);
+  } else {
+    change(cells, key, vertex, sets);
+  }
+}
+
+void RecordImport::finish() {
+  new_vertices_.finish();
+  new_records_.finish();
+  model::Insertion links(database_, kind_.link_table(),
+                         model::key_of_sets(kind_.sets) + ", " + kind_.key());
+  for (const auto& [set, record] : links_) {
+    links.begin_row();
+    links.add(set);
+    links.add(record);
+  }
+  links.finish();
+}
+
+}  // namespace orv
