@@ -13,7 +13,7 @@ For node = 1 To 5
     forces.Add force
 Next
 forces.Save model
-
+WScript.Echo "Not saved: " & model.Failures.Count
 WScript.Echo "Saved:"
 For Each force In forces
     WScript.Echo "  force " & force.ID & " on node " & force.Vertex.ID & ": " & force.Magnitude
@@ -28,5 +28,11 @@ Next
 WScript.Echo "Without the one of no size: " & forces.Count & ", in the model: " & _
              model.Load("NodalForces").Count
 
+' A record that fails stops nothing: Delete succeeds, and the model knows which failed, and why.
+' Here one that is gone already.
+forces(0).Delete model
 forces.Delete model
+For Each failure In model.Failures
+    WScript.Echo "Not deleted: " & failure.Sentence
+Next
 WScript.Echo "After Delete: " & forces.Count & ", in the model: " & model.Load("NodalForces").Count

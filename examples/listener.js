@@ -10,7 +10,8 @@ model.RecordStore.Advise({
     RecordSaved: function(code, id) { WScript.Echo("  saved " + KINDS[code] + " " + id); },
     RecordDeleted: function(code, id) { WScript.Echo("  deleted " + KINDS[code] + " " + id); },
     RecordsSaved: function(code, ids) { WScript.Echo("  saved at once: " + list(code, ids)); },
-    RecordsDeleted: function(code, ids) { WScript.Echo("  deleted at once: " + list(code, ids)); }
+    RecordsDeleted: function(code, ids) { WScript.Echo("  deleted at once: " + list(code, ids)); },
+    RecordFailed: function(code, failure) { WScript.Echo("  failed: " + failure.Sentence); }
 });
 
 WScript.Echo("One force, which saves its vertex too:");
@@ -24,9 +25,8 @@ forces.Add(newForce(8));
 forces.Add(newForce(9));
 forces.Save(model);
 
-WScript.Echo("One of them deleted, then the others:");
+WScript.Echo("One of them deleted, then all of them:");
 force.Delete(model);
-forces.Remove(0);
 forces.Delete(model);
 
 function newForce(node) {

@@ -67,6 +67,7 @@ function storeForces(model, deck) {
         });
     }
     forces.Save(model);
+    requireAllSaved(model);
 }
 
 // One boundary condition per held node.
@@ -81,6 +82,12 @@ function storeSupports(model, deck) {
         supports.Add(support);
     });
     supports.Save(model);
+    requireAllSaved(model);
+}
+
+// A collection saves what it can. What it could not save, the model tells.
+function requireAllSaved(model) {
+    if (model.Failures.Count > 0) throw new Error(model.Failures.Item(0).Sentence);
 }
 
 function named(progId, description) {

@@ -2,7 +2,9 @@
 
 #include "modeldb/ado/factories.h"
 #include "modeldb/engine/failure.h"
+#include "modeldb/objects/copying.h"
 #include "modeldb/objects/loading.h"
+#include "modeldb/objects/named_set.h"
 
 namespace modeldb {
 
@@ -106,6 +108,43 @@ STDMETHODIMP ModelDatabase::Query(BSTR bstrSql, IDispatch** pVal) {
   return com::boundary([&] {
     *pVal = nullptr;
     *pVal = make_recordset(model()->database(), com::Bstr::view(bstrSql)).detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::get_Failures(IFailures** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    (void)model();
+    *pVal = store_->failures().copy();
+  });
+}
+
+STDMETHODIMP ModelDatabase::LoadSet(BSTR bstrName, ILoadSet** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    *pVal = named_set<modeldb::LoadSet>(*model(), this, com::Bstr::view(bstrName)).detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::ConstraintSet(BSTR bstrName, IConstraintSet** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    *pVal = named_set<modeldb::ConstraintSet>(*model(), this, com::Bstr::view(bstrName)).detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::DesignScenario(BSTR bstrName, IDesignScenario** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    *pVal = named_set<modeldb::DesignScenario>(*model(), this, com::Bstr::view(bstrName)).detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::Copy(IDispatch* pRecord, IDispatch** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    const std::shared_ptr<Model> open_model = model();
+    *pVal = copy_of(*open_model, this, pRecord).detach();
   });
 }
 

@@ -50,6 +50,16 @@ class ModelDatabase : public ModelDatabaseBase {
   STDMETHODIMP Load(BSTR bstrCollection, VARIANT vWhere, IDispatch** pVal) override;
   /// The rows of a SELECT, as an ADO recordset that is open. Any other statement is refused.
   STDMETHODIMP Query(BSTR bstrSql, IDispatch** pVal) override;
+  /// What failed of the collection that was saved or deleted last, in this model.
+  STDMETHODIMP get_Failures(IFailures** pVal) override;
+  // The set of that name, saved as a new one when the model has none. Fail, with a sentence, when
+  // there is no name, or several sets have it.
+  STDMETHODIMP LoadSet(BSTR bstrName, ILoadSet** pVal) override;
+  STDMETHODIMP ConstraintSet(BSTR bstrName, IConstraintSet** pVal) override;
+  STDMETHODIMP DesignScenario(BSTR bstrName, IDesignScenario** pVal) override;
+  /// A new object, not saved, with the values of a record, set or vertex. The copy of a record is
+  /// in the same sets, and stands on the same vertex by an object of its own.
+  STDMETHODIMP Copy(IDispatch* pRecord, IDispatch** pVal) override;
 
   // ModelAccess
 

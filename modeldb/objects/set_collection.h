@@ -73,12 +73,19 @@ class SetCollection
            L"The sets were not given an open Orv_ModelDb.ModelDatabase of the same process.");
     }
     const bool alone = !store->is_changing();
+    if (alone) store->begin_batch();
     com::Outcome outcome;
     store->change_together([&] {
       // Not by the cursor: the record being saved may belong to somebody who walks its sets.
       for (std::size_t position = 0; position < this->entries().size(); ++position) {
         const auto set = this->entries()[position].set();
-        outcome.attempt([&] { visit(set); });
+        outcome.attempt([&] {
+          if (alone) {
+            store->attempt_in_batch(set.get(), [&] { visit(set); });
+          } else {
+            visit(set);
+          }
+        });
       }
     });
     if (alone) notify(*store);

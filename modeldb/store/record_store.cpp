@@ -58,10 +58,22 @@ std::shared_ptr<Model> RecordStore::model() const {
 STDMETHODIMP RecordStore::SaveRecord(IDispatch* record, VARIANT vCascadeDown, VARIANT vCascadeUp) {
   return com::boundary([&] {
     const auto open_model = model();
-    const Record found = finder_.find(record);
-    save(*open_model, found, is_true(vCascadeDown), is_true(vCascadeUp));
-    send_queued();
+    run_for_client(record, [&] {
+      const Record found = finder_.find(record);
+      save(*open_model, found, is_true(vCascadeDown), is_true(vCascadeUp));
+    });
   });
+}
+
+template <class Work>
+void RecordStore::run_for_client(IDispatch* record, Work&& work) {
+  // A vertex or set that a record saves is part of the record.
+  if (suspended_ && !is_changing()) {
+    attempt_in_batch(record, work);
+  } else {
+    work();
+  }
+  send_queued();
 }
 
 void RecordStore::save(Model& model, const Record& record, bool cascade_down, bool cascade_up) {
@@ -100,8 +112,7 @@ long RecordStore::write_row(Database& database, const Record& record) {
 STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
   return com::boundary([&] {
     const auto open_model = model();
-    remove(*open_model, finder_.find(record));
-    send_queued();
+    run_for_client(record, [&] { remove(*open_model, finder_.find(record)); });
   });
 }
 
@@ -156,25 +167,41 @@ void RecordStore::send_queued() {
   }
 }
 
+void RecordStore::begin_batch() {
+  failures_ = com::make<Failures>();
+  is_batch_told_ = false;
+}
+
+void RecordStore::send_batch(const wchar_t* method, long object_type, const VARIANT& ids) {
+  // A listener may save a batch of its own; the script asks for the failures of this one.
+  const auto failures = failures_;
+  if (!std::exchange(is_batch_told_, true)) {
+    for (const auto& failure : failures->all()) {
+      listeners_.notify(L"RecordFailed", object_type, com::Variant(failure.get()));
+    }
+  }
+  if (!listeners_.empty()) listeners_.notify(method, object_type, for_scripts(ids));
+  failures_ = failures;
+}
+
 STDMETHODIMP RecordStore::RecordsSaved(long eventObjectType, VARIANT ids) {
   return com::boundary([&] {
     (void)model();
-    if (listeners_.empty()) return;
-    listeners_.notify(L"RecordsSaved", eventObjectType, for_scripts(ids));
+    send_batch(L"RecordsSaved", eventObjectType, ids);
   });
 }
 
 STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
   return com::boundary([&] {
     (void)model();
-    if (listeners_.empty()) return;
-    listeners_.notify(L"RecordsDeleted", eventObjectType, for_scripts(ids));
+    send_batch(L"RecordsDeleted", eventObjectType, ids);
   });
 }
 
 STDMETHODIMP RecordStore::EventsEnabled(long flag) {
   return com::boundary([&] {
     (void)model();
+    if (flag == 0) begin_batch();
     suspended_ = flag == 0;
   });
 }

@@ -5,12 +5,14 @@
 
 #include "com/automation.h"
 #include "modeldb/library.h"
+#include "modeldb/objects/failures.h"
 #include "modeldb/objects/inherited.h"
 #include "modeldb/objects/model.h"
 #include "modeldb/objects/reserved.h"
 #include "modeldb/store/change_log.h"
 #include "modeldb/store/listeners.h"
 #include "modeldb/store/row_values.h"
+#include "modeldb/store/sentence.h"
 
 namespace modeldb {
 
@@ -42,6 +44,15 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   /// is under way be undone. `undo` may raise; that is passed over.
   void keep_for_undo(ChangeLog::Undo undo);
 
+  /// Begins a batch: what fails from here on is its failures.
+  void begin_batch();
+  /// Runs `work`, which saves or deletes the record as one of a batch; a failure is noted and
+  /// raised.
+  template <class Work>
+  void attempt_in_batch(IDispatch* record, Work&& work);
+  /// The failures of the batch that began last.
+  [[nodiscard]] const com::Ptr<Failures>& failures() const { return failures_; }
+
   // IRecordStore
 
   /// Inserts the row of a record whose ID is 0 and gives it its key; otherwise updates the row with
@@ -52,8 +63,8 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   STDMETHODIMP DeleteRecord(IDispatch* record) override;
   STDMETHODIMP RecordsSaved(long eventObjectType, VARIANT ids) override;
   STDMETHODIMP RecordsDeleted(long eventObjectType, VARIANT ids) override;
-  /// 0 suspends notification record by record, anything else resumes it. A suspension ends at the
-  /// latest when a transaction ends, or fails to begin.
+  /// 0 begins a batch and suspends notification record by record, anything else resumes it. A
+  /// suspension ends at the latest when a transaction ends, or fails to begin.
   STDMETHODIMP EventsEnabled(long flag) override;
 
   // TransactionObserver
@@ -80,6 +91,11 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   /// Notes a notification that is due once the outermost change is kept.
   void queue(Event::Type type, const Record& record, long id);
   void send_queued();
+  /// Runs `work`, which saves or deletes a record that a client passed.
+  template <class Work>
+  void run_for_client(IDispatch* record, Work&& work);
+  /// Tells the listeners what failed of the batch, and what was saved or deleted.
+  void send_batch(const wchar_t* method, long object_type, const VARIANT& ids);
 
   std::shared_ptr<Model> model_;
   IModelDatabase* owner_;
@@ -88,8 +104,23 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   ChangeLog log_;
   bool suspended_ = false;  // notification record by record, until a transaction ends
   bool record_by_record_ = false;
+  com::Ptr<Failures> failures_ = com::make<Failures>();
+  bool is_batch_told_ = true;
   Listeners listeners_;
 };
+
+template <class Work>
+void RecordStore::attempt_in_batch(IDispatch* record, Work&& work) {
+  try {
+    work();
+  } catch (const com::Error& error) {
+    failures_->add(record, error.result(), sentence_of(error));
+    throw;
+  } catch (const std::bad_alloc&) {
+    failures_->add(record, E_OUTOFMEMORY, L"There is not enough memory.");
+    throw;
+  }
+}
 
 template <class Work>
 void RecordStore::change_together(Work&& work) {

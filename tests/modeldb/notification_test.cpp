@@ -54,6 +54,7 @@ class Listener final : public IDispatch {
   /// A number, or an array that a script can index.
   static std::string text(const VARIANT& value) {
     if (value.vt == VT_I4) return std::to_string(value.lVal);
+    if (value.vt == VT_DISPATCH) return "an object";
     if (value.vt != (VT_ARRAY | VT_VARIANT)) return "type " + std::to_string(value.vt);
     std::string list = "[";
     long last = -1;
@@ -107,6 +108,27 @@ TEST_F(NotificationTest, FailedSaveIsNotReported) {
   const auto force = make_force(std::numeric_limits<double>::quiet_NaN());
   EXPECT_TRUE(FAILED(save(force)));
   EXPECT_THAT(listener.calls, IsEmpty());
+}
+
+TEST_F(NotificationTest, FailuresOfABatchAreToldBeforeItAndStayThoseOfIt) {
+  const auto forces = create<NodalForces, INodalForces>();
+  forces->Add(make_force(std::numeric_limits<double>::quiet_NaN()).get());
+  forces->Add(make_force(1).get());
+  // The listener saves a batch of its own, once.
+  const auto sets = create<LoadSets, ILoadSets>();
+  sets->Add(make_load_set(L"Wind").get());
+  listener.on_call = [&] {
+    listener.on_call = nullptr;
+    save(sets);
+  };
+  ASSERT_EQ(save(forces), S_OK);
+  EXPECT_THAT(listener.calls, ElementsAre("RecordFailed 19 an object", "RecordsSaved 2 [1]",
+                                          "RecordsSaved 19 [0 1]"));
+  com::Ptr<IFailures> failures;
+  database->get_Failures(failures.put());
+  long count = -1;
+  failures->get_Count(&count);
+  EXPECT_EQ(count, 1);
 }
 
 TEST_F(NotificationTest, SuspensionHoldsUntilResumed) {

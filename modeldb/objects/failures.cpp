@@ -1,0 +1,47 @@
+#include "modeldb/objects/failures.h"
+
+#include "com/enumerator.h"
+
+namespace modeldb {
+
+STDMETHODIMP Failure::get_Record(IDispatch** pVal) {
+  *pVal = record_.copy();
+  return S_OK;
+}
+
+STDMETHODIMP Failure::get_Number(long* pVal) {
+  *pVal = number_;
+  return S_OK;
+}
+
+STDMETHODIMP Failure::get_Sentence(BSTR* pVal) {
+  return com::boundary([&] { *pVal = com::Bstr(sentence_.view()).detach(); });
+}
+
+void Failures::add(IDispatch* record, HRESULT number, std::wstring_view sentence) {
+  failures_.emplace_back(com::make<Failure>(record, number, sentence).get());
+}
+
+STDMETHODIMP Failures::Item(int Index, IFailure** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    if (Index < 0 || static_cast<std::size_t>(Index) >= failures_.size()) {
+      throw com::Error(E_INVALIDARG);
+    }
+    *pVal = failures_[static_cast<std::size_t>(Index)].query<IFailure>().detach();
+  });
+}
+
+STDMETHODIMP Failures::get_Count(long* pVal) {
+  *pVal = static_cast<long>(failures_.size());
+  return S_OK;
+}
+
+STDMETHODIMP Failures::get__NewEnum(IUnknown** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    *pVal = com::make<com::Enumerator>(failures_).query<IUnknown>().detach();
+  });
+}
+
+}  // namespace modeldb

@@ -1,0 +1,27 @@
+#include "modeldb/objects/named_set.h"
+
+namespace modeldb {
+
+std::vector<long> require_one_at_most(Database& database, const Kind& kind,
+                                      std::wstring_view name) {
+  if (name.empty()) {
+    fail(kInvalidArgument, L"No name was passed. Pass the name of the " + kind.object + L".");
+  }
+  std::vector<long> numbers;
+  std::wstring list;
+  const auto rows = database.query(L"SELECT " + kind.key + L" FROM " + kind.table +
+                                       L" WHERE Description = ? ORDER BY " + kind.key,
+                                   name);
+  while (rows->step()) {
+    numbers.push_back(static_cast<long>(rows->integer(0)));
+    list += (list.empty() ? L"" : L", ") + std::to_wstring(numbers.back());
+  }
+  if (numbers.size() > 1) {
+    fail(kIllegalOperation, L"The model has several " + kind.table + L" of the name " +
+                                quoted(name) + L": " + list +
+                                L". Give them names of their own, or take one by its ID.");
+  }
+  return numbers;
+}
+
+}  // namespace modeldb

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <orv_host.h>
+
+#include <string>
+#include <vector>
+
+#include "modeldb/engine/failure.h"
+#include "modeldb/objects/model.h"
+#include "modeldb/objects/set.h"
+
+namespace modeldb {
+
+/// The numbers of the sets of that name, in their order. Raises kInvalidArgument for no name, and
+/// kIllegalOperation when there are several, so that nobody takes the wrong one.
+std::vector<long> require_one_at_most(Database& database, const Kind& kind, std::wstring_view name);
+
+/// The model's set of that name, or a new one, which is saved: the next call finds it.
+template <class Set>
+com::Ptr<Set> named_set(const Model& model, IModelDatabase* database, std::wstring_view name) {
+  const Kind& kind = Set::table().kind();
+  const auto known = require_one_at_most(*model.database(), kind, name);
+  auto set = com::make<Set>();
+  const auto require_done = [&](HRESULT result) {
+    const com::Ptr<IDispatch> object(set.get());
+    if (FAILED(result)) com::raise_from(result, object.get(), kind.object_interface);
+  };
+  require_done(known.empty() ? set->put_Description(com::Bstr(name).get())
+                             : set->put_ID(known.front()));
+  // One that is known takes its values from the model, and has nothing to write.
+  require_done(set->Save(database, com::Variant::omitted(), com::Variant::omitted()));
+  return set;
+}
+
+}  // namespace modeldb
