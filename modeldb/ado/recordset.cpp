@@ -1,15 +1,14 @@
 #include "modeldb/ado/recordset.h"
 
 #include <climits>
-#include <new>
 #include <utility>
-#include <vector>
 
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
 #include "modeldb/ado/connection.h"
 #include "modeldb/ado/execution.h"
 #include "modeldb/ado/factories.h"
+#include "modeldb/ado/row_array.h"
 #include "modeldb/ado/value.h"
 #include "modeldb/engine/failure.h"
 
@@ -28,20 +27,6 @@ com::Variant value_of(const VARIANT& argument) {
 }
 
 VARIANT_BOOL automation_bool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
-
-/// Rows of `width` values each, which are moved, as an array of variants: field, row.
-com::Variant array_of(std::vector<com::Variant>&& values, ULONG width) {
-  SAFEARRAYBOUND bounds[] = {{width, 0}, {static_cast<ULONG>(values.size()) / width, 0}};
-  com::Variant result;
-  VARIANT* const array = result.put();
-  array->parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
-  if (!array->parray) throw std::bad_alloc();
-  array->vt = VT_ARRAY | VT_VARIANT;
-  // The first index runs fastest, as the values lie.
-  auto* const elements = static_cast<VARIANT*>(array->parray->pvData);
-  for (std::size_t i = 0; i < values.size(); ++i) elements[i] = values[i].detach();
-  return result;
-}
 
 }  // namespace
 
@@ -176,15 +161,12 @@ STDMETHODIMP AdoRecordset::GetRows(LONG rows, VARIANT start, VARIANT fields, VAR
            L"Fields out, and select the fields in the statement.");
     }
     (void)cursor_.row();
-    const int width = fields_.count();
-    std::vector<com::Variant> values;
+    RowArray values(fields_.count());
     for (LONG left = rows < 0 ? LONG_MAX : rows; left > 0 && !cursor_.at_end(); --left) {
-      for (int column = 0; column < width; ++column) {
-        read_value(cursor_.row(), column, values.emplace_back().put());
-      }
+      values.append(cursor_.row());
       cursor_.move_next();
     }
-    *var = array_of(std::move(values), static_cast<ULONG>(width)).detach();
+    *var = values.by_field().detach();
   });
 }
 

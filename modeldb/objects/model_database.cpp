@@ -1,12 +1,27 @@
 #include "modeldb/objects/model_database.h"
 
+#include "modeldb/ado/argument.h"
 #include "modeldb/ado/factories.h"
+#include "modeldb/ado/row_array.h"
 #include "modeldb/engine/failure.h"
+#include "modeldb/objects/bulk_rows.h"
 #include "modeldb/objects/copying.h"
 #include "modeldb/objects/loading.h"
 #include "modeldb/objects/named_set.h"
+#include "modeldb/store/script_array.h"
 
 namespace modeldb {
+namespace {
+
+bool wants_names(const VARIANT& argument) {
+  if (com::is_omitted(argument) || argument.vt == VT_EMPTY) return false;
+  const com::Variant flag = argument_as(VT_BOOL, argument,
+                                        L"What Rows was given for the names is neither True nor "
+                                        L"False. Pass True to have them in the first row.");
+  return flag.get().boolVal != VARIANT_FALSE;
+}
+
+}  // namespace
 
 const std::shared_ptr<Model>& ModelDatabase::model() const {
   if (!model_) {
@@ -145,6 +160,31 @@ STDMETHODIMP ModelDatabase::Copy(IDispatch* pRecord, IDispatch** pVal) {
     *pVal = nullptr;
     const std::shared_ptr<Model> open_model = model();
     *pVal = copy_of(*open_model, this, pRecord).detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::AppendRows(BSTR bstrTable, VARIANT vColumns, VARIANT vRows,
+                                       VARIANT* pVal) {
+  return com::boundary([&] {
+    VariantInit(pVal);
+    (void)model();
+    // A listener may close the model.
+    const com::Ptr<RecordStore> store = store_;
+    const auto keys = append_rows(*store, com::Bstr::view(bstrTable), vColumns, vRows);
+    *pVal = script_array(keys).detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::Rows(BSTR bstrSql, VARIANT vNames, VARIANT* pVal) {
+  return com::boundary([&] {
+    VariantInit(pVal);
+    const bool with_names = wants_names(vNames);
+    const auto query =
+        model()->database()->execute_text(com::Bstr::view(bstrSql), Trust::kRead).query;
+    RowArray rows(query->columns().size());
+    if (with_names) rows.append_names(query->columns());
+    while (query->step()) rows.append(*query);
+    *pVal = rows.by_row().detach();
   });
 }
 

@@ -60,6 +60,11 @@ class ModelDatabase : public ModelDatabaseBase {
   /// A new object, not saved, with the values of a record, set or vertex. The copy of a record is
   /// in the same sets, and stands on the same vertex by an object of its own.
   STDMETHODIMP Copy(IDispatch* pRecord, IDispatch** pVal) override;
+  /// See append_rows. The keys come as an array of variants, which every script can index.
+  STDMETHODIMP AppendRows(BSTR bstrTable, VARIANT vColumns, VARIANT vRows, VARIANT* pVal) override;
+  /// The rows of a SELECT as an array (row, column) with the lower bounds 0; when `vNames` is true,
+  /// the names of the columns stand in its first row. Any other statement is refused.
+  STDMETHODIMP Rows(BSTR bstrSql, VARIANT vNames, VARIANT* pVal) override;
 
   // ModelAccess
 

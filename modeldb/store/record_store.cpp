@@ -4,6 +4,7 @@
 
 #include "modeldb/engine/failure.h"
 #include "modeldb/store/refusal.h"
+#include "modeldb/store/script_array.h"
 
 namespace modeldb {
 namespace {
@@ -16,23 +17,11 @@ bool is_true(const VARIANT& flag) {
   return FAILED(result) || converted.boolVal != VARIANT_FALSE;
 }
 
-/// An array of 32-bit integers as an array of variants, the only one that VBScript can index.
+/// The keys of a batch, in an array that VBScript can index.
 com::Variant for_scripts(const VARIANT& ids) {
   if (ids.vt != (VT_ARRAY | VT_I4) || SafeArrayGetDim(ids.parray) != 1) return com::Variant(ids);
-  const auto* const numbers = static_cast<const long*>(ids.parray->pvData);
-  const ULONG count = ids.parray->rgsabound[0].cElements;
-
-  com::Variant result;
-  VARIANT* const array = result.put();
-  array->parray = SafeArrayCreateVector(VT_VARIANT, 0, count);
-  if (!array->parray) throw std::bad_alloc();
-  array->vt = VT_ARRAY | VT_VARIANT;
-  auto* const elements = static_cast<VARIANT*>(array->parray->pvData);
-  for (ULONG index = 0; index < count; ++index) {
-    elements[index].vt = VT_I4;
-    elements[index].lVal = numbers[index];
-  }
-  return result;
+  return script_array(
+      {static_cast<const long*>(ids.parray->pvData), ids.parray->rgsabound[0].cElements});
 }
 
 }  // namespace

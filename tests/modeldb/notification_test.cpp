@@ -102,6 +102,16 @@ TEST_F(NotificationTest, CollectionIsReportedOnceWithItsIdsInOrder) {
   sets->Add(make_load_set(L"Snow").get());
   ASSERT_EQ(save(sets), S_OK);
   EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 2 [1 2]"));
+
+  listener.calls.clear();
+  SAFEARRAYBOUND bounds[] = {{2, 0}, {1, 0}};
+  com::Variant rows;
+  com::Variant keys;
+  rows.put()->parray = SafeArrayCreate(VT_R8, 2, bounds);
+  com::mutable_address(rows)->vt = VT_ARRAY | VT_R8;
+  const com::Variant column(com::Bstr(L"Magnitude"));
+  ASSERT_EQ(database->AppendRows(com::Bstr(L"NodalForces").get(), column, rows, keys.put()), S_OK);
+  EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 19 [4 5]"));
 }
 
 TEST_F(NotificationTest, FailedSaveIsNotReported) {
