@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "modeldb/ado/model_call.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/store/refusal.h"
 #include "modeldb/store/script_array.h"
@@ -27,7 +28,10 @@ com::Variant for_scripts(const VARIANT& ids) {
 }  // namespace
 
 RecordStore::RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner)
-    : model_(std::move(model)), owner_(owner), finder_(model_->catalogue()) {}
+    : turns_(model->database()->turns()),
+      model_(std::move(model)),
+      owner_(owner),
+      finder_(model_->catalogue()) {}
 
 void RecordStore::disconnect() {
   model_.reset();
@@ -45,7 +49,7 @@ std::shared_ptr<Model> RecordStore::model() const {
 }
 
 STDMETHODIMP RecordStore::SaveRecord(IDispatch* record, VARIANT vCascadeDown, VARIANT vCascadeUp) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     const auto open_model = model();
     run_for_client(record, [&] {
       const Record found = finder_.find(record);
@@ -99,7 +103,7 @@ long RecordStore::write_row(Database& database, const Record& record) {
 }
 
 STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     const auto open_model = model();
     run_for_client(record, [&] { remove(*open_model, finder_.find(record)); });
   });
@@ -174,21 +178,21 @@ void RecordStore::send_batch(const wchar_t* method, long object_type, const VARI
 }
 
 STDMETHODIMP RecordStore::RecordsSaved(long eventObjectType, VARIANT ids) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     send_batch(L"RecordsSaved", eventObjectType, ids);
   });
 }
 
 STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     send_batch(L"RecordsDeleted", eventObjectType, ids);
   });
 }
 
 STDMETHODIMP RecordStore::EventsEnabled(long flag) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     if (flag == 0) begin_batch();
     suspended_ = flag == 0;
@@ -204,7 +208,7 @@ void RecordStore::on_transaction(TransactionEvent event) noexcept {
 }
 
 STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     if (!pListener) fail(E_POINTER, L"Advise was given no object to notify.");
     if (com::Ptr<IDispatch>(pListener).query<IRecordStore>()) {
@@ -217,7 +221,7 @@ STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {
 }
 
 STDMETHODIMP RecordStore::Unadvise(IDispatch* pListener) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     if (!listeners_.remove(pListener)) {
       fail(kItemNotFound, L"The object passed to Unadvise is not being notified.");
