@@ -4,13 +4,13 @@
 #include <optional>
 #include <unordered_set>
 
+#include "com/sentence.h"
 #include "modeldb/engine/ascii.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/objects/cells.h"
 #include "modeldb/schema/host_kinds.h"
 #include "modeldb/store/cell_value.h"
 #include "modeldb/store/row_values.h"
-#include "modeldb/store/sentence.h"
 #include "modeldb/store/set_names.h"
 
 namespace modeldb {

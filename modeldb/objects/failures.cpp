@@ -1,6 +1,7 @@
 #include "modeldb/objects/failures.h"
 
 #include "com/enumerator.h"
+#include "com/free_threaded.h"
 
 namespace modeldb {
 
@@ -40,7 +41,7 @@ STDMETHODIMP Failures::get_Count(long* pVal) {
 STDMETHODIMP Failures::get__NewEnum(IUnknown** pVal) {
   return com::boundary([&] {
     *pVal = nullptr;
-    *pVal = com::make<com::Enumerator>(failures_).query<IUnknown>().detach();
+    *pVal = com::make<com::FreeThreaded<com::Enumerator>>(failures_).query<IUnknown>().detach();
   });
 }
 

@@ -5,6 +5,7 @@
 
 #include "com/automation.h"
 #include "com/free_threaded.h"
+#include "com/sentence.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/failures.h"
 #include "modeldb/objects/inherited.h"
@@ -13,7 +14,6 @@
 #include "modeldb/store/change_log.h"
 #include "modeldb/store/listeners.h"
 #include "modeldb/store/row_values.h"
-#include "modeldb/store/sentence.h"
 
 namespace modeldb {
 
