@@ -5,8 +5,33 @@
 
 #include "com/error.h"
 #include "com/module.h"
+#include "com/type_description.h"
 
 namespace com {
+namespace {
+
+Ptr<ITypeInfo> default_interface(ITypeInfo* type_class) {
+  HREFTYPE reference = 0;
+  check(type_class->GetRefTypeOfImplType(0, &reference));
+  Ptr<ITypeInfo> result;
+  check(type_class->GetRefTypeInfo(reference, result.put()));
+  return result;
+}
+
+/// The library's class whose first interface, which is its default, is `iid`.
+Ptr<ITypeInfo> class_of(const Ptr<ITypeLib>& library, REFIID iid) {
+  for (UINT index = 0; index < library->GetTypeInfoCount(); ++index) {
+    TYPEKIND kind = TKIND_MAX;
+    check(library->GetTypeInfoType(index, &kind));
+    if (kind != TKIND_COCLASS) continue;
+    Ptr<ITypeInfo> found;
+    check(library->GetTypeInfo(index, found.put()));
+    if (IsEqualIID(TypeAttributes(default_interface(found.get()))->guid, iid)) return found;
+  }
+  throw Error(TYPE_E_ELEMENTNOTFOUND);
+}
+
+}  // namespace
 
 Ptr<ITypeLib> load_type_library(const TypeLibrary& library, LCID locale) {
   Ptr<ITypeLib> result;
@@ -21,8 +46,13 @@ TypeInfo::Loaded& TypeInfo::load(LCID locale) {
   if (Loaded* const loaded = loaded_.load(std::memory_order_acquire)) return *loaded;
   const std::lock_guard lock(Module::instance().shared_state_lock());
   if (Loaded* const loaded = loaded_.load(std::memory_order_relaxed)) return *loaded;
+  const Ptr<ITypeLib> library = load_type_library(library_, locale);
   Ptr<ITypeInfo> info;
-  check(load_type_library(library_, locale)->GetTypeInfoOfGuid(id_, info.put()));
+  if (of_ == Of::kClass) {
+    info = class_of(library, iid_);
+  } else {
+    check(library->GetTypeInfoOfGuid(iid_, info.put()));
+  }
   auto* const loaded = new Loaded{std::move(info), {}};
   loaded_before_ = std::exchange(loaded_last_, this);
   loaded_.store(loaded, std::memory_order_release);

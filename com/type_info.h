@@ -18,11 +18,14 @@ struct TypeLibrary {
   LCID locale;
 };
 
-/// Type information of one class or interface: loaded on first use, kept for the module's life.
-/// Safe for concurrent use.
+/// Type information of one interface, or of the class whose default interface it is: loaded on
+/// first use, kept for the module's life. Safe for concurrent use.
 class TypeInfo {
  public:
-  constexpr TypeInfo(const TypeLibrary& library, REFGUID id) : library_(library), id_(id) {}
+  enum class Of { kInterface, kClass };
+
+  constexpr TypeInfo(const TypeLibrary& library, REFIID iid, Of of = Of::kInterface)
+      : library_(library), iid_(iid), of_(of) {}
 
   /// Borrowed type information, from the registered library or else from the module's own copy.
   /// Raises the platform's failure when neither has it.
@@ -43,7 +46,8 @@ class TypeInfo {
   Loaded& load(LCID locale);
 
   const TypeLibrary& library_;
-  const GUID& id_;
+  const IID& iid_;
+  const Of of_;
   std::atomic<Loaded*> loaded_ = nullptr;
   // All that are loaded, each naming the one loaded before it.
   TypeInfo* loaded_before_ = nullptr;

@@ -2,7 +2,6 @@
 
 #include <msado15_backcompat.h>
 
-#include "com/entry_points.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/model_database.h"
@@ -40,10 +39,8 @@ std::span<com::ClassEntry> ado_classes() {
   return table;
 }
 
-}  // namespace modeldb
-
-com::ModuleContents com::module_contents() {
-  return {.classes = modeldb::classes(),
-          .private_classes = modeldb::ado_classes(),
-          .library = modeldb::kLibrary};
+com::ModuleContents module_contents() {
+  return {.classes = classes(), .private_classes = ado_classes(), .library = kLibrary};
 }
+
+}  // namespace modeldb

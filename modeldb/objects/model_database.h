@@ -14,8 +14,7 @@
 namespace modeldb {
 
 using ModelDatabaseBase = ReservedDatabaseMembers<
-    Inheriting<com::DispatchObject<::ModelDatabase, IModelDatabaseFile, kLibrary, ModelAccess>,
-               IModelDatabase>>;
+    Inheriting<com::DispatchObject<IModelDatabaseFile, kLibrary, ModelAccess>, IModelDatabase>>;
 
 /// A model database file as scripts open it, and as records and collections are passed it.
 ///
