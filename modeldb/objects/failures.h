@@ -13,7 +13,7 @@
 namespace modeldb {
 
 /// A record that a batch could not save or delete, and why.
-class Failure : public com::FreeThreaded<com::DispatchObject<::Failure, IFailure, kLibrary>> {
+class Failure : public com::FreeThreaded<com::DispatchObject<IFailure, kLibrary>> {
  public:
   Failure(IDispatch* record, HRESULT number, std::wstring_view sentence)
       : record_(record), number_(number), sentence_(sentence) {}
@@ -30,7 +30,7 @@ class Failure : public com::FreeThreaded<com::DispatchObject<::Failure, IFailure
 
 /// The failures of one batch, in the order in which they happened. Each batch has a list of its
 /// own, so that one which a script holds stays as it is.
-class Failures : public com::FreeThreaded<com::DispatchObject<::Failures, IFailures, kLibrary>> {
+class Failures : public com::FreeThreaded<com::DispatchObject<IFailures, kLibrary>> {
  public:
   void add(IDispatch* record, HRESULT number, std::wstring_view sentence);
   [[nodiscard]] const std::vector<com::Ptr<IDispatch>>& all() const { return failures_; }

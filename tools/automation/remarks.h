@@ -15,7 +15,7 @@ struct RemarkText {
   std::string reason;
 };
 
-class Remark : public com::AutomationObject<::Remark, IRemark, kLibrary> {
+class Remark : public com::AutomationObject<IRemark, kLibrary> {
  public:
   explicit Remark(RemarkText text) : text_(std::move(text)) {}
 
@@ -28,7 +28,7 @@ class Remark : public com::AutomationObject<::Remark, IRemark, kLibrary> {
   RemarkText text_;
 };
 
-using Remarks = com::List<::Remarks, IRemarks, IRemark, kLibrary>;
+using Remarks = com::List<IRemarks, IRemark, kLibrary>;
 
 com::Ptr<IRemarks> make_remarks(const std::vector<RemarkText>& texts);
 
