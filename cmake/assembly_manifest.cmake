@@ -4,24 +4,28 @@
 include(${CMAKE_CURRENT_LIST_DIR}/registry_scripts.cmake)
 
 # orv_assembly_manifest(<module> PROGID <prefix> IDL <file.idl> CLASSES <"Name number">...
-#                       [IDENTIFIERS <file.idl>] [INTERFACES <file.idl>...])
+#                       [IDENTIFIERS <file.idl>] [THREADING <model>] [INTERFACES <file.idl>...])
 #
 # Writes <module>.sxs.manifest beside the module. The assembly has a name of its own, <module>.sxs,
 # since the platform would look for an assembly called <module> inside <module>.dll.
 #
-#   PROGID, IDL, CLASSES, IDENTIFIERS   as in orv_registry_scripts.
+#   PROGID, IDL, CLASSES, IDENTIFIERS, THREADING   as in orv_registry_scripts.
 #   INTERFACES  the files whose interfaces the module marshals, in the order of its PROXIES. Without
 #               it, IDL alone.
 #
 #   orv_assembly_manifest(orv_node PROGID Orv_Node IDL orv_node.idl CLASSES ${classes})
 function(orv_assembly_manifest module)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "PROGID;IDL;IDENTIFIERS" "CLASSES;INTERFACES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "PROGID;IDL;IDENTIFIERS;THREADING" "CLASSES;INTERFACES")
+  if(NOT arg_THREADING)
+    set(arg_THREADING Apartment)
+  endif()
   if(NOT arg_INTERFACES)
     set(arg_INTERFACES ${arg_IDL})
   endif()
   orv_read_definitions(definitions ${arg_IDL} ${arg_IDENTIFIERS})
   orv_library_identifier(libid "${definitions}")
-  orv_manifest_classes(classes "${arg_CLASSES}" ${arg_PROGID} ${libid} "${definitions}")
+  orv_manifest_classes(classes "${arg_CLASSES}" ${arg_PROGID} ${libid} ${arg_THREADING}
+                       "${definitions}")
   orv_read_definitions(definitions ${arg_INTERFACES})
   orv_manifest_interfaces(interfaces proxy_clsid ${libid} "${definitions}")
 
@@ -38,14 +42,14 @@ function(orv_assembly_manifest module)
                      COMMAND ${CMAKE_COMMAND} -E copy ${manifest} ${ORV_OUT_DIR} VERBATIM)
 endfunction()
 
-function(orv_manifest_classes variable classes progid libid definitions)
+function(orv_manifest_classes variable classes progid libid threading definitions)
   set(elements)
   foreach(entry IN LISTS classes)
     string(REGEX REPLACE " .*" "" class ${entry})
     orv_class_identifier(clsid ${class} "${definitions}")
     string(APPEND elements
            "    <comClass clsid=\"{${clsid}}\" description=\"${class} Class\"\n"
-           "              progid=\"${progid}.${class}.1\" threadingModel=\"Apartment\"\n"
+           "              progid=\"${progid}.${class}.1\" threadingModel=\"${threading}\"\n"
            "              tlbid=\"{${libid}}\">\n"
            "      <progid>${progid}.${class}</progid>\n"
            "    </comClass>\n")

@@ -2,7 +2,7 @@
 # cmake/class.rgs.in. Identifiers are read from the interface definitions, where they stand once.
 
 # orv_registry_scripts(RC <file.rc> PROGID <prefix> IDL <file.idl> CLASSES <"Name number">...
-#                      [IDENTIFIERS <file.idl>])
+#                      [IDENTIFIERS <file.idl>] [THREADING <model>])
 #
 # Writes the scripts and <stem of RC>_registry.rc, which lists them as resources under their
 # numbers; the resource script includes it by that name.
@@ -11,11 +11,16 @@
 #   IDL          declares the type library, whose uuid stands first in its attributes, and a line
 #                CREATABLE(<Name>, <identifier>…) for each class.
 #   IDENTIFIERS  holds "#define <NAME> <identifier>" for classes whose line gives such a name.
+#   THREADING    the classes' threading model; Apartment without it.
 #
 #   orv_registry_scripts(RC orv_node.rc PROGID Orv_Node IDL orv_node.idl
 #                        CLASSES "NodalForce 103" "NodalForces 104")
 function(orv_registry_scripts)
-  cmake_parse_arguments(PARSE_ARGV 0 arg "" "RC;PROGID;IDL;IDENTIFIERS" "CLASSES")
+  cmake_parse_arguments(PARSE_ARGV 0 arg "" "RC;PROGID;IDL;IDENTIFIERS;THREADING" "CLASSES")
+  set(threading Apartment)
+  if(arg_THREADING)
+    set(threading ${arg_THREADING})
+  endif()
   orv_read_definitions(definitions ${arg_IDL} ${arg_IDENTIFIERS})
   orv_library_identifier(libid "${definitions}")
 

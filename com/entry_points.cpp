@@ -25,7 +25,6 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
       // When the process ends, nothing else may be alive to release to.
       if (!reserved) {
         com::release_class_objects(com::module_contents().classes);
-        com::release_class_objects(com::module_contents().private_classes);
         com::Module::instance().detach();
       }
       break;

@@ -11,8 +11,6 @@ namespace com {
 struct ModuleContents {
   /// Creatable and registered, in this order.
   std::span<ClassEntry> classes;
-  /// Class objects that the module makes for its own use, under identifiers of others.
-  std::span<ClassEntry> private_classes;
   const TypeLibrary& library;
 };
 ModuleContents module_contents();

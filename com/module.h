@@ -14,6 +14,10 @@ class Lock {
  public:
   void lock() { AcquireSRWLockExclusive(&lock_); }
   void unlock() { ReleaseSRWLockExclusive(&lock_); }
+  /// Gives the lock up until `condition` is signalled or the milliseconds have passed.
+  void wait(CONDITION_VARIABLE& condition, DWORD milliseconds) {
+    SleepConditionVariableSRW(&condition, &lock_, milliseconds, 0);
+  }
 
  private:
   SRWLOCK lock_ = SRWLOCK_INIT;

@@ -16,10 +16,13 @@ namespace com {
 /// to the controlling unknown. The class is completed by Instance, which owns identity and count.
 ///
 /// The first interface is the object's identity for IDispatch when it derives from IDispatch.
-/// Reference counts are plain numbers: the objects are apartment-threaded.
+/// Reference counts are plain numbers: the objects are apartment-threaded. A class whose objects
+/// may be released beside the thread that uses them names an atomic ReferenceCount.
 template <class First, class... Rest>
 class Object : public First, public Rest... {
  public:
+  using ReferenceCount = long;
+
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
@@ -124,7 +127,7 @@ class Instance final : public T {
     }
 
     Instance* object;
-    long references = 0;
+    typename T::ReferenceCount references = 0;
   };
 
   template <class... Arguments>

@@ -17,13 +17,26 @@ Ptr<ITypeLib> load_type_library(const TypeLibrary& library, LCID locale) {
   return result;
 }
 
+Ptr<ITypeInfo> TypeInfo::find(LCID locale) const {
+  Ptr<ITypeInfo> info;
+  Ptr<ITypeLib> library;
+  const TypeLibrary::Successor& successor = library_.successor;
+  if (successor.id &&
+      FAILED(LoadRegTypeLib(library_.id, library_.major, library_.minor, locale, library.put())) &&
+      SUCCEEDED(
+          LoadRegTypeLib(*successor.id, successor.major, successor.minor, locale, library.put()))) {
+    check(library->GetTypeInfoOfGuid(successor.identifier(id_), info.put()));
+    return info;
+  }
+  check(load_type_library(library_, locale)->GetTypeInfoOfGuid(id_, info.put()));
+  return info;
+}
+
 TypeInfo::Loaded& TypeInfo::load(LCID locale) {
   if (Loaded* const loaded = loaded_.load(std::memory_order_acquire)) return *loaded;
   const std::lock_guard lock(Module::instance().shared_state_lock());
   if (Loaded* const loaded = loaded_.load(std::memory_order_relaxed)) return *loaded;
-  Ptr<ITypeInfo> info;
-  check(load_type_library(library_, locale)->GetTypeInfoOfGuid(id_, info.put()));
-  auto* const loaded = new Loaded{std::move(info), {}};
+  auto* const loaded = new Loaded{find(locale), {}};
   loaded_before_ = std::exchange(loaded_last_, this);
   loaded_.store(loaded, std::memory_order_release);
   return *loaded;

@@ -16,6 +16,13 @@ struct TypeLibrary {
   WORD major;
   WORD minor;
   LCID locale;
+  /// Where it is not registered: a library of the same interfaces under identifiers of its own.
+  struct Successor {
+    const GUID* id = nullptr;
+    WORD major = 0;
+    WORD minor = 0;
+    GUID (*identifier)(REFGUID) = nullptr;  // of an interface, by that in the library itself
+  } successor = {};
 };
 
 /// Type information of one class or interface: loaded on first use, kept for the module's life.
@@ -24,7 +31,8 @@ class TypeInfo {
  public:
   constexpr TypeInfo(const TypeLibrary& library, REFGUID id) : library_(library), id_(id) {}
 
-  /// Borrowed type information, from the registered library or else from the module's own copy.
+  /// Borrowed type information, from the registered library, or else from a registered successor,
+  /// or else from the module's own copy.
   /// Raises the platform's failure when neither has it.
   ITypeInfo* get(LCID locale) { return load(locale).info.get(); }
 
@@ -41,6 +49,7 @@ class TypeInfo {
   };
 
   Loaded& load(LCID locale);
+  [[nodiscard]] Ptr<ITypeInfo> find(LCID locale) const;
 
   const TypeLibrary& library_;
   const GUID& id_;

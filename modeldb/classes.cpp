@@ -1,9 +1,10 @@
 #include "modeldb/classes.h"
 
-#include <msado15_backcompat.h>
+#include <atomic>
+#include <concepts>
 
 #include "com/entry_points.h"
-#include "modeldb/ado/factories.h"
+#include "modeldb/ado/record_load.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/model_database.h"
 #include "modeldb/objects/set_collection.h"
@@ -14,8 +15,18 @@ namespace {
 
 // The script's number is that of the resource; the build lists the same numbers.
 template <class Object, class Class>
-com::ClassEntry entry(UINT script) {
-  return {__uuidof(Class), script, &com::Instance<Object>::create};
+com::ClassEntry entry(UINT script,
+                      com::ClassEntry::Creator create = &com::Instance<Object>::create) {
+  static_assert(std::same_as<typename Object::ReferenceCount, std::atomic<long>>);
+  return {__uuidof(Class), script, create};
+}
+
+template <class Sets, class Class>
+com::ClassEntry entry_of_sets(UINT script) {
+  return entry<Sets, Class>(script, [](IUnknown* outer, REFIID iid, void** out) {
+    RecordLoad::sets_created();
+    return com::Instance<Sets>::create(outer, iid, out);
+  });
 }
 
 }  // namespace
@@ -25,25 +36,17 @@ std::span<com::ClassEntry> classes() {
       entry<ModelDatabase, ::ModelDatabase>(101),
       entry<Vertex, ::Vertex>(102),
       entry<LoadSet, ::LoadSet>(103),
-      entry<LoadSets, ::LoadSets>(104),
+      entry_of_sets<LoadSets, ::LoadSets>(104),
       entry<ConstraintSet, ::ConstraintSet>(105),
-      entry<ConstraintSets, ::ConstraintSets>(106),
+      entry_of_sets<ConstraintSets, ::ConstraintSets>(106),
       entry<DesignScenario, ::DesignScenario>(107),
-      entry<DesignScenarios, ::DesignScenarios>(108),
+      entry_of_sets<DesignScenarios, ::DesignScenarios>(108),
   };
-  return table;
-}
-
-std::span<com::ClassEntry> ado_classes() {
-  constexpr UINT kNoScript = 0;
-  static com::ClassEntry table[] = {{CLSID_Recordset, kNoScript, &create_recordset}};
   return table;
 }
 
 }  // namespace modeldb
 
 com::ModuleContents com::module_contents() {
-  return {.classes = modeldb::classes(),
-          .private_classes = modeldb::ado_classes(),
-          .library = modeldb::kLibrary};
+  return {.classes = modeldb::classes(), .library = modeldb::kLibrary};
 }

@@ -16,5 +16,5 @@ std::span<com::ClassEntry> classes() {
 }  // namespace
 
 com::ModuleContents com::module_contents() {
-  return {.classes = classes(), .private_classes = {}, .library = orv::kLibrary};
+  return {.classes = classes(), .library = orv::kLibrary};
 }

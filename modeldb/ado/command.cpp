@@ -4,6 +4,7 @@
 #include "modeldb/ado/connection.h"
 #include "modeldb/ado/execution.h"
 #include "modeldb/ado/factories.h"
+#include "modeldb/ado/model_call.h"
 #include "modeldb/engine/failure.h"
 
 namespace modeldb {
@@ -19,11 +20,11 @@ void require_no_parameters(const VARIANT* parameters) {
 }  // namespace
 
 STDMETHODIMP AdoCommand::get_CommandText(BSTR* str) {
-  return com::boundary([&] { *str = com::Bstr(text_.view()).detach(); });
+  return model_call(database_->turns(), [&] { *str = com::Bstr(text_.view()).detach(); });
 }
 
 STDMETHODIMP AdoCommand::put_CommandText(BSTR str) {
-  return com::boundary([&] { text_ = com::Bstr(com::Bstr::view(str)); });
+  return model_call(database_->turns(), [&] { text_ = com::Bstr(com::Bstr::view(str)); });
 }
 
 STDMETHODIMP AdoCommand::get_CommandType(CommandTypeEnum* cmd_type) {
@@ -38,7 +39,7 @@ STDMETHODIMP AdoCommand::put_CommandType(CommandTypeEnum cmd_type) {
 
 STDMETHODIMP AdoCommand::Execute(VARIANT* records_affected, VARIANT* parameters, LONG options,
                                  _Recordset** record_set) {
-  return com::boundary([&] {
+  return model_call(database_->turns(), [&] {
     require_no_parameters(parameters);
     if (options == adOptionUnspecified) options = type_;
     if (options == adExecuteNoRecords) options |= type_;
@@ -47,15 +48,15 @@ STDMETHODIMP AdoCommand::Execute(VARIANT* records_affected, VARIANT* parameters,
 }
 
 STDMETHODIMP AdoCommand::get_ActiveConnection(_Connection** object) {
-  return com::boundary([&] { *object = make_connection(database_).detach(); });
+  return model_call(database_->turns(), [&] { *object = make_connection(database_).detach(); });
 }
 
 STDMETHODIMP AdoCommand::putref_ActiveConnection(_Connection* object) {
-  return com::boundary([&] { require_own(object); });
+  return model_call(database_->turns(), [&] { require_own(object); });
 }
 
 STDMETHODIMP AdoCommand::put_ActiveConnection(VARIANT object) {
-  return com::boundary([&] {
+  return model_call(database_->turns(), [&] {
     com::Variant value;
     com::check(VariantCopyInd(value.put(), &object));
     require_own(value.type() == VT_DISPATCH ? value.get().pdispVal : nullptr);

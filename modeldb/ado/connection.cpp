@@ -3,6 +3,7 @@
 #include "com/bstr.h"
 #include "modeldb/ado/execution.h"
 #include "modeldb/ado/factories.h"
+#include "modeldb/ado/model_call.h"
 #include "modeldb/engine/failure.h"
 
 namespace modeldb {
@@ -32,24 +33,24 @@ HRESULT AdoConnection::query_other(REFIID iid, void** out) {
 
 STDMETHODIMP AdoConnection::Execute(BSTR command, VARIANT* records_affected, LONG options,
                                     _Recordset** record_set) {
-  return com::boundary([&] {
+  return model_call(database_->turns(), [&] {
     execute(*database_, com::Bstr::view(command), records_affected, options, record_set);
   });
 }
 
 STDMETHODIMP AdoConnection::BeginTrans(LONG* transaction_level) {
-  return com::boundary([&] {
+  return model_call(database_->turns(), [&] {
     database_->begin();
     *transaction_level = 1;
   });
 }
 
 STDMETHODIMP AdoConnection::CommitTrans() {
-  return com::boundary([&] { database_->commit(); });
+  return model_call(database_->turns(), [&] { database_->commit(); });
 }
 
 STDMETHODIMP AdoConnection::RollbackTrans() {
-  return com::boundary([&] { database_->rollback(); });
+  return model_call(database_->turns(), [&] { database_->rollback(); });
 }
 
 STDMETHODIMP AdoConnection::get_State(LONG* state) {
@@ -58,16 +59,16 @@ STDMETHODIMP AdoConnection::get_State(LONG* state) {
 }
 
 STDMETHODIMP AdoConnection::get_ConnectionString(BSTR* str) {
-  return com::boundary([&] { *str = com::Bstr(database_->path()).detach(); });
+  return model_call(database_->turns(), [&] { *str = com::Bstr(database_->path()).detach(); });
 }
 
 STDMETHODIMP AdoConnection::get_Provider(BSTR* str) {
-  return com::boundary([&] { *str = com::Bstr(L"Orv_ModelDb").detach(); });
+  return model_call(database_->turns(), [&] { *str = com::Bstr(L"Orv_ModelDb").detach(); });
 }
 
 /// The version of ADO whose interfaces these are.
 STDMETHODIMP AdoConnection::get_Version(BSTR* str) {
-  return com::boundary([&] { *str = com::Bstr(L"2.8").detach(); });
+  return model_call(database_->turns(), [&] { *str = com::Bstr(L"2.8").detach(); });
 }
 
 STDMETHODIMP AdoConnection::get_Mode(ConnectModeEnum* mode) {

@@ -10,6 +10,10 @@ namespace modeldb {
 /// is closed.
 class Cursor {
  public:
+  /// The line of the model whose rows these are; null until belong_to() tells it.
+  [[nodiscard]] const std::shared_ptr<Turns>& turns() const { return turns_; }
+  void belong_to(std::shared_ptr<Turns> turns) { turns_ = std::move(turns); }
+
   /// Takes the query and moves to its first row.
   void open(StatementLease query);
   void close() { query_ = {}; }
@@ -31,6 +35,7 @@ class Cursor {
   [[nodiscard]] Statement& row() const;
 
  private:
+  std::shared_ptr<Turns> turns_;
   StatementLease query_;
   bool at_end_ = true;
   bool is_empty_ = true;

@@ -72,7 +72,9 @@ void execute(Database& database, std::wstring_view text, VARIANT* affected, LONG
     affected->lVal = static_cast<LONG>(result.changed_rows);
   }
   const bool wants_records = options == adOptionUnspecified || !(options & adExecuteNoRecords);
-  if (out && wants_records) *out = make_recordset(std::move(result.query), text).detach();
+  if (out && wants_records) {
+    *out = make_recordset(database, std::move(result.query), text).detach();
+  }
 }
 
 }  // namespace modeldb

@@ -1,6 +1,7 @@
 #include "modeldb/ado/field.h"
 
 #include "com/bstr.h"
+#include "modeldb/ado/model_call.h"
 #include "modeldb/ado/value.h"
 #include "modeldb/engine/failure.h"
 
@@ -20,7 +21,7 @@ const Columns& AdoField::columns() const {
 DataTypeEnum AdoField::type() const { return ado_type(columns().declared_type(column_)); }
 
 STDMETHODIMP AdoField::get_Value(VARIANT* val) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     VariantInit(val);
     const Statement& row = cursor_.row();
     (void)columns();
@@ -29,7 +30,7 @@ STDMETHODIMP AdoField::get_Value(VARIANT* val) {
 }
 
 STDMETHODIMP AdoField::get_ActualSize(ADO_LONGPTR* size) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     const Statement& row = cursor_.row();
     (void)columns();
     *size = static_cast<ADO_LONGPTR>(row.size(column_));
@@ -37,15 +38,15 @@ STDMETHODIMP AdoField::get_ActualSize(ADO_LONGPTR* size) {
 }
 
 STDMETHODIMP AdoField::get_Name(BSTR* str) {
-  return com::boundary([&] { *str = com::Bstr(columns().name(column_)).detach(); });
+  return model_call(cursor_.turns(), [&] { *str = com::Bstr(columns().name(column_)).detach(); });
 }
 
 STDMETHODIMP AdoField::get_Type(DataTypeEnum* value) {
-  return com::boundary([&] { *value = type(); });
+  return model_call(cursor_.turns(), [&] { *value = type(); });
 }
 
 STDMETHODIMP AdoField::get_DefinedSize(ADO_LONGPTR* size) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     switch (type()) {
       case adInteger:
         *size = sizeof(LONG);
@@ -61,7 +62,7 @@ STDMETHODIMP AdoField::get_DefinedSize(ADO_LONGPTR* size) {
 
 /// Decimal digits of a number; 255 means that the term does not apply.
 STDMETHODIMP AdoField::get_Precision(unsigned char* precision) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     switch (type()) {
       case adInteger:
         *precision = 10;

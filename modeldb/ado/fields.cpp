@@ -5,13 +5,14 @@
 #include "com/bstr.h"
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
+#include "modeldb/ado/model_call.h"
 #include "modeldb/engine/failure.h"
 
 namespace modeldb {
 namespace {
 
 /// Walks the fields for For Each.
-class FieldEnumerator : public com::Object<IEnumVARIANT> {
+class FieldEnumerator : public com::FreeThreaded<com::Object<IEnumVARIANT>> {
  public:
   FieldEnumerator(com::Ptr<::Fields> fields, LONG position)
       : fields_(std::move(fields)), position_(position) {}
@@ -67,18 +68,18 @@ const VARIANT& dereferenced(const VARIANT& value) {
 }  // namespace
 
 STDMETHODIMP AdoFields::get_Count(LONG* number) {
-  return com::boundary([&] { *number = count(); });
+  return model_call(cursor_.turns(), [&] { *number = count(); });
 }
 
 STDMETHODIMP AdoFields::_NewEnum(IUnknown** object) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     const auto enumerator = com::make<FieldEnumerator>(com::Ptr<::Fields>(this), 0);
     *object = com::Ptr<IUnknown>(enumerator.get()).detach();
   });
 }
 
 STDMETHODIMP AdoFields::get_Item(VARIANT index, ::Field** object) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     *object = nullptr;
     *object = com::Ptr<::Field>(field(find(index))).detach();
   });
@@ -86,17 +87,19 @@ STDMETHODIMP AdoFields::get_Item(VARIANT index, ::Field** object) {
 
 int AdoFields::find(const VARIANT& index) const {
   const VARIANT& key = dereferenced(index);
-  const Columns& columns = cursor_.query().columns();
-  if (key.vt == VT_BSTR) return columns.find(com::Bstr::view(key.bstrVal));
-  if (key.vt == (VT_BSTR | VT_BYREF)) return columns.find(com::Bstr::view(*key.pbstrVal));
+  const auto columns = [&]() -> const Columns& { return cursor_.query().columns(); };
+  if (key.vt == VT_BSTR) return columns().find(com::Bstr::view(key.bstrVal));
+  if (key.vt == (VT_BSTR | VT_BYREF)) return columns().find(com::Bstr::view(*key.pbstrVal));
+  // The columns are looked at after the conversion: the value of an object is whatever its code
+  // gives, which may close the recordset.
   const com::Variant position = argument_as(
       VT_I4, key,
       L"A field was asked for by something that is neither a name nor a number. Use one.");
   const LONG number = position.get().lVal;
-  if (number < 0 || number >= columns.size()) {
+  if (number < 0 || number >= columns().size()) {
     fail(kItemNotFound, L"The recordset has no field number " + std::to_wstring(number) +
                             L". Its fields are numbered from 0 to " +
-                            std::to_wstring(columns.size() - 1) + L".");
+                            std::to_wstring(columns().size() - 1) + L".");
   }
   return number;
 }

@@ -10,6 +10,7 @@
 #include "modeldb/ado/connection.h"
 #include "modeldb/ado/execution.h"
 #include "modeldb/ado/factories.h"
+#include "modeldb/ado/model_call.h"
 #include "modeldb/ado/value.h"
 #include "modeldb/engine/failure.h"
 
@@ -45,14 +46,24 @@ com::Variant array_of(std::vector<com::Variant>&& values, ULONG width) {
 
 }  // namespace
 
-void AdoRecordset::open(StatementLease query, std::wstring_view text) {
+void AdoRecordset::final_release() {
+  // The statement goes back to its database, which may be at work for another thread.
+  if (const std::shared_ptr<Turns> turns = cursor_.turns()) {
+    turns->begin_surely();
+    cursor_.close();
+    turns->end();
+  }
+}
+
+void AdoRecordset::open(const Database& database, StatementLease query, std::wstring_view text) {
+  cursor_.belong_to(database.turns());
   if (query) cursor_.open(std::move(query));
   source_ = com::Bstr(text);
 }
 
 STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, CursorTypeEnum,
                                 LockTypeEnum, LONG options) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     if (cursor_.is_open()) {
       fail(kObjectOpen, L"The recordset is open already. Close it before you open it anew.");
     }
@@ -63,7 +74,10 @@ STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, Curso
            L"The recordset has no connection. Pass the Connection of an open "
            L"model database to Open.");
     }
-    StatementLease query = run_text(*database_of(connection_.get()), source_.view(), options).query;
+    const std::shared_ptr<Database> database = database_of(connection_.get());
+    const Turn turn(database->turns());
+    cursor_.belong_to(database->turns());
+    StatementLease query = run_text(*database, source_.view(), options).query;
     if (query) cursor_.open(std::move(query));
   });
 }
@@ -106,53 +120,54 @@ void AdoRecordset::set_connection(const VARIANT& connection) {
 }
 
 STDMETHODIMP AdoRecordset::Close() {
-  cursor_.close();
-  return S_OK;
+  return model_call(cursor_.turns(), [&] { cursor_.close(); });
 }
 
 STDMETHODIMP AdoRecordset::Requery(LONG) {
-  return com::boundary([&] { cursor_.run_again(); });
+  return model_call(cursor_.turns(), [&] { cursor_.run_again(); });
 }
 
 STDMETHODIMP AdoRecordset::get_State(LONG* state) {
-  *state = cursor_.is_open() ? adStateOpen : adStateClosed;
-  return S_OK;
+  return model_call(cursor_.turns(),
+                    [&] { *state = cursor_.is_open() ? adStateOpen : adStateClosed; });
 }
 
 STDMETHODIMP AdoRecordset::get_ActiveConnection(VARIANT* connection) {
-  return com::boundary([&] { *connection = com::Variant(connection_.get()).detach(); });
+  return model_call(cursor_.turns(),
+                    [&] { *connection = com::Variant(connection_.get()).detach(); });
 }
 
 STDMETHODIMP AdoRecordset::put_ActiveConnection(VARIANT connection) {
-  return com::boundary([&] { set_connection(connection); });
+  return model_call(cursor_.turns(), [&] { set_connection(connection); });
 }
 
 STDMETHODIMP AdoRecordset::putref_ActiveConnection(IDispatch* connection) {
-  return com::boundary([&] { set_connection(connection); });
+  return model_call(cursor_.turns(), [&] { set_connection(connection); });
 }
 
 STDMETHODIMP AdoRecordset::get_Source(VARIANT* source) {
-  return com::boundary([&] { *source = com::Variant(com::Bstr(source_.view())).detach(); });
+  return model_call(cursor_.turns(),
+                    [&] { *source = com::Variant(com::Bstr(source_.view())).detach(); });
 }
 
 STDMETHODIMP AdoRecordset::put_Source(BSTR source) {
-  return com::boundary([&] { source_ = com::Bstr(com::Bstr::view(source)); });
+  return model_call(cursor_.turns(), [&] { source_ = com::Bstr(com::Bstr::view(source)); });
 }
 
 STDMETHODIMP AdoRecordset::get_BOF(VARIANT_BOOL* bof) {
-  return com::boundary([&] { *bof = automation_bool(cursor_.is_empty()); });
+  return model_call(cursor_.turns(), [&] { *bof = automation_bool(cursor_.is_empty()); });
 }
 
 STDMETHODIMP AdoRecordset::get_EOF(VARIANT_BOOL* eof) {
-  return com::boundary([&] { *eof = automation_bool(cursor_.at_end()); });
+  return model_call(cursor_.turns(), [&] { *eof = automation_bool(cursor_.at_end()); });
 }
 
 STDMETHODIMP AdoRecordset::MoveFirst() {
-  return com::boundary([&] { cursor_.move_first(); });
+  return model_call(cursor_.turns(), [&] { cursor_.move_first(); });
 }
 
 STDMETHODIMP AdoRecordset::MoveNext() {
-  return com::boundary([&] { cursor_.move_next(); });
+  return model_call(cursor_.turns(), [&] { cursor_.move_next(); });
 }
 
 STDMETHODIMP AdoRecordset::get_Fields(::Fields** object) {
@@ -161,14 +176,16 @@ STDMETHODIMP AdoRecordset::get_Fields(::Fields** object) {
 }
 
 STDMETHODIMP AdoRecordset::get_Collect(VARIANT index, VARIANT* var) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     VariantInit(var);
-    read_value(cursor_.row(), fields_.find(index), var);
+    // Before the row: the value of an object that is the index may move the recordset or close it.
+    const int column = fields_.find(index);
+    read_value(cursor_.row(), column, var);
   });
 }
 
 STDMETHODIMP AdoRecordset::GetRows(LONG rows, VARIANT start, VARIANT fields, VARIANT* var) {
-  return com::boundary([&] {
+  return model_call(cursor_.turns(), [&] {
     VariantInit(var);
     if (is_given(start) || is_given(fields)) {
       fail(kFeatureNotAvailable,
@@ -213,14 +230,15 @@ STDMETHODIMP AdoRecordset::Supports(CursorOptionEnum, VARIANT_BOOL* ret) {
   return S_OK;
 }
 
-com::Ptr<_Recordset> make_recordset(StatementLease query, std::wstring_view text) {
+com::Ptr<_Recordset> make_recordset(const Database& database, StatementLease query,
+                                    std::wstring_view text) {
   const auto recordset = com::make<AdoRecordset>();
-  recordset->open(std::move(query), text);
+  recordset->open(database, std::move(query), text);
   return com::Ptr<_Recordset>(recordset.get());
 }
 
 com::Ptr<_Recordset> make_recordset(std::shared_ptr<Database> database, std::wstring_view sql) {
-  return make_recordset(database->execute_text(sql, Trust::kRead).query, sql);
+  return make_recordset(*database, database->execute_text(sql, Trust::kRead).query, sql);
 }
 
 HRESULT create_recordset(IUnknown* outer, REFIID iid, void** out) {

@@ -13,8 +13,8 @@ namespace modeldb {
 /// The rows of a query, read once from the first to the last.
 class AdoRecordset : public UnavailableRecordset {
  public:
-  /// Takes a query that is ready to run; an empty one leaves the recordset closed.
-  void open(StatementLease query, std::wstring_view text);
+  /// Takes a query of `database` that is ready to run; an empty one leaves the recordset closed.
+  void open(const Database& database, StatementLease query, std::wstring_view text);
 
   /// `source` is the text of a statement, the name of a table or a Command; `active_connection` a
   /// connection of an open model database. Both may have been set as properties before. The type of
@@ -53,6 +53,9 @@ class AdoRecordset : public UnavailableRecordset {
   STDMETHODIMP get_CursorLocation(CursorLocationEnum* cursor_loc) override;
   STDMETHODIMP Supports(CursorOptionEnum cursor_options, VARIANT_BOOL* ret) override;
 
+ protected:
+  void final_release() override;
+
  private:
   void take_source(const VARIANT& source);
   void set_connection(IDispatch* connection);
@@ -65,7 +68,8 @@ class AdoRecordset : public UnavailableRecordset {
   com::Ptr<IDispatch> connection_;
 };
 
-/// A recordset of the rows of `query`; closed when that is empty.
-com::Ptr<_Recordset> make_recordset(StatementLease query, std::wstring_view text);
+/// A recordset of the rows of `query` of `database`; closed when that is empty.
+com::Ptr<_Recordset> make_recordset(const Database& database, StatementLease query,
+                                    std::wstring_view text);
 
 }  // namespace modeldb

@@ -10,6 +10,7 @@
 #include "modeldb/engine/statement.h"
 #include "modeldb/engine/statement_cache.h"
 #include "modeldb/engine/transaction_observer.h"
+#include "modeldb/engine/turns.h"
 
 struct sqlite3;
 
@@ -41,6 +42,12 @@ class Database : public std::enable_shared_from_this<Database> {
   [[nodiscard]] bool is_open() const { return handle_ != nullptr; }
   /// The full path of the file.
   [[nodiscard]] const std::wstring& path() const { return path_; }
+
+  /// The line of the threads that use it. Whoever calls a member, or releases a statement, has the
+  /// turn; the database itself begins none.
+  [[nodiscard]] const std::shared_ptr<Turns>& turns() const { return turns_; }
+  /// Has its users stand in another line, before there are any.
+  void share(std::shared_ptr<Turns> turns) { turns_ = std::move(turns); }
 
   /// What the file says of its schema; 0 in a new one.
   [[nodiscard]] int schema_version();
@@ -133,6 +140,7 @@ class Database : public std::enable_shared_from_this<Database> {
   static std::wstring text_of(sqlite3_stmt* statement);
 
   std::wstring path_;
+  std::shared_ptr<Turns> turns_ = std::make_shared<Turns>();
   sqlite3* handle_ = nullptr;
   Authorizer authorizer_;
   StatementCache cache_;

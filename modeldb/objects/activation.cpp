@@ -3,60 +3,113 @@
 #include <windows.h>
 
 #include <array>
+#include <atomic>
+#include <mutex>
 
+#include "modeldb/ado/recordset_class.h"
 #include "modeldb/classes.h"
 
 namespace modeldb {
 namespace {
 
-/// The class objects registered for the apartment of the calling thread. No destructor: the thread
-/// may outlive the module.
-struct Registrations {
+/// The class objects of one apartment.
+class Registrations : public RecordsetClass {
+ public:
+  explicit Registrations(Registrations*& place) : place_(place) {}
+
+  void add_all();
+  void revoke_all();
+
+ protected:
+  /// When they were revoked, or the apartment has ended: the platform then lets go of them.
+  void final_release() override {
+    if (place_ == this) place_ = nullptr;
+  }
+
+ private:
   static constexpr std::size_t kMaximum = 16;
 
-  int uses = 0;
-  std::size_t count = 0;
-  std::array<DWORD, kMaximum> cookies{};
+  void add(REFCLSID clsid, IUnknown* class_object);
 
-  void add(std::span<com::ClassEntry> table);
-  void revoke_all();
+  Registrations*& place_;
+  std::size_t count_ = 0;
+  std::array<DWORD, kMaximum> cookies_{};
 };
 
-thread_local Registrations registered;
+// Those of the current thread's single-threaded apartment, and of the multithreaded one. Without
+// destructor: a thread may outlive the module.
+thread_local Registrations* of_this_thread = nullptr;
+Registrations* of_multithreaded = nullptr;
+com::Lock multithreaded_lock;
 
-void Registrations::add(std::span<com::ClassEntry> table) {
-  for (const com::ClassEntry& entry : table) {
-    com::Ptr<IUnknown> class_object;
-    com::check(com::get_class_object(table, entry.clsid, IID_IUnknown, class_object.put_void()));
-    DWORD cookie = 0;
-    com::check(CoRegisterClassObject(entry.clsid, class_object.get(), CLSCTX_INPROC_SERVER,
-                                     REGCLS_MULTIPLEUSE, &cookie));
-    // Without a cookie somebody else has registered the class, and goes on serving it.
-    if (cookie) cookies.at(count++) = cookie;
+std::atomic<int> models = 0;
+
+void Registrations::add_all() {
+  try {
+    for (const com::ClassEntry& entry : classes()) {
+      com::Ptr<IUnknown> class_object;
+      com::check(
+          com::get_class_object(classes(), entry.clsid, IID_IUnknown, class_object.put_void()));
+      add(entry.clsid, class_object.get());
+    }
+    add(CLSID_Recordset, static_cast<IClassFactory*>(this));
+  } catch (...) {
+    revoke_all();
+    throw;
   }
 }
 
+void Registrations::add(REFCLSID clsid, IUnknown* class_object) {
+  DWORD cookie = 0;
+  com::check(CoRegisterClassObject(clsid, class_object, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                                   &cookie));
+  // Without a cookie somebody else has registered the class, and goes on serving it.
+  if (cookie) cookies_.at(count_++) = cookie;
+}
+
 void Registrations::revoke_all() {
-  while (count > 0) CoRevokeClassObject(cookies[--count]);
+  const com::Ptr<IUnknown> alive(static_cast<IClassFactory*>(this));
+  while (count_ > 0) CoRevokeClassObject(cookies_[--count_]);
+}
+
+/// Calls `work` with the place of the current apartment's registrations; not at all on a thread
+/// that is in none.
+template <class Work>
+void with_current_place(Work work) {
+  APTTYPE type{};
+  APTTYPEQUALIFIER qualifier{};
+  if (FAILED(CoGetApartmentType(&type, &qualifier))) return;
+  if (type != APTTYPE_MTA) return work(of_this_thread);
+  const std::lock_guard lock(multithreaded_lock);
+  work(of_multithreaded);
+}
+
+void register_in(Registrations*& place) {
+  if (place) return;
+  const auto registrations = com::make<Registrations>(place);
+  registrations->add_all();
+  place = registrations.get();
+}
+
+void revoke_in(Registrations*& place) {
+  if (Registrations* const registrations = std::exchange(place, nullptr)) {
+    registrations->revoke_all();
+  }
 }
 
 }  // namespace
 
 Activation::Activation() {
-  if (registered.uses == 0) {
-    try {
-      registered.add(classes());
-      registered.add(ado_classes());
-    } catch (...) {
-      registered.revoke_all();
-      throw;
-    }
-  }
-  ++registered.uses;
+  in_this_apartment();
+  ++models;
 }
 
 Activation::~Activation() {
-  if (--registered.uses == 0) registered.revoke_all();
+  if (--models == 0) with_current_place(revoke_in);
+}
+
+void Activation::in_this_apartment() {
+  if (!of_this_thread) with_current_place(register_in);
 }
 
 }  // namespace modeldb

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "com/automation.h"
+#include "com/free_threaded.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/column_reader.h"
@@ -19,7 +20,7 @@ namespace modeldb {
 /// from rows (load_row), and says whether its number means the same in every model
 /// (kIsNamedByNumber).
 template <class Self, class Class, class Interface>
-class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
+class HostObject : public com::FreeThreaded<com::DispatchObject<Class, Interface, kLibrary>> {
  public:
   STDMETHODIMP get_ID(long* pVal) override {
     *pVal = id_;
@@ -97,7 +98,10 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
           remember(pModelDatabase);
           break;
         case host::FileOp::kDelete:
-          (void)stored_row(pModelDatabase);
+          if (const auto store = own_store(pModelDatabase)) {
+            const Turn turn(store->turns());
+            (void)stored_row(*store);
+          }
           break;
       }
     });
@@ -127,7 +131,10 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
   /// Takes what was not put from the stored row. True when the row says all that the object does;
   /// false also when there is no such row, or no model of this module to look it up in.
   bool complete(IDispatch* model_database) {
-    const auto row = stored_row(model_database);
+    const auto store = own_store(model_database);
+    if (!store) return false;
+    const Turn turn(store->turns());
+    const auto row = stored_row(*store);
     if (!row) return false;
     const bool same = image_.complete(*row);
     remember(model_database);
@@ -137,13 +144,11 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
  private:
   Self& self() { return static_cast<Self&>(*this); }
 
-  /// The object's row; empty when there is none, or no model of this module to look it up in.
-  /// Raises, with a sentence, when the row is that of another object.
-  StatementLease stored_row(IDispatch* model_database) {
+  /// The object's row; empty when there is none. Raises, with a sentence, when the row is that of
+  /// another object.
+  StatementLease stored_row(const RecordStore& store) {
     if (id_ == 0) return {};
-    const auto store = own_store(model_database);
-    if (!store) return {};
-    const auto database = store->model()->database();
+    const auto database = store.model()->database();
     StatementLease row = Self::table().find(*database, id_);
     if (row) require_same_object(database->path(), *row);
     return row;
@@ -179,8 +184,11 @@ class HostObject : public com::AutomationObject<Class, Interface, kLibrary> {
 
   void remember(IDispatch* model_database) {
     if constexpr (!Self::kIsNamedByNumber) {
-      const auto store = own_store(model_database);
-      home_ = store ? store->model()->database()->path() : std::wstring();
+      home_.clear();
+      if (const auto store = own_store(model_database)) {
+        const Turn turn(store->turns());
+        home_ = store->model()->database()->path();
+      }
     }
   }
 

@@ -10,8 +10,8 @@ namespace modeldb {
 /// How the module's objects reach the open model behind the model database that they are passed.
 /// Answered by this module's model database alone, and never marshalled.
 struct ModelAccess : IUnknown {
-  /// The record store of the open model; null when none is open.
-  virtual RecordStore* STDMETHODCALLTYPE open_store() = 0;
+  /// The record store of the open model, with a reference; null when none is open.
+  virtual HRESULT STDMETHODCALLTYPE open_store(RecordStore** store) = 0;
 };
 
 }  // namespace modeldb
@@ -27,7 +27,10 @@ inline com::Ptr<RecordStore> own_store(IDispatch* model_database) {
   if (!model_database) return nullptr;
   com::Ptr<ModelAccess> access;
   model_database->QueryInterface(__uuidof(ModelAccess), access.put_void());
-  return access ? com::Ptr<RecordStore>(access->open_store()) : nullptr;
+  com::Ptr<RecordStore> store;
+  const HRESULT result = access ? access->open_store(store.put()) : S_OK;
+  if (FAILED(result)) com::raise_from(result, access.get(), __uuidof(IModelDatabaseFile));
+  return store;
 }
 
 /// The record store of whatever model database a client passed. Raises, with a sentence, when it is

@@ -1,6 +1,7 @@
 #include "modeldb/objects/model_database.h"
 
 #include "modeldb/ado/factories.h"
+#include "modeldb/ado/model_call.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/objects/loading.h"
 
@@ -15,35 +16,48 @@ const std::shared_ptr<Model>& ModelDatabase::model() const {
 }
 
 STDMETHODIMP ModelDatabase::get_Command(IDispatch** pVal) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     *pVal = command_.copy();
   });
 }
 
 STDMETHODIMP ModelDatabase::get_Connection(IDispatch** pVal) {
-  return com::boundary([&] {
+  const HRESULT result = model_call(turns_, [&] {
     (void)model();
+    // The recordset that a record creates next is created in this apartment.
+    Activation::in_this_apartment();
     *pVal = connection_.copy();
   });
+  if (SUCCEEDED(result)) RecordLoad::connection_asked_for();
+  return result;
+}
+
+STDMETHODIMP ModelDatabase::Invoke(DISPID member, REFIID iid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* bad_argument) {
+  // A script that asks for the connection loads no record.
+  const RecordLoad::OtherCall call;
+  return ModelDatabaseBase::Invoke(member, iid, locale, flags, parameters, result, exception,
+                                   bad_argument);
 }
 
 STDMETHODIMP ModelDatabase::SetModified(long newVal) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     const auto& database = model()->database();
     if (newVal == 0) database->mark_unchanged();
   });
 }
 
 STDMETHODIMP ModelDatabase::get_RecordStore(IRecordStore** pVal) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     *pVal = store_.copy();
   });
 }
 
 STDMETHODIMP ModelDatabase::Open(BSTR bstrLocation) {
-  return com::boundary([&] { open(com::Bstr::view(bstrLocation)); });
+  return model_call(turns_, [&] { open(com::Bstr::view(bstrLocation)); });
 }
 
 void ModelDatabase::open(std::wstring_view location) {
@@ -52,6 +66,7 @@ void ModelDatabase::open(std::wstring_view location) {
                           L" is open. Close it before another is opened.");
   }
   auto model = std::make_shared<Model>(location);
+  model->database()->share(turns_);
   auto store = com::make<RecordStore>(model, this);
   auto connection = make_connection(model->database());
   auto command = make_command(model->database());
@@ -64,7 +79,7 @@ void ModelDatabase::open(std::wstring_view location) {
 }
 
 STDMETHODIMP ModelDatabase::Close() {
-  return com::boundary([&] { close(); });
+  return model_call(turns_, [&] { close(); });
 }
 
 void ModelDatabase::close() {
@@ -79,22 +94,22 @@ void ModelDatabase::close() {
 }
 
 STDMETHODIMP ModelDatabase::get_IsOpen(VARIANT_BOOL* pVal) {
-  *pVal = model_ ? VARIANT_TRUE : VARIANT_FALSE;
-  return S_OK;
+  return model_call(turns_, [&] { *pVal = model_ ? VARIANT_TRUE : VARIANT_FALSE; });
 }
 
 STDMETHODIMP ModelDatabase::get_Location(BSTR* pVal) {
-  return com::boundary(
-      [&] { *pVal = com::Bstr(model_ ? model_->database()->path() : L"").detach(); });
+  return model_call(turns_,
+                    [&] { *pVal = com::Bstr(model_ ? model_->database()->path() : L"").detach(); });
 }
 
 STDMETHODIMP ModelDatabase::get_Modified(VARIANT_BOOL* pVal) {
-  return com::boundary(
-      [&] { *pVal = model_ && model_->database()->is_changed() ? VARIANT_TRUE : VARIANT_FALSE; });
+  return model_call(turns_, [&] {
+    *pVal = model_ && model_->database()->is_changed() ? VARIANT_TRUE : VARIANT_FALSE;
+  });
 }
 
 STDMETHODIMP ModelDatabase::Load(BSTR bstrCollection, VARIANT vWhere, IDispatch** pVal) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     *pVal = nullptr;
     const std::shared_ptr<Model> open_model = model();
     const Kind& kind = loadable_kind(open_model->catalogue(), com::Bstr::view(bstrCollection));
@@ -103,10 +118,20 @@ STDMETHODIMP ModelDatabase::Load(BSTR bstrCollection, VARIANT vWhere, IDispatch*
 }
 
 STDMETHODIMP ModelDatabase::Query(BSTR bstrSql, IDispatch** pVal) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     *pVal = nullptr;
     *pVal = make_recordset(model()->database(), com::Bstr::view(bstrSql)).detach();
   });
+}
+
+STDMETHODIMP ModelDatabase::open_store(RecordStore** store) {
+  return model_call(turns_, [&] { *store = store_.copy(); });
+}
+
+void ModelDatabase::final_release() {
+  turns_->begin_surely();
+  close();
+  turns_->end();
 }
 
 }  // namespace modeldb

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "com/automation.h"
+#include "com/free_threaded.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/inherited.h"
 #include "modeldb/objects/model.h"
@@ -14,15 +15,21 @@
 namespace modeldb {
 
 using ModelDatabaseBase = ReservedDatabaseMembers<
-    Inheriting<com::DispatchObject<::ModelDatabase, IModelDatabaseFile, kLibrary, ModelAccess>,
+    Inheriting<com::FreeThreaded<
+                   com::DispatchObject<::ModelDatabase, IModelDatabaseFile, kLibrary, ModelAccess>>,
                IModelDatabase>>;
 
 /// A model database file as scripts open it, and as records and collections are passed it.
 ///
 /// Every member that needs an open model fails with a sentence when none is open. What comes from a
-/// model (record store, connection, command, recordsets) fails likewise once it is closed.
+/// model (record store, connection, command, recordsets) fails likewise once it is closed. All of
+/// them may be called from any thread; the calls are put in line.
 class ModelDatabase : public ModelDatabaseBase {
  public:
+  // IDispatch
+  STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
+                      VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) override;
+
   // IModelDatabase
 
   /// The model's one command, with which records write their links.
@@ -53,16 +60,17 @@ class ModelDatabase : public ModelDatabaseBase {
 
   // ModelAccess
 
-  STDMETHODIMP_(RecordStore*) open_store() override { return store_.get(); }
+  STDMETHODIMP open_store(RecordStore** store) override;
 
  protected:
-  void final_release() override { close(); }
+  void final_release() override;
 
  private:
   void open(std::wstring_view location);
   void close();
   [[nodiscard]] const std::shared_ptr<Model>& model() const;
 
+  const std::shared_ptr<Turns> turns_ = std::make_shared<Turns>();
   std::shared_ptr<Model> model_;
   com::Ptr<RecordStore> store_;
   com::Ptr<_Connection> connection_;

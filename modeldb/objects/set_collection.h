@@ -36,6 +36,9 @@ template <class Class, class Interface, class ItemInterface, long event>
 class SetCollection
     : public com::Collection<Class, Interface, ItemInterface, kLibrary, SetEntry<ItemInterface>> {
  public:
+  // As those of sets: .NET's finalizer releases beside the thread that works.
+  using ReferenceCount = std::atomic<long>;
+
   /// Saves every set, in one transaction with one notification, or as part of the record that is
   /// being saved. The failure of one stops no other; the last is reported.
   STDMETHODIMP Save(IDispatch* pModelDatabase, VARIANT vCascadeDown, VARIANT vCascadeUp) override {
@@ -72,6 +75,7 @@ class SetCollection
       fail(E_POINTER,
            L"The sets were not given an open Orv_ModelDb.ModelDatabase of the same process.");
     }
+    const Turn turn(store->turns());
     const bool alone = !store->is_changing();
     com::Outcome outcome;
     store->change_together([&] {

@@ -2,12 +2,32 @@
 
 #include <oaidl.h>
 
+#include <memory>
 #include <vector>
 
 #include "com/ptr.h"
 #include "com/variant.h"
 
 namespace modeldb {
+
+/// An object that a client left with the model, for use by whatever thread works on the model.
+class Listener {
+ public:
+  explicit Listener(IDispatch* object);
+  ~Listener();
+  Listener(const Listener&) = delete;
+  Listener& operator=(const Listener&) = delete;
+
+  /// The object as the current thread may call it: itself in the thread that left it, elsewhere
+  /// what the platform makes of it. Empty when its apartment is gone.
+  [[nodiscard]] com::Ptr<IDispatch> object() const;
+
+ private:
+  com::Ptr<IGlobalInterfaceTable> table_;
+  IDispatch* object_;  // which the table keeps alive
+  DWORD thread_;
+  DWORD entry_ = 0;  // in the table
+};
 
 /// The scripts' objects that want to know what is saved and deleted. They are called by name; one
 /// that lacks a method is passed over, and one that fails concerns nobody else.
@@ -31,7 +51,7 @@ class Listeners {
   /// process would die of a full stack.
   static constexpr int kMaximumDepth = 16;
 
-  std::vector<com::Ptr<IDispatch>> listeners_;
+  std::vector<std::shared_ptr<const Listener>> listeners_;
   int depth_ = 0;
 };
 

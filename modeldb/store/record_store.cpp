@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "modeldb/ado/model_call.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/store/refusal.h"
 
@@ -38,7 +39,10 @@ com::Variant for_scripts(const VARIANT& ids) {
 }  // namespace
 
 RecordStore::RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner)
-    : model_(std::move(model)), owner_(owner), finder_(model_->catalogue()) {}
+    : turns_(model->database()->turns()),
+      model_(std::move(model)),
+      owner_(owner),
+      finder_(model_->catalogue()) {}
 
 void RecordStore::disconnect() {
   model_.reset();
@@ -56,7 +60,7 @@ std::shared_ptr<Model> RecordStore::model() const {
 }
 
 STDMETHODIMP RecordStore::SaveRecord(IDispatch* record, VARIANT vCascadeDown, VARIANT vCascadeUp) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     const auto open_model = model();
     const Record found = finder_.find(record);
     save(*open_model, found, is_true(vCascadeDown), is_true(vCascadeUp));
@@ -98,7 +102,7 @@ long RecordStore::write_row(Database& database, const Record& record) {
 }
 
 STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     const auto open_model = model();
     remove(*open_model, finder_.find(record));
     send_queued();
@@ -157,7 +161,7 @@ void RecordStore::send_queued() {
 }
 
 STDMETHODIMP RecordStore::RecordsSaved(long eventObjectType, VARIANT ids) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     if (listeners_.empty()) return;
     listeners_.notify(L"RecordsSaved", eventObjectType, for_scripts(ids));
@@ -165,7 +169,7 @@ STDMETHODIMP RecordStore::RecordsSaved(long eventObjectType, VARIANT ids) {
 }
 
 STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     if (listeners_.empty()) return;
     listeners_.notify(L"RecordsDeleted", eventObjectType, for_scripts(ids));
@@ -173,7 +177,7 @@ STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
 }
 
 STDMETHODIMP RecordStore::EventsEnabled(long flag) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     suspended_ = flag == 0;
   });
@@ -188,7 +192,7 @@ void RecordStore::on_transaction(TransactionEvent event) noexcept {
 }
 
 STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     if (!pListener) fail(E_POINTER, L"Advise was given no object to notify.");
     if (com::Ptr<IDispatch>(pListener).query<IRecordStore>()) {
@@ -201,7 +205,7 @@ STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {
 }
 
 STDMETHODIMP RecordStore::Unadvise(IDispatch* pListener) {
-  return com::boundary([&] {
+  return model_call(turns_, [&] {
     (void)model();
     if (!listeners_.remove(pListener)) {
       fail(kItemNotFound, L"The object passed to Unadvise is not being notified.");

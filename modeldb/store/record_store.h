@@ -4,6 +4,7 @@
 #include <span>
 
 #include "com/automation.h"
+#include "com/free_threaded.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/inherited.h"
 #include "modeldb/objects/model.h"
@@ -14,8 +15,9 @@
 
 namespace modeldb {
 
-using RecordStoreBase = ReservedStoreMembers<
-    Inheriting<com::DispatchObject<::RecordStore, IObservableRecordStore, kLibrary>, IRecordStore>>;
+using RecordStoreBase = ReservedStoreMembers<Inheriting<
+    com::FreeThreaded<com::DispatchObject<::RecordStore, IObservableRecordStore, kLibrary>>,
+    IRecordStore>>;
 
 /// Writes and deletes the rows of records, each whole or not at all, in the client's transaction or
 /// else in one of its own, and tells those who listen once it is done.
@@ -27,6 +29,9 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
 
   /// The model is closed: from here on every member fails with a sentence, and nobody listens.
   void disconnect();
+
+  /// The line of those who use the model.
+  [[nodiscard]] const std::shared_ptr<Turns>& turns() const { return turns_; }
 
   /// The open model, for as long as the result is held. Raises when it is closed.
   [[nodiscard]] std::shared_ptr<Model> model() const;
@@ -81,6 +86,7 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   void queue(Event::Type type, const Record& record, long id);
   void send_queued();
 
+  const std::shared_ptr<Turns> turns_;
   std::shared_ptr<Model> model_;
   IModelDatabase* owner_;
   RecordFinder finder_;

@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include "com/object.h"
+#include "com/type_info.h"
 #include "com/variant.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/engine/failure.h"
@@ -154,6 +156,38 @@ TEST_F(Ado, AFieldOfAnEarlierQueryFailsWhenTheNextOneHasFewer) {
   EXPECT_EQ(third->get_Value(ignored.put()), kItemNotFound);
 }
 
+/// An object whose default property closes a recordset before it tells a number.
+class ClosesTheRows : public com::Object<IDispatch> {
+ public:
+  explicit ClosesTheRows(Ptr<_Recordset> rows) : rows_(std::move(rows)) {}
+
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                      UINT*) override {
+    rows_->Close();
+    *result = Variant(1).detach();
+    return S_OK;
+  }
+
+ private:
+  Ptr<_Recordset> rows_;
+};
+
+TEST_F(Ado, AnIndexThatClosesTheRecordsetFindsItClosed) {
+  const auto rows = rows_of(L"SELECT * FROM Forces");
+  const auto object = com::make<ClosesTheRows>(rows);
+  const Variant index(static_cast<IDispatch*>(object.get()));
+  Ptr<Fields> fields;
+  rows->get_Fields(fields.put());
+  Ptr<Field> field;
+  EXPECT_EQ(fields->get_Item(index, field.put()), kObjectClosed);
+  ASSERT_EQ(open(rows, L"SELECT * FROM Forces"), S_OK);
+  Variant value;
+  EXPECT_EQ(rows->get_Collect(index, value.put()), kObjectClosed);
+}
+
 TEST_F(Ado, FieldsTellTheirTypes) {
   const auto rows = rows_of(L"SELECT *, Magnitude + 1 FROM Forces");
   const DataTypeEnum expected[] = {adInteger, adVarWChar, adDouble, adVariant};
@@ -275,9 +309,54 @@ TEST_F(Ado, ObjectsAnswerTheInterfacesOfAdoAndKeepTheirIdentity) {
   EXPECT_TRUE(fields.query<Fields15>() && fields.query<Fields20>());
   EXPECT_TRUE(first.query<Field20>() && connection_.query<Connection15>());
   EXPECT_FALSE(rows.query<Fields15>());
+  const auto command = make_command(database_);
+  const auto answers = [](const auto& object, const wchar_t* identifier) {
+    IID iid{};
+    IIDFromString(identifier, &iid);
+    Ptr<IUnknown> same;
+    const auto support = object.template query<ISupportErrorInfo>();
+    return SUCCEEDED(object->QueryInterface(iid, same.put_void())) &&
+           support->InterfaceSupportsErrorInfo(iid) == S_OK;
+  };
+  // The identifiers of ADO 6.1.
+  for (const wchar_t* const identifier :
+       {L"{0000150E-0000-0010-8000-00AA006D2EA4}", L"{0000154F-0000-0010-8000-00AA006D2EA4}",
+        L"{00001555-0000-0010-8000-00AA006D2EA4}", L"{00001556-0000-0010-8000-00AA006D2EA4}"}) {
+    EXPECT_TRUE(answers(rows, identifier)) << identifier;
+    EXPECT_FALSE(answers(fields, identifier)) << identifier;
+  }
+  EXPECT_TRUE(answers(connection_, L"{00001515-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(connection_, L"{00001550-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(command, L"{00001508-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(command, L"{0000154E-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(command, L"{986761E8-7269-4890-AA65-AD7C03697A6D}"));
+  EXPECT_TRUE(answers(fields, L"{00001506-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(fields, L"{0000154D-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(fields, L"{00001564-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(first, L"{0000154C-0000-0010-8000-00AA006D2EA4}"));
+  EXPECT_TRUE(answers(first, L"{00001569-0000-0010-8000-00AA006D2EA4}"));
   EXPECT_EQ(first.query<IDispatch>().query<IUnknown>().get(), first.query<IUnknown>().get());
   EXPECT_NE(first.query<IUnknown>().get(), fields.query<IUnknown>().get());
   EXPECT_NE(rows.query<IUnknown>().get(), fields.query<IUnknown>().get());
+}
+
+/// What a machine without ADO 2.8 finds: the library's own identifier is registered nowhere.
+constexpr GUID kSuccessor = {
+    0x2A75196C, 0xD9EB, 0x4129, {0xB8, 0x03, 0x93, 0x13, 0x27, 0xF7, 0x2D, 0x5C}};
+const com::TypeLibrary kNotRegistered{
+    {0x2A75196C, 0, 0, {}}, 2, 8, LOCALE_NEUTRAL, {&kSuccessor, 2, 8, [](REFGUID iid) {
+                                                     return IsEqualIID(iid, __uuidof(Field20))
+                                                                ? __uuidof(Field)
+                                                                : iid;
+                                                   }}};
+
+TEST(AdoTypeInfo, ComesFromASuccessorOfTheLibraryWhereThatAloneIsRegistered) {
+  com::TypeInfo info(kNotRegistered, __uuidof(Field20));
+  TYPEATTR* attributes = nullptr;
+  ASSERT_EQ(info.get(LOCALE_NEUTRAL)->GetTypeAttr(&attributes), S_OK);
+  EXPECT_EQ(attributes->guid, __uuidof(Field));
+  info.get(LOCALE_NEUTRAL)->ReleaseTypeAttr(attributes);
+  com::TypeInfo::release_all();
 }
 
 }  // namespace

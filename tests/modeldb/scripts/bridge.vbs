@@ -82,13 +82,12 @@ For Each field In rows.Fields
   names = names & field.Name & " "
 Next
 Expect "The fields", names, "D LoadSetID "
-Set rows = CreateObject("ADODB.Recordset")
-rows.Open "LoadSets", db.Connection
+Set rows = db.Connection.Execute("LoadSets")
 Expect "A table", rows("LoadSetID"), 1
 rows.Close
 Set command = db.Command
 command.CommandText = "SELECT 1 AS A, 2 AS B UNION SELECT 3, 4 ORDER BY A"
-rows.Open command
+Set rows = command.Execute
 all = rows.GetRows
 Expect "Fields by rows", all(0, 0) & all(1, 0) & all(0, 1) & all(1, 1), "1234"
 Expect "Error of a recordset", Err.Description, ""

@@ -104,8 +104,6 @@ Refused 3251, "Recordset.MovePrevious is not available in a model database: its 
               "only, once, from the first to the last. Order, filter and change rows by SQL " & _
               "statements."
 ignored = rows.Fields(Null) : Refused -2147352571, "neither a name nor a number"
-CreateObject("ADODB.Recordset").Open Null, db.Connection
-Refused -2147352571, "The source of the recordset is no text."
 ignored = rows.Fields("Nothing") : Refused 3265, "no field ""Nothing"", only NodalForceID, Description,"
 rows.Fields(1).Value = "x" : Refused 3251, "Field.Value"
 rows.Close
