@@ -28,8 +28,9 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
   /// E_INVALIDARG: no such index. Else the result of asking the item for ItemInterface.
   STDMETHODIMP Item(int Index, ItemInterface** pVal) override {
     return boundary([&] {
-      *pVal = nullptr;
+      if (pVal) *pVal = nullptr;
       if (!holds(Index)) throw Error(E_INVALIDARG);
+      require(pVal);
       const Ptr<IDispatch> object(entries_[static_cast<std::size_t>(Index)].object());
       check(object->QueryInterface(__uuidof(ItemInterface), reinterpret_cast<void**>(pVal)));
     });
@@ -45,6 +46,7 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
   }
 
   STDMETHODIMP get_Count(long* pVal) override {
+    if (!pVal) return E_POINTER;
     *pVal = static_cast<long>(entries_.size());
     return S_OK;
   }
@@ -69,6 +71,7 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
 
   /// The position that the item had when it was added, or -1.
   STDMETHODIMP GetIndexById(long lId, long* plIndex) override {
+    if (!plIndex) return E_POINTER;
     *plIndex = entries_.position_of(lId);
     return S_OK;
   }
@@ -85,7 +88,7 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
     return boundary([&] {
       if (pCeltFetched) *pCeltFetched = 0;
       if (celt > 1) throw Error(E_INVALIDARG);
-      VariantInit(rgVar);
+      VariantInit(require(rgVar));
       const Entry* const entry = entries_.next();
       if (!entry) return S_FALSE;
       *rgVar = Variant(entry->object()).detach();
@@ -108,10 +111,8 @@ class Collection : public AutomationObject<Class, Interface, library, IEnumVARIA
   }
 
   STDMETHODIMP Clone(IEnumVARIANT** ppEnum) override {
-    return boundary([&] {
-      *ppEnum = nullptr;
-      throw Error(E_NOTIMPL);
-    });
+    if (ppEnum) *ppEnum = nullptr;
+    return boundary([] { throw Error(E_NOTIMPL); });
   }
 
  protected:

@@ -99,7 +99,7 @@ class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> 
     if (!pRs) return S_OK;
     return com::boundary([&] {
       const std::wstring_view qualifier =
-          bstrTableAlias ? com::Bstr::view(bstrTableAlias) : KindTableName();
+          SysStringLen(bstrTableAlias) > 0 ? com::Bstr::view(bstrTableAlias) : KindTableName();
       const RowReader row(pRs, qualifier);
       com::Outcome outcome;
       load_common_columns(row, outcome);

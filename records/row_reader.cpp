@@ -11,18 +11,22 @@ std::optional<com::Variant> RowReader::read(std::wstring_view column, VARTYPE ty
   std::optional<com::Variant> value;
   try {
     const com::Variant bare_name{com::Bstr(column)};
-    com::Outcome ignored;
-    ignored.attempt([&] { value = value_of(bare_name, type); });
+    com::Outcome first;
+    bool found_first = false;
+    first.attempt([&] { value = value_of(bare_name, type, found_first); });
     if (value) return value;
     const com::Variant qualified_name((Text() << qualifier_ << L"." << column).str());
-    outcome.attempt([&] { value = value_of(qualified_name, type); });
+    com::Outcome second;
+    bool found_second = false;
+    second.attempt([&] { value = value_of(qualified_name, type, found_second); });
+    if (!value) outcome = found_first && !found_second ? first : second;
   } catch (const std::bad_alloc&) {
     // A name that cannot be allocated skips the column; the load goes on without it.
   }
   return value;
 }
 
-com::Variant RowReader::value_of(const com::Variant& name, VARTYPE type) const {
+com::Variant RowReader::value_of(const com::Variant& name, VARTYPE type, bool& found) const {
   if (!recordset_) throw com::Error(E_NOINTERFACE, __uuidof(Recordset15));
   com::Ptr<Fields> fields;
   com::check(recordset_->get_Fields(fields.put()), recordset_);
@@ -30,6 +34,7 @@ com::Variant RowReader::value_of(const com::Variant& name, VARTYPE type) const {
   com::Ptr<::Field> field;
   com::check<Fields15>(fields->get_Item(name, field.put()), fields.get());
   com::require(field);
+  found = true;
   com::Variant value;
   com::check<Field20>(field->get_Value(value.put()), field.get());
   return value.as(type);

@@ -22,7 +22,8 @@ class RowReader {
       : recordset_(com::Ptr<IDispatch>(recordset).query<Recordset15>()), qualifier_(qualifier) {}
 
   /// Reads `column` converted to `type`, by the bare name first and else by the qualified one. When
-  /// both fail the second failure becomes the outcome's and nothing is returned.
+  /// both fail nothing is returned, and the second failure becomes the outcome's; the first one if
+  /// only the bare name led to a field, whose value was the trouble.
   [[nodiscard]] std::optional<com::Variant> read(std::wstring_view column, VARTYPE type,
                                                  com::Outcome& outcome) const;
 
@@ -39,7 +40,8 @@ class RowReader {
   }
 
  private:
-  [[nodiscard]] com::Variant value_of(const com::Variant& name, VARTYPE type) const;
+  /// Also tells whether there is such a field.
+  com::Variant value_of(const com::Variant& name, VARTYPE type, bool& found) const;
 
   com::Ptr<Recordset15> recordset_;
   std::wstring_view qualifier_;

@@ -65,8 +65,8 @@ class SetMembership {
 
     const auto rows = com::require(create_host_object<_Recordset>(CLSID_Recordset));
     const com::Variant source(query(object, id));
-    com::check(rows->Open(source, com::Variant(connection.get()), adOpenForwardOnly, adLockReadOnly,
-                          adCmdText),
+    com::check(rows->Open(source, com::Variant(com::require(connection).get()), adOpenForwardOnly,
+                          adLockReadOnly, adCmdText),
                rows);
     com::check(rows->MoveFirst(), rows);
     while (!at_end(rows)) {

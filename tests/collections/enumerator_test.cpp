@@ -77,6 +77,8 @@ TEST_F(EnumeratorTest, IsTheCollectionItselfWithOnePositionAndCannotBeCopied) {
   other->Skip(1);
   com::Ptr<IEnumVARIANT> copy;
   EXPECT_EQ(enumerator_->Clone(copy.put()), E_NOTIMPL);
+  EXPECT_EQ(enumerator_->Clone(nullptr), E_NOTIMPL);
+  EXPECT_EQ(enumerator_->Next(1, nullptr, nullptr), E_POINTER);
   EXPECT_FALSE(copy);
   collection_.reset();
   EXPECT_EQ(next(), "c");

@@ -23,8 +23,12 @@ TEST_F(CollectionTest, NullAndIndexesOutsideAreRefused) {
     IDispatch* found = host.database.get();
     EXPECT_EQ(collection_->Item(index, &found), E_INVALIDARG);
     EXPECT_EQ(found, nullptr);
+    EXPECT_EQ(collection_->Item(index, nullptr), E_INVALIDARG);
     EXPECT_EQ(collection_->Remove(index), E_INVALIDARG);
   }
+  EXPECT_EQ(collection_->Item(0, nullptr), E_POINTER);
+  EXPECT_EQ(collection_->get_Count(nullptr), E_POINTER);
+  EXPECT_EQ(collection_->GetIndexById(1, nullptr), E_POINTER);
   EXPECT_EQ(count(), 1);
 }
 

@@ -79,9 +79,9 @@ TEST_F(LoadTest, ColumnsAreFoundByTheirNameOrTheAliasOrElseTheTable) {
   EXPECT_EQ(load(both, L"F"), S_OK);
   EXPECT_EQ(sql(force_, 5), kForceValues);
 
-  // An alias that is there but empty is an alias all the same.
-  EXPECT_EQ(load(qualified(L"NodalForces", force_row()), L""), fake::kNoSuchColumn);
-  EXPECT_EQ(load(qualified(L"", force_row()), L""), S_OK);
+  // An empty alias is none: automation makes no difference between an empty and a null string.
+  EXPECT_EQ(load(qualified(L"NodalForces", force_row()), L""), S_OK);
+  EXPECT_EQ(load(qualified(L"", force_row()), L""), fake::kNoSuchColumn);
 }
 
 TEST_F(LoadTest, ColumnThatFailsKeepsItsValuesAndCostsNoOther) {
@@ -99,7 +99,7 @@ TEST_F(LoadTest, ColumnThatFailsKeepsItsValuesAndCostsNoOther) {
   }
 }
 
-TEST_F(LoadTest, LastFailureIsReportedOfTheLastColumnAndItsSecondTry) {
+TEST_F(LoadTest, LastFailureIsReportedOfTheLastColumnAndOfTheNameThatLedToIt) {
   const Variant too_large(1e10);
   fake::Row row = force_row();
   row.erase(L"Description");
@@ -112,9 +112,12 @@ TEST_F(LoadTest, LastFailureIsReportedOfTheLastColumnAndItsSecondTry) {
   EXPECT_EQ(load(under_both_names(L"NodalForces", row)), fake::kNoSuchColumn);
 
   row = force_row();
-  row[L"Vx"] = null_value();
-  EXPECT_EQ(load(row, L"F"), fake::kNoSuchColumn);
-  row[L"F.Vx"] = null_value();
+  row[L"MultiplierTableID"] = null_value();
+  EXPECT_EQ(load(row, L"F"), DISP_E_TYPEMISMATCH);
+  row[L"F.MultiplierTableID"] = too_large;
+  EXPECT_EQ(load(row, L"F"), DISP_E_OVERFLOW);
+  row[L"MultiplierTableID"] = too_large;
+  row[L"F.MultiplierTableID"] = null_value();
   EXPECT_EQ(load(row, L"F"), DISP_E_TYPEMISMATCH);
 }
 
@@ -128,6 +131,13 @@ TEST_F(LoadTest, WithoutARecordsetNothingIsRead) {
   EXPECT_EQ(force_->LoadFromCurrentRecordsetPosition(no_recordset, no_recordset, nullptr),
             E_NOINTERFACE);
   EXPECT_EQ(sql(force_, 4), "'', 0, 1, 0, 0, 0, 0, 0");
+}
+
+TEST_F(LoadTest, HostWithoutAConnectionCostsTheSetsAlone) {
+  host.database->connection = nullptr;
+  EXPECT_EQ(load(force_row()), E_POINTER);
+  EXPECT_EQ(sql(force_, 5), kForceValues);
+  EXPECT_THAT(host.journal.lines_with("Open"), IsEmpty());
 }
 
 TEST_F(LoadTest, RecordWithoutAVertexLoadsEverythingElse) {
