@@ -7,5 +7,5 @@ com::ModuleContents com::module_contents() {
   static com::ClassEntry table[] = {
       {__uuidof(::Deck), 101, &com::Instance<automation::Deck>::create},
   };
-  return {.classes = table, .private_classes = {}, .library = automation::kLibrary};
+  return {.classes = table, .library = automation::kLibrary};
 }
