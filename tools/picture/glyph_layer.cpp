@@ -113,10 +113,11 @@ class Layer {
       : symbols_(symbols),
         view_(view),
         layout_(layout),
-        buffer_(buffer),
         options_(options),
         definitions_(options.id_prefix),
-        labels_(options.width, options.height) {}
+        labels_(options.width, options.height) {
+    for (const Point& node : layout.nodes) is_in_sight_.push_back(buffer.sees(node));
+  }
 
   GlyphLayer draw() {
     for (std::size_t i = 0; i < symbols_.sorts.size(); ++i) add(symbols_.sorts[i], i);
@@ -142,7 +143,7 @@ class Layer {
 
   void add(const Sort& sort, std::size_t number) {
     const double unit = layout_.unit_of_sort[number];
-    const auto has_glyph = thinned(sort, layout_, unit);
+    const auto has_glyph = thinned(sort, layout_, unit, is_in_sight_);
     LegendEntry entry{std::string(sort.kind->name) + sort.kind->variant_name(sort.variant),
                       sample(sort),
                       color_of(sort, sort.highest),
@@ -153,16 +154,16 @@ class Layer {
     for (std::size_t i = 0; i < sort.symbols.size(); ++i) {
       const Symbol& symbol = sort.symbols[i];
       if (!has_glyph[i]) {
-        dots.push_back(layout_.nodes[symbol.node].head<2>());
+        ++result_.dots;
+        if (is_in_sight_[symbol.node]) dots.push_back(layout_.nodes[symbol.node].head<2>());
         continue;
       }
       ++entry.drawn;
       const Drawing drawing = sort.kind->draw(symbol.mark, setting(symbol, sort));
       placed_.push_back({&symbol, number, definitions_.add(drawing.svg(unit))});
     }
-    result_.dots += dots.size();
     result_.body += dots_svg(dots, "stroke=\"" + std::string(sort.kind->color) +
-                                       R"(" stroke-width="2.2" stroke-opacity=".55")");
+                                       R"(" stroke-width="2.2" stroke-opacity=".5")");
     result_.legend.push_back(std::move(entry));
   }
 
@@ -207,7 +208,7 @@ class Layer {
     std::string more = " data-record=\"" + record + '"';
     const std::string color = color_of(sort, symbol.mark.value);
     if (color != sort.kind->color) more += " color=\"" + color + '"';
-    if (!buffer_.sees(at)) {
+    if (!is_in_sight_[symbol.node]) {
       more += " opacity=\".3\"";
       ++result_.hidden;
     }
@@ -228,7 +229,7 @@ class Layer {
   const Symbols& symbols_;
   const geometry::View& view_;
   const Layout& layout_;
-  const geometry::DepthBuffer& buffer_;
+  std::vector<bool> is_in_sight_;  // for each node
   const Options& options_;
   Definitions definitions_;
   LabelLayer labels_;

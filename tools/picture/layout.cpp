@@ -138,33 +138,53 @@ double distance_in_crowd(const Sort& sort, const Layout& layout, double unit) {
   return std::max({4.0, sort.kind->width * unit, std::sqrt(area / most)});
 }
 
-}  // namespace
+// Places of glyphs, none nearer to another than a distance.
+class Spread {
+ public:
+  explicit Spread(double distance) : distance_(distance) {}
 
-std::vector<bool> thinned(const Sort& sort, const Layout& layout, double unit) {
-  std::vector<bool> has_glyph(sort.symbols.size(), true);
-  if (sort.symbols.size() <= few) return has_glyph;
-
-  // One glyph after the other stays if none that stayed is nearer than the distance. The cells are
-  // as wide as that, so that only the nine about a glyph need be looked at.
-  const double distance = distance_in_crowd(sort, layout, unit);
-  std::unordered_map<std::int64_t, std::vector<Spot>> cells;
-  const auto key = [](std::int64_t column, std::int64_t row) { return column << 32 ^ row; };
-  for (std::size_t i = 0; i < sort.symbols.size(); ++i) {
-    const Spot at = layout.nodes[sort.symbols[i].node].head<2>();
-    const auto column = static_cast<std::int64_t>(std::floor(at.x() / distance));
-    const auto row = static_cast<std::int64_t>(std::floor(at.y() / distance));
-    bool is_free = true;
-    for (std::int64_t x = column - 1; x <= column + 1 && is_free; ++x) {
-      for (std::int64_t y = row - 1; y <= row + 1 && is_free; ++y) {
-        const auto cell = cells.find(key(x, y));
-        if (cell == cells.end()) continue;
-        is_free = std::ranges::none_of(cell->second, [&](const Spot& other) {
-          return (other - at).squaredNorm() < distance * distance;
-        });
+  // Whether there is room for the glyph, which it then takes.
+  bool take(const Spot& at) {
+    // Cells are as wide as the distance, so that only the nine about a glyph need be looked at.
+    const auto column = static_cast<std::int64_t>(std::floor(at.x() / distance_));
+    const auto row = static_cast<std::int64_t>(std::floor(at.y() / distance_));
+    for (std::int64_t x = column - 1; x <= column + 1; ++x) {
+      for (std::int64_t y = row - 1; y <= row + 1; ++y) {
+        if (is_near(x, y, at)) return false;
       }
     }
-    has_glyph[i] = is_free;
-    if (is_free) cells[key(column, row)].push_back(at);
+    cells_[key(column, row)].push_back(at);
+    return true;
+  }
+
+ private:
+  static std::int64_t key(std::int64_t column, std::int64_t row) { return column << 32 ^ row; }
+
+  bool is_near(std::int64_t column, std::int64_t row, const Spot& at) const {
+    const auto cell = cells_.find(key(column, row));
+    return cell != cells_.end() && std::ranges::any_of(cell->second, [&](const Spot& other) {
+             return (other - at).squaredNorm() < distance_ * distance_;
+           });
+  }
+
+  double distance_;
+  std::unordered_map<std::int64_t, std::vector<Spot>> cells_;
+};
+
+}  // namespace
+
+std::vector<bool> thinned(const Sort& sort, const Layout& layout, double unit,
+                          const std::vector<bool>& is_in_sight) {
+  if (sort.symbols.size() <= few) return std::vector<bool>(sort.symbols.size(), true);
+  std::vector<bool> has_glyph(sort.symbols.size(), false);
+  Spread spread(distance_in_crowd(sort, layout, unit));
+  for (const bool in_sight : {true, false}) {
+    for (std::size_t i = 0; i < sort.symbols.size(); ++i) {
+      const NodeIndex node = sort.symbols[i].node;
+      if (is_in_sight[node] == in_sight) {
+        has_glyph[i] = spread.take(layout.nodes[node].head<2>());
+      }
+    }
   }
   return has_glyph;
 }

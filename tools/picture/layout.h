@@ -34,7 +34,9 @@ Layout lay_out(const geometry::Shape& shape, const Symbols& symbols, const Extra
 /// How a symbol's vector is drawn: on the screen, in units of the glyph.
 Point arrow_of(const Symbol& symbol, const Sort& sort, const geometry::View& view);
 
-/// Which symbols of a sort have a glyph: all, or so many of a crowd as can stand side by side.
-std::vector<bool> thinned(const Sort& sort, const Layout& layout, double unit);
+/// Which symbols of a sort have a glyph: all, or so many of a crowd as can stand side by side,
+/// those in sight before the others. `is_in_sight` has a value for each node.
+std::vector<bool> thinned(const Sort& sort, const Layout& layout, double unit,
+                          const std::vector<bool>& is_in_sight);
 
 }  // namespace picture

@@ -10,6 +10,7 @@ namespace picture {
 namespace {
 
 constexpr double axes_height = 84;
+constexpr double room_below = 150;  // the entries, for the resultant and the notes
 constexpr double small = 11;
 
 class Legend {
@@ -34,8 +35,9 @@ class Legend {
   [[nodiscard]] double room() const { return area_.bottom - axes_height - y_; }
 
   void add_entries() {
+    is_close_ = room() - room_below < 44.0 * static_cast<double>(picture_.legend.size());
     for (std::size_t i = 0; i < picture_.legend.size(); ++i) {
-      if (room() < 190 && i + 1 < picture_.legend.size()) {
+      if (room() < room_below && i + 1 < picture_.legend.size()) {
         y_ += 18;
         text("and " + svg::count(picture_.legend.size() - i) + " more sorts", area_.left + 44,
              small, "fill=\"#555\"");
@@ -46,14 +48,18 @@ class Legend {
   }
 
   void add(const LegendEntry& entry) {
-    y_ += 30;
+    y_ += is_close_ ? 24 : 30;
     svg_ += "<g transform=\"translate(" + svg::number(area_.left + 18) + ' ' + svg::number(y_ - 4) +
             ")\" color=\"" + entry.color + "\">" + entry.sample + "</g>\n";
-    text(entry.name, area_.left + 44, 13, "fill=\"#111\"");
-    y_ += 14;
     std::string line = svg::count(entry.records);
     if (entry.drawn < entry.records) line += " (" + svg::count(entry.drawn) + " drawn)";
     if (!entry.range.empty()) line += ": " + entry.range;
+    if (is_close_) {
+      text(entry.name + "  " + line, area_.left + 44, small, "fill=\"#111\"");
+      return;
+    }
+    text(entry.name, area_.left + 44, 13, "fill=\"#111\"");
+    y_ += 14;
     text(line, area_.left + 44, small, "fill=\"#555\"");
   }
 
@@ -105,6 +111,7 @@ class Legend {
   const Picture& picture_;
   Area area_;
   double y_;
+  bool is_close_ = false;  // one line for an entry rather than two
   std::string svg_;
 };
 

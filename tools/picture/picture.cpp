@@ -75,8 +75,8 @@ std::vector<std::string> notes_of(const geometry::Shape& shape, const Symbols& s
                                   const GlyphLayer& glyphs) {
   std::vector<std::string> notes;
   if (glyphs.dots > 0) {
-    notes.push_back(
-        "Where glyphs would lie over each other there is a dot for each of the others.");
+    notes.emplace_back(
+        "Where glyphs would lie over each other, a dot stands for each of the others in sight.");
   }
   if (glyphs.hidden > 0) notes.emplace_back("Faint glyphs are behind the part.");
   if (symbols.without_node > 0) {

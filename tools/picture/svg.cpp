@@ -63,6 +63,12 @@ std::string readable(double value) {
   return number(value, digits);
 }
 
+std::string exact(double value) {
+  std::array<char, 40> buffer{};
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+  return {buffer.data(), end};
+}
+
 std::string count(std::size_t value) {
   std::string text = std::to_string(value);
   for (std::size_t i = text.size(); i > 3;) text.insert(i -= 3, 1, ',');

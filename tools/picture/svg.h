@@ -12,6 +12,9 @@ std::string number(double value, int digits = 1);
 /// A number for people: four significant digits, with an exponent when it is very large or small.
 std::string readable(double value);
 
+/// A number with as many digits as it takes to read the same number back.
+std::string exact(double value);
+
 /// A count with commas between the thousands.
 std::string count(std::size_t value);
 
