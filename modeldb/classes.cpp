@@ -5,8 +5,8 @@
 #include "com/entry_points.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/library.h"
+#include "modeldb/objects/host_collection.h"
 #include "modeldb/objects/model_database.h"
-#include "modeldb/objects/set_collection.h"
 #include "modeldb/objects/vertex.h"
 
 namespace modeldb {
@@ -30,6 +30,7 @@ std::span<com::ClassEntry> classes() {
       entry<ConstraintSets, ::ConstraintSets>(106),
       entry<DesignScenario, ::DesignScenario>(107),
       entry<DesignScenarios, ::DesignScenarios>(108),
+      entry<Vertices, ::Vertices>(109),
   };
   return table;
 }

@@ -63,7 +63,8 @@ STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, Curso
            L"The recordset has no connection. Pass the Connection of an open "
            L"model database to Open.");
     }
-    StatementLease query = run_text(*database_of(connection_.get()), source_.view(), options).query;
+    Database& database = *database_of(connection_.get());
+    StatementLease query = run_text(database, source_.view(), options, database.time_limit()).query;
     if (query) cursor_.open(std::move(query));
   });
 }

@@ -20,6 +20,8 @@ class CollectionMemoryTest : public CollectionTest {
   void expect_notice_unless_failed(HRESULT result, const std::string& notice) {
     EXPECT_TRUE(result == S_OK || result == E_OUTOFMEMORY);
     EXPECT_EQ(host.journal.lines_with(notice).empty(), FAILED(result));
+    EXPECT_EQ(host.journal.lines_with("BEGIN").size(), host.journal.lines_with("COMMIT").size())
+        << "a transaction stays open";
     host.journal.clear();
     collection_.reset();
   }
