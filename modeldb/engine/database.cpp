@@ -109,7 +109,7 @@ void Database::close() {
 
 bool Database::is_read_only() {
   require_open();
-  return sqlite3_db_readonly(handle_, "main") == 1 || !transactions_.can_write();
+  return is_known_read_only() || !transactions_.can_write();
 }
 
 int Database::schema_version() { return static_cast<int>(setting(L"user_version")); }
@@ -156,6 +156,7 @@ TextResult Database::execute_text(std::wstring_view text, Trust trust, Seconds t
     case TextKind::kSelect:
       return {prepare_bound(text, Trust::kRead, time_limit)};
     default:
+      require_writable();
       return {{}, run(*prepare_bound(text, Trust::kWrite, time_limit))};
   }
 }
@@ -192,8 +193,12 @@ void Database::require_open() const {
                           L"it anew.");
 }
 
+bool Database::is_known_read_only() const {
+  return is_protected_ || sqlite3_db_readonly(handle_, "main") == 1;
+}
+
 void Database::require_writable() const {
-  if (sqlite3_db_readonly(handle_, "main") == 1) fail_with(SQLITE_READONLY, {});
+  if (is_known_read_only()) fail_with(SQLITE_READONLY, {});
 }
 
 void Database::wait_for_locks() { sqlite3_busy_timeout(handle_, kBusyTimeoutMilliseconds); }

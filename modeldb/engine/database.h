@@ -116,6 +116,7 @@ class Database : public std::enable_shared_from_this<Database> {
   void require_open() const;
   /// kCannotWriteFile: the file is write-protected.
   void require_writable() const;
+  [[nodiscard]] bool is_known_read_only() const;
 
   /// Raises what SQLite answered, with a sentence. `sql` is the statement's text.
   [[noreturn]] void fail_with(int result, std::wstring_view sql) const;
@@ -134,6 +135,7 @@ class Database : public std::enable_shared_from_this<Database> {
   std::string utf8_;  // the text that was bound last
   Transactions transactions_{*this};
   Seconds client_time_limit_ = kDefaultTimeLimit;
+  bool is_protected_ = false;  // what the last attempt to begin a transaction has shown
   std::int64_t total_unchanged_ = 0;
 };
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "com/error.h"
 #include "modeldb/engine/database.h"
 #include "modeldb/engine/failure.h"
 
@@ -53,15 +52,14 @@ void Transactions::undo(std::size_t depth) noexcept {
 bool Transactions::can_write() {
   if (is_open()) return true;
   sqlite3_busy_timeout(database_.handle_, 0);
-  bool result = true;
   try {
-    start(true);
+    start();
     run_quietly("ROLLBACK");
-  } catch (const com::Error& error) {
-    result = error.result() != kCannotWriteFile;
+  } catch (...) {
+    // What does not last, such as a lock, is told to those who write.
   }
   database_.wait_for_locks();
-  return result;
+  return !database_.is_protected_;
 }
 
 void Transactions::require_alive() const {
@@ -82,26 +80,34 @@ void Transactions::open(bool is_client) {
   const Level level{.is_client = is_client, .was_changed = database_.is_changed()};
   levels_.reserve(levels_.size() + 1);
   if (levels_.empty()) {
-    start(is_client);
+    start();
   } else {
     database_.execute(L"SAVEPOINT level");
   }
   levels_.push_back(level);
 }
 
-/// With `probes`, something is written, which makes SQLite open its journal: SQLite begins
-/// transactions on files that it cannot write, too.
-void Transactions::start(bool probes) {
+/// SQLite begins transactions on files that it cannot write, too. So something is written, which
+/// makes it open its journal.
+void Transactions::start() {
   database_.require_writable();
   // Immediate: another program's lock is met here, not in the middle of the work.
   database_.execute(L"BEGIN IMMEDIATE");
-  if (!probes) return;
   try {
     database_.set_schema_version(database_.schema_version());
   } catch (...) {
+    note_protection();
     run_quietly("ROLLBACK");
     throw;
   }
+}
+
+/// SQLite tries for more than a second to make its journal in a write-protected folder, lest a
+/// virus scanner hold it. Once is enough.
+void Transactions::note_protection() const {
+  const int result = sqlite3_errcode(database_.handle_) & 0xFF;
+  database_.is_protected_ =
+      result == SQLITE_CANTOPEN || result == SQLITE_READONLY || result == SQLITE_PERM;
 }
 
 void Transactions::keep_innermost() {

@@ -61,7 +61,9 @@ class Transactions {
   };
 
   void open(bool is_client);
-  void start(bool probes);
+  void start();
+  /// What is wrong is not the disk or a lock, and lasts.
+  void note_protection() const;
   /// Undoes it when it fails.
   void keep_innermost();
   void undo_innermost() noexcept;

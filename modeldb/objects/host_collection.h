@@ -15,7 +15,8 @@ class HostEntry {
   explicit HostEntry(ItemInterface* object)
       : item_(com::Ptr<IUnknown>(object).query<ItemInterface>()) {
     if (!item_) {
-      fail(E_NOINTERFACE, L"The object passed to Add is not of this collection's kind.");
+      fail(E_NOINTERFACE,
+           L"The object passed to Add is not of this collection's kind. Pass one that is.");
     }
   }
 

@@ -49,6 +49,7 @@ TEST_F(OpenTest, ModelThatCannotBeWrittenIsReadAlone) {
   ASSERT_EQ(open(file.path()), S_OK) << model_test::last_sentence();
   expect_no_change();
   RemoveDirectoryW((file.path() + L"-journal").c_str());
+  reopen();
   EXPECT_EQ(is_read_only(), VARIANT_FALSE);
   EXPECT_EQ(save(make_force(2)), S_OK) << model_test::last_sentence();
 }
@@ -90,6 +91,8 @@ TEST_F(OpenTest, PathsThatCannotBeOpenedAreToldApart) {
   EXPECT_SENTENCE(open(folder), HasSubstr("is that of a folder"));
   EXPECT_SENTENCE(open(folder + L"\\no\\x.orvdb"), HasSubstr("does not exist"));
   EXPECT_SENTENCE(open(folder + L"\\" + std::wstring(300, L'x')), HasSubstr("is too long"));
+  EXPECT_SENTENCE(open(folder + L"\\a?b.orvdb"),
+                  HasSubstr("is write-protected, or the name is none for a file"));
 }
 
 TEST_F(OpenTest, TableWhoseKeysAreUsedUpSaysSo) {
