@@ -102,8 +102,8 @@ void Transactions::start() {
   }
 }
 
-/// SQLite tries for more than a second to make its journal in a write-protected folder, lest a
-/// virus scanner hold it. Once is enough.
+/// What is known of the file refuses statements outside a transaction, too, also those that would
+/// find no row to change.
 void Transactions::note_protection() const {
   const int result = sqlite3_errcode(database_.handle_) & 0xFF;
   database_.is_protected_ =

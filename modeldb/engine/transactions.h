@@ -62,7 +62,7 @@ class Transactions {
 
   void open(bool is_client);
   void start();
-  /// What is wrong is not the disk or a lock, and lasts.
+  /// Notes whether SQLite's last answer means that the file is write-protected.
   void note_protection() const;
   /// Undoes it when it fails.
   void keep_innermost();
