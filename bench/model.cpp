@@ -71,7 +71,8 @@ void save_all(const Model& model, INodalForces& forces, const com::Variant& casc
 
 com::Ptr<INodalForces> load_all(const Model& model) {
   com::Ptr<IDispatch> forces;
-  com::check(model->Load(com::Bstr(L"NodalForces").get(), com::Variant::omitted(), forces.put()));
+  com::check(model->Load(com::Bstr(L"NodalForces").get(), com::Variant::omitted(),
+                         com::Variant::omitted(), forces.put()));
   return forces.query<INodalForces>();
 }
 

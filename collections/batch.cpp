@@ -20,10 +20,10 @@ Batch::Batch(IDispatch* argument) {
 
 void Batch::begin() const {
   call(store_, [](IRecordStore& store) { return store.EventsEnabled(kSuspend); });
-  execute(L"BEGIN TRANSACTION");
+  execute(begin_);
 }
 
-void Batch::commit() const { execute(L"COMMIT TRANSACTION"); }
+void Batch::commit() const { execute(commit_); }
 
 void Batch::resume_events() const {
   call(store_, [](IRecordStore& store) { return store.EventsEnabled(kResume); });
@@ -37,11 +37,10 @@ void Batch::notify_deleted(long event, const com::Variant& ids) const {
   call(store_, [&](IRecordStore& store) { return store.RecordsDeleted(event, ids); });
 }
 
-void Batch::execute(std::wstring_view statement) const {
-  const com::Bstr text(statement);
+void Batch::execute(const com::Bstr& statement) const {
   com::Ptr<_Recordset> ignored;
   call(connection_, [&](Connection15& connection) {
-    return connection.Execute(text.get(), nullptr, adExecuteNoRecords, ignored.put());
+    return connection.Execute(statement.get(), nullptr, adExecuteNoRecords, ignored.put());
   });
 }
 

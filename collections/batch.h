@@ -23,7 +23,7 @@ class Batch {
   void notify_deleted(long event, const com::Variant& ids) const;
 
  private:
-  void execute(std::wstring_view statement) const;
+  void execute(const com::Bstr& statement) const;
   /// Calls an object of the host, and raises its failure. What an earlier failure left on the
   /// thread, such as that of a record that was passed over, is not taken for words of this one.
   template <class Object, class Call>
@@ -34,6 +34,9 @@ class Batch {
 
   com::Ptr<IRecordStore> store_;
   com::Ptr<Connection15> connection_;
+  // Made beforehand: a transaction must not stay open for want of memory to end it.
+  com::Bstr begin_{L"BEGIN TRANSACTION"};
+  com::Bstr commit_{L"COMMIT TRANSACTION"};
 };
 
 }  // namespace orv

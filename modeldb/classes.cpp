@@ -5,8 +5,8 @@
 
 #include "modeldb/ado/record_load.h"
 #include "modeldb/library.h"
+#include "modeldb/objects/host_collection.h"
 #include "modeldb/objects/model_database.h"
-#include "modeldb/objects/set_collection.h"
 #include "modeldb/objects/vertex.h"
 
 namespace modeldb {
@@ -40,6 +40,7 @@ std::span<com::ClassEntry> classes() {
       entry_of_sets<ConstraintSets, ::ConstraintSets>(106),
       entry<DesignScenario, ::DesignScenario>(107),
       entry_of_sets<DesignScenarios, ::DesignScenarios>(108),
+      entry<Vertices, ::Vertices>(109),
   };
   return table;
 }

@@ -43,8 +43,17 @@ STDMETHODIMP AdoCommand::Execute(VARIANT* records_affected, VARIANT* parameters,
     require_no_parameters(parameters);
     if (options == adOptionUnspecified) options = type_;
     if (options == adExecuteNoRecords) options |= type_;
-    execute(*database_, text_.view(), records_affected, options, record_set);
+    execute(*database_, text_.view(), records_affected, options, time_limit_, record_set);
   });
+}
+
+STDMETHODIMP AdoCommand::get_CommandTimeout(LONG* seconds) {
+  *seconds = time_limit_;
+  return S_OK;
+}
+
+STDMETHODIMP AdoCommand::put_CommandTimeout(LONG seconds) {
+  return com::boundary([&] { time_limit_ = time_limit(seconds); });
 }
 
 STDMETHODIMP AdoCommand::get_ActiveConnection(_Connection** object) {

@@ -21,6 +21,10 @@ class AdoCommand : public UnavailableCommand {
   STDMETHODIMP Execute(VARIANT* records_affected, VARIANT* parameters, LONG options,
                        _Recordset** record_set) override;
 
+  /// In seconds, 30 unless told, whatever the connection's is; 0 for no limit.
+  STDMETHODIMP get_CommandTimeout(LONG* seconds) override;
+  STDMETHODIMP put_CommandTimeout(LONG seconds) override;
+
   STDMETHODIMP get_ActiveConnection(_Connection** object) override;
   /// The command stays with its model database: records write their links with it.
   STDMETHODIMP putref_ActiveConnection(_Connection* object) override;
@@ -35,6 +39,7 @@ class AdoCommand : public UnavailableCommand {
   std::shared_ptr<Database> database_;
   com::Bstr text_;
   CommandTypeEnum type_ = adCmdUnknown;
+  Seconds time_limit_ = kDefaultTimeLimit;
 };
 
 }  // namespace modeldb

@@ -34,23 +34,33 @@ HRESULT AdoConnection::query_other(REFIID iid, void** out) {
 STDMETHODIMP AdoConnection::Execute(BSTR command, VARIANT* records_affected, LONG options,
                                     _Recordset** record_set) {
   return model_call(database_->turns(), [&] {
-    execute(*database_, com::Bstr::view(command), records_affected, options, record_set);
+    execute(*database_, com::Bstr::view(command), records_affected, options,
+            database_->time_limit(), record_set);
   });
+}
+
+STDMETHODIMP AdoConnection::get_CommandTimeout(LONG* seconds) {
+  *seconds = database_->time_limit();
+  return S_OK;
+}
+
+STDMETHODIMP AdoConnection::put_CommandTimeout(LONG seconds) {
+  return com::boundary([&] { database_->set_time_limit(time_limit(seconds)); });
 }
 
 STDMETHODIMP AdoConnection::BeginTrans(LONG* transaction_level) {
   return model_call(database_->turns(), [&] {
-    database_->begin();
-    *transaction_level = 1;
+    database_->transactions().begin();
+    *transaction_level = database_->transactions().client_depth();
   });
 }
 
 STDMETHODIMP AdoConnection::CommitTrans() {
-  return model_call(database_->turns(), [&] { database_->commit(); });
+  return model_call(database_->turns(), [&] { database_->transactions().commit(); });
 }
 
 STDMETHODIMP AdoConnection::RollbackTrans() {
-  return model_call(database_->turns(), [&] { database_->rollback(); });
+  return model_call(database_->turns(), [&] { database_->transactions().rollback(); });
 }
 
 STDMETHODIMP AdoConnection::get_State(LONG* state) {

@@ -16,10 +16,14 @@ class AdoConnection : public UnavailableConnection {
 
   STDMETHODIMP Execute(BSTR command, VARIANT* records_affected, LONG options,
                        _Recordset** record_set) override;
-  /// The level is 1: transactions do not nest.
+  /// The level is 1 for the outermost, 2 for one within it, and so on.
   STDMETHODIMP BeginTrans(LONG* transaction_level) override;
   STDMETHODIMP CommitTrans() override;
   STDMETHODIMP RollbackTrans() override;
+
+  /// In seconds, 30 unless told; 0 for no limit. Holds for Load and Query of the model, too.
+  STDMETHODIMP get_CommandTimeout(LONG* seconds) override;
+  STDMETHODIMP put_CommandTimeout(LONG seconds) override;
 
   STDMETHODIMP get_State(LONG* state) override;
   /// The path of the model database's file.

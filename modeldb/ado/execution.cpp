@@ -49,7 +49,7 @@ std::wstring select_from(std::wstring_view table) {
 
 }  // namespace
 
-TextResult run_text(Database& database, std::wstring_view text, LONG options) {
+TextResult run_text(Database& database, std::wstring_view text, LONG options, Seconds time_limit) {
   if (options == adOptionUnspecified) options = adCmdUnknown;
   if (options & ~(kCommandTypes | adExecuteNoRecords)) {
     fail(kFeatureNotAvailable,
@@ -57,15 +57,15 @@ TextResult run_text(Database& database, std::wstring_view text, LONG options) {
          L"database. Leave the options out.");
   }
   if (names_table(text, options)) {
-    return database.execute_text(select_from(text), Trust::kWrite);
+    return database.execute_text(select_from(text), Trust::kWrite, time_limit);
   }
-  return database.execute_text(text, Trust::kWrite);
+  return database.execute_text(text, Trust::kWrite, time_limit);
 }
 
 void execute(Database& database, std::wstring_view text, VARIANT* affected, LONG options,
-             _Recordset** out) {
+             Seconds time_limit, _Recordset** out) {
   if (out) *out = nullptr;
-  TextResult result = run_text(database, text, options);
+  TextResult result = run_text(database, text, options, time_limit);
   if (affected) {
     VariantClear(affected);
     affected->vt = VT_I4;
@@ -75,6 +75,12 @@ void execute(Database& database, std::wstring_view text, VARIANT* affected, LONG
   if (out && wants_records) {
     *out = make_recordset(database, std::move(result.query), text).detach();
   }
+}
+
+Seconds time_limit(LONG seconds) {
+  if (seconds >= 0) return seconds;
+  fail(kInvalidArgument, L"CommandTimeout cannot be " + std::to_wstring(seconds) +
+                             L". Give it a number of seconds, or 0 for no limit.");
 }
 
 }  // namespace modeldb

@@ -62,7 +62,8 @@ STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, Curso
     const std::shared_ptr<Database> database = database_of(connection_.get());
     const Turn turn(database->turns());
     cursor_.belong_to(database->turns());
-    StatementLease query = run_text(*database, source_.view(), options).query;
+    StatementLease query =
+        run_text(*database, source_.view(), options, database->time_limit()).query;
     if (query) cursor_.open(std::move(query));
   });
 }

@@ -75,7 +75,7 @@ int Authorizer::decide(void* self, int action, const char* first, const char* se
     if (authorizer.allows(action, first, second)) return SQLITE_OK;
     authorizer.refused_ = description_of(action, first, second);
   } catch (...) {
-    // Out of memory: refused all the same.
+    authorizer.lacked_memory_ = true;
   }
   return SQLITE_DENY;
 }

@@ -18,11 +18,15 @@ class Authorizer {
   void begin(Trust trust) {
     trust_ = trust;
     refused_.clear();
+    lacked_memory_ = false;
   }
 
   /// What the statement wanted to do and may not, such as "change the schema"; empty when nothing
   /// was refused.
   [[nodiscard]] const std::wstring& refused() const { return refused_; }
+  [[nodiscard]] bool has_refused() const { return lacked_memory_ || !refused_.empty(); }
+  /// Whether there was no memory to decide with, so that the statement was refused unseen.
+  [[nodiscard]] bool lacked_memory() const { return lacked_memory_; }
 
  private:
   static int decide(void* self, int action, const char* first, const char* second,
@@ -31,6 +35,7 @@ class Authorizer {
 
   Trust trust_ = Trust::kRead;
   std::wstring refused_;
+  bool lacked_memory_ = false;
 };
 
 }  // namespace modeldb

@@ -46,10 +46,10 @@ TextKind kind_of(const Token& first, std::wstring_view text) {
     case Keyword::kRollback:
       return TextKind::kRollback;
     default:
-      fail(kPermissionDenied,
-           L"The text " + quoted(text) +
-               L" was refused: the model database runs SELECT, INSERT, UPDATE, DELETE, and BEGIN, "
-               L"COMMIT and ROLLBACK TRANSACTION. Use one of these.");
+      fail_on_text(
+          kPermissionDenied, L"The text " + quoted(text),
+          L" was refused: the model database runs SELECT, INSERT, UPDATE, DELETE, and BEGIN, "
+          L"COMMIT and ROLLBACK TRANSACTION. Use one of these.");
   }
 }
 
@@ -84,17 +84,17 @@ class Reader {
 
   void refuse_forbidden() const {
     if (token_.kind == TokenKind::kInvalid) {
-      fail(kErrorsInCommand, L"The text " + quoted(text_) + L" cannot be read from " +
-                                 quoted(token_.text) + L" on. Correct it there.");
+      fail_on_text(kErrorsInCommand, L"The text " + quoted(text_),
+                   L" cannot be read from " + quoted(token_.text) + L" on. Correct it there.");
     }
     if (token_.kind == TokenKind::kParameter) {
-      fail(kErrorsInCommand, L"The text " + quoted(text_) + L" has the parameter " +
-                                 quoted(token_.text) + L". Write the value in its place.");
+      fail_on_text(
+          kErrorsInCommand, L"The text " + quoted(text_),
+          L" has the parameter " + quoted(token_.text) + L". Write the value in its place.");
     }
     if (changes_rows(kind_) && token_.keyword == Keyword::kReturning) {
-      fail(kPermissionDenied,
-           L"The text " + quoted(text_) +
-               L" was refused because of RETURNING. Read the rows with a SELECT.");
+      fail_on_text(kPermissionDenied, L"The text " + quoted(text_),
+                   L" was refused because of RETURNING. Read the rows with a SELECT.");
     }
   }
 
@@ -102,13 +102,13 @@ class Reader {
   void refuse_rest() {
     while (token_.is_operator(L';')) advance();
     if (token_.kind != TokenKind::kEnd) {
-      fail(kPermissionDenied, L"The text " + quoted(text_) +
-                                  L" was refused: it holds more than one statement. Execute them "
-                                  L"one by one.");
+      fail_on_text(kPermissionDenied, L"The text " + quoted(text_),
+                   L" was refused: it holds more than one statement. Execute them "
+                   L"one by one.");
     }
     if (kind_ != TextKind::kSelect && tokens_.has_seen_comment()) {
-      fail(kPermissionDenied, L"The text " + quoted(text_) +
-                                  L" was refused because of the comment in it. Take it out.");
+      fail_on_text(kPermissionDenied, L"The text " + quoted(text_),
+                   L" was refused because of the comment in it. Take it out.");
     }
   }
 
@@ -234,6 +234,20 @@ class Reader {
   std::size_t copied_ = 0;  // how much of the text is in the output
 };
 
+bool is_transaction(Keyword keyword) {
+  return keyword == Keyword::kBegin || keyword == Keyword::kCommit || keyword == Keyword::kRollback;
+}
+
+/// "BEGIN TRANSACTION" and the like, as collections write them.
+std::optional<TextKind> plain_transaction(std::wstring_view text) {
+  Tokeniser tokens(text);
+  const Token first = tokens.next();
+  if (!is_transaction(first.keyword)) return std::nullopt;
+  const bool is_plain = tokens.next().keyword == Keyword::kTransaction &&
+                        tokens.next().kind == TokenKind::kEnd && !tokens.has_seen_comment();
+  return is_plain ? std::optional(kind_of(first, text)) : std::nullopt;
+}
+
 /// BEGIN, COMMIT or ROLLBACK, with or without TRANSACTION: nothing else.
 void check_transaction(std::wstring_view text) {
   Tokeniser tokens(text);
@@ -241,9 +255,9 @@ void check_transaction(std::wstring_view text) {
   Token token = tokens.next();
   if (token.keyword == Keyword::kTransaction) token = tokens.next();
   if (ends_statement(token)) return;
-  fail(kErrorsInCommand, L"The text " + quoted(text) + L" cannot be run because of " +
-                             quoted(token.text) +
-                             L". Write BEGIN, COMMIT or ROLLBACK TRANSACTION alone.");
+  fail_on_text(kErrorsInCommand, L"The text " + quoted(text),
+               L" cannot be run because of " + quoted(token.text) +
+                   L". Write BEGIN, COMMIT or ROLLBACK TRANSACTION alone.");
 }
 
 }  // namespace
@@ -254,6 +268,8 @@ bool is_query(std::wstring_view text) {
 }
 
 TextKind read_client_text(std::wstring_view text, BoundText& out) {
+  // A transaction can be ended when there is no memory left.
+  if (const auto kind = plain_transaction(text)) return *kind;
   const TextKind kind = Reader(text, out).read();
   if (kind != TextKind::kSelect && !changes_rows(kind)) check_transaction(text);
   return kind;

@@ -8,6 +8,7 @@
 #include "modeldb/engine/client_text.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/engine/model_file.h"
+#include "modeldb/engine/sqlite_failure.h"
 #include "modeldb/engine/utf8.h"
 
 namespace modeldb {
@@ -35,9 +36,13 @@ Database::Database(std::wstring_view path) : path_(full_path(path)) {}
 Database::~Database() { close(); }
 
 void Database::open_file() {
-  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXRESCODE |
-                         SQLITE_OPEN_NOMUTEX;  // its users live in one apartment
-  const int result = sqlite3_open_v2(to_utf8(path_).c_str(), &handle_, kFlags, nullptr);
+  constexpr int kFlags =
+      SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX;  // its users live in one apartment
+  // Some file systems let the administrator write a protected file nevertheless.
+  const int access =
+      is_write_protected(path_) ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  const int result = sqlite3_open_v2(to_utf8(path_).c_str(), &handle_, kFlags | access, nullptr);
+  if ((result & 0xFF) == SQLITE_CANTOPEN) fail_to_open(path_);
   if (result != SQLITE_OK) fail_with(result, L"");
 }
 
@@ -52,18 +57,19 @@ void Database::protect() {
   for (const auto& [option, value] : kSwitches) sqlite3_db_config(handle_, option, value, nullptr);
 
   constexpr std::pair<int, int> kLimits[] = {{SQLITE_LIMIT_LENGTH, kMaximumLength},
-                                             {SQLITE_LIMIT_SQL_LENGTH, 1'000'000},
+                                             {SQLITE_LIMIT_SQL_LENGTH, 16'000'000},
                                              {SQLITE_LIMIT_EXPR_DEPTH, 200},
                                              {SQLITE_LIMIT_COMPOUND_SELECT, 50},
-                                             {SQLITE_LIMIT_VDBE_OP, 250'000},
+                                             {SQLITE_LIMIT_VDBE_OP, 5'000'000},
                                              {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 1000},
                                              {SQLITE_LIMIT_ATTACHED, 0},
                                              {SQLITE_LIMIT_WORKER_THREADS, 0}};
   for (const auto& [limit, value] : kLimits) sqlite3_limit(handle_, limit, value);
 
   sqlite3_drop_modules(handle_, nullptr);
-  sqlite3_busy_timeout(handle_, kBusyTimeoutMilliseconds);
+  wait_for_locks();
   authorizer_.install(handle_);
+  time_limit_.install(handle_);
 }
 
 /// The header may be older than what SQLite finds, such as the journal of a process that died.
@@ -98,9 +104,12 @@ void Database::close() {
   }
   // Closing rolls back what is not committed.
   sqlite3_close(std::exchange(handle_, nullptr));
-  in_transaction_ = false;
-  end_client_transaction(TransactionEvent::kRolledBack);
-  observer_ = nullptr;
+  transactions_.forget();
+}
+
+bool Database::is_read_only() {
+  require_open();
+  return is_known_read_only() || !transactions_.can_write();
 }
 
 int Database::schema_version() { return static_cast<int>(setting(L"user_version")); }
@@ -127,98 +136,44 @@ std::int64_t Database::run(Statement& statement) {
   return total_changes() - before;
 }
 
-TextResult Database::execute_text(std::wstring_view text, Trust trust) {
+TextResult Database::execute_text(std::wstring_view text, Trust trust, Seconds time_limit) {
   require_open();
   if (trust != Trust::kWrite && !is_query(text)) {
-    fail(kPermissionDenied, L"The text " + quoted(text) +
-                                L" was refused: only a SELECT is allowed here. Execute changes "
-                                L"through the connection of the model database.");
+    fail_on_text(kPermissionDenied, L"The text " + quoted(text),
+                 L" was refused: only a SELECT is allowed here. Execute changes through the "
+                 L"connection of the model database.");
   }
   switch (read_client_text(text, bound_)) {
     case TextKind::kBegin:
-      begin();
+      transactions_.begin();
       return {};
     case TextKind::kCommit:
-      commit();
+      transactions_.commit();
       return {};
     case TextKind::kRollback:
-      rollback();
+      transactions_.rollback();
       return {};
     case TextKind::kSelect:
-      return {prepare_bound(Trust::kRead)};
+      return {prepare_bound(text, Trust::kRead, time_limit)};
     default:
-      return {{}, run(*prepare_bound(Trust::kWrite))};
+      require_writable();
+      return {{}, run(*prepare_bound(text, Trust::kWrite, time_limit))};
   }
 }
 
-/// The statement of the text that was read last, with its values.
-StatementLease Database::prepare_bound(Trust author) {
-  StatementLease statement = prepare_as(author, bound_.text);
+/// The statement of `text`, which was read last, with its values.
+StatementLease Database::prepare_bound(std::wstring_view text, Trust author, Seconds time_limit) {
+  StatementLease statement = [&] {
+    try {
+      return prepare_as(author, bound_.text);
+    } catch (const TextError& error) {
+      // The client knows its own text, not what was made of it.
+      fail_on_text(error.result(), L"The statement " + quoted(text), error.clause());
+    }
+  }();
+  statement->limit_time(time_limit);
   statement->bind_all(bound_.values);
   return statement;
-}
-
-void Database::begin() {
-  try {
-    if (in_transaction_) {
-      fail(kInvalidTransaction, L"A transaction is open in the model database " + quoted(path_) +
-                                    L" already. Commit it or roll it back before you begin "
-                                    L"another.");
-    }
-    start_transaction();
-  } catch (...) {
-    if (observer_) observer_->on_transaction(TransactionEvent::kRefused);
-    throw;
-  }
-  is_client_transaction_ = true;
-}
-
-void Database::commit() {
-  require_transaction();
-  try {
-    finish_transaction();
-  } catch (...) {
-    end_client_transaction(TransactionEvent::kRolledBack);
-    throw;
-  }
-  end_client_transaction(TransactionEvent::kCommitted);
-}
-
-void Database::rollback() {
-  require_transaction();
-  roll_back();
-  end_client_transaction(TransactionEvent::kRolledBack);
-}
-
-void Database::end_client_transaction(TransactionEvent event) noexcept {
-  const bool was_open = std::exchange(is_client_transaction_, false);
-  if (was_open && observer_) observer_->on_transaction(event);
-}
-
-void Database::start_transaction() {
-  was_changed_ = is_changed();
-  // Immediate: another program's lock is met here, not in the middle of the work.
-  execute(L"BEGIN IMMEDIATE");
-  in_transaction_ = true;
-}
-
-void Database::finish_transaction() {
-  try {
-    require_transaction_alive();
-    execute(L"COMMIT");
-  } catch (...) {
-    roll_back();
-    throw;
-  }
-  in_transaction_ = false;
-}
-
-void Database::roll_back() noexcept {
-  in_transaction_ = false;
-  authorizer_.begin(Trust::kHost);
-  // Fails only when SQLite has rolled back already.
-  sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
-  if (!was_changed_) total_unchanged_ = sqlite3_total_changes64(handle_);
 }
 
 std::int64_t Database::last_insert_id() const {
@@ -238,24 +193,15 @@ void Database::require_open() const {
                           L"it anew.");
 }
 
-void Database::require_transaction() const {
-  require_open();
-  if (in_transaction_) return;
-  fail(kInvalidTransaction,
-       L"No transaction is open in the model database " + quoted(path_) + L". Begin one first.");
+bool Database::is_known_read_only() const {
+  return is_protected_ || sqlite3_db_readonly(handle_, "main") == 1;
 }
 
-bool Database::has_lost_transaction() const {
-  return in_transaction_ && sqlite3_get_autocommit(handle_);
+void Database::require_writable() const {
+  if (is_known_read_only()) fail_with(SQLITE_READONLY, {});
 }
 
-void Database::require_transaction_alive() const {
-  if (!has_lost_transaction()) return;
-  fail(kInvalidTransaction,
-       L"The transaction in the model database " + quoted(path_) +
-           L" was undone after an earlier failure, and nothing of it is saved. Roll it back if you "
-           L"have not ended it yet; then remove the cause, and try the whole of it again.");
-}
+void Database::wait_for_locks() { sqlite3_busy_timeout(handle_, kBusyTimeoutMilliseconds); }
 
 std::wstring Database::text_of(sqlite3_stmt* statement) {
   const std::unique_ptr<char, decltype(&sqlite3_free)> text(sqlite3_expanded_sql(statement),
@@ -264,62 +210,25 @@ std::wstring Database::text_of(sqlite3_stmt* statement) {
 }
 
 void Database::fail_with(int result, std::wstring_view sql) const {
-  const std::wstring reason =
-      handle_ ? static_cast<const wchar_t*>(sqlite3_errmsg16(handle_)) : L"";
-  const std::wstring file = L"The model database " + quoted(path_);
-  const std::wstring statement = L"The statement " + quoted(sql);
-  switch (result & 0xFF) {
-    case SQLITE_NOMEM:
-      throw std::bad_alloc();
-    case SQLITE_AUTH:
-      fail(kPermissionDenied,
-           statement + L" was refused: it would " + authorizer_.refused() +
-               L". Only the rows of the model's tables can be read, and through the connection "
-               L"changed.");
-    case SQLITE_CONSTRAINT:
-      if (result == SQLITE_CONSTRAINT_TRIGGER) {
-        fail(kIntegrityViolation, statement + L" was not run: " + reason + L".");
-      }
-      if (result == SQLITE_CONSTRAINT_FOREIGNKEY) {
-        fail(kIntegrityViolation,
-             statement +
-                 L" was not run: it would link to a row that the model does not have, or "
-                 L"leave such a link behind. Save what is linked to first.");
-      }
-      fail(kIntegrityViolation, statement +
-                                    L" was not run, because its values break a rule of the "
-                                    L"table: " +
-                                    reason + L". Change the values.");
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-      fail(kLocked, file +
-                        L" is in use, by another program or by this one. End the "
-                        L"transaction or close the recordset there, or try again later.");
-    case SQLITE_CANTOPEN:
-      fail(kCannotOpenFile, file +
-                                L" cannot be opened. Check that the folder exists and that you "
-                                L"may write there.");
-    case SQLITE_NOTADB:
-      fail_as_no_model(path_);
-    case SQLITE_CORRUPT:
-      fail(kCannotReadFile, file + L" is damaged (" + reason +
-                                L"). Take a copy of the file that "
-                                L"was saved earlier.");
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-      fail(kCannotWriteFile, file + L" cannot be written (" + reason +
-                                 L"). Check that the file and its folder are not write-protected.");
-    case SQLITE_FULL:
-      fail(kCannotWriteFile, file + L" cannot grow: the disk is full. Make room and try again.");
-    case SQLITE_IOERR:
-      fail(kCannotReadFile, file + L" could not be read or written (" + reason +
-                                L"). Check the disk, and the connection to it.");
-    case SQLITE_ABORT:
-      fail(kIllegalOperation, L"The rows of the statement " + quoted(sql) +
-                                  L" are gone, because the transaction was rolled back. Open the "
-                                  L"recordset again.");
-    default:
-      fail(kErrorsInCommand, statement + L" cannot be run: " + reason + L". Correct it.");
+  if (result == SQLITE_NOTADB) fail_as_no_model(path_);
+  if (result == SQLITE_AUTH && authorizer_.lacked_memory()) throw std::bad_alloc();
+  if (result == SQLITE_FULL) explain_full();
+  const std::wstring words = handle_ ? static_cast<const wchar_t*>(sqlite3_errmsg16(handle_)) : L"";
+  fail_as_sqlite({.result = result,
+                  .reason = result == SQLITE_AUTH ? authorizer_.refused() : words,
+                  .path = path_,
+                  .sql = sql});
+}
+
+/// SQLite says the same of a disk without room and of a table without keys.
+void Database::explain_full() const {
+  sqlite3_stmt* used_up = nullptr;
+  sqlite3_prepare_v2(handle_, "SELECT name FROM sqlite_sequence WHERE seq = 9223372036854775807",
+                     -1, &used_up, nullptr);
+  const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> owner(used_up,
+                                                                         &sqlite3_finalize);
+  if (used_up && sqlite3_step(used_up) == SQLITE_ROW) {
+    fail_as_used_up(static_cast<const wchar_t*>(sqlite3_column_text16(used_up, 0)));
   }
 }
 

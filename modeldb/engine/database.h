@@ -9,7 +9,7 @@
 #include "modeldb/engine/authorizer.h"
 #include "modeldb/engine/statement.h"
 #include "modeldb/engine/statement_cache.h"
-#include "modeldb/engine/transaction_observer.h"
+#include "modeldb/engine/transactions.h"
 #include "modeldb/engine/turns.h"
 
 struct sqlite3;
@@ -22,8 +22,8 @@ struct TextResult {
   std::int64_t changed_rows = 0;  ///< by a text that is none
 };
 
-/// A model database file, opened: its statements and transactions. Objects that work on it share it
-/// (std::shared_ptr); after close() each of their calls fails with kObjectClosed.
+/// A model database file, opened: its statements and its transactions. Objects that work on it
+/// share it (std::shared_ptr); after close() each of their calls fails with kObjectClosed.
 ///
 /// Foreign keys are enforced, statement by statement.
 /// A process that dies leaves the file as it was before the transaction that was open.
@@ -78,22 +78,20 @@ class Database : public std::enable_shared_from_this<Database> {
   // a refused text fails with kPermissionDenied before anything is done. Tables whose names begin
   // with "orv_" are the model database's own and out of reach.
 
+  /// How long such a text may run; what a text is not given its own limit takes.
+  [[nodiscard]] Seconds time_limit() const { return client_time_limit_; }
+  void set_time_limit(Seconds limit) { client_time_limit_ = limit; }
+
   /// A query comes back with its literals bound, ready for step. Anything else is run at once;
-  /// BEGIN, COMMIT and ROLLBACK TRANSACTION act as begin(), commit() and rollback().
-  TextResult execute_text(std::wstring_view text, Trust trust);
+  /// BEGIN, COMMIT and ROLLBACK TRANSACTION are those of transactions().
+  TextResult execute_text(std::wstring_view text, Trust trust) {
+    return execute_text(text, trust, client_time_limit_);
+  }
+  TextResult execute_text(std::wstring_view text, Trust trust, Seconds time_limit);
 
-  // Transactions of clients. Only one is open at a time; Savepoint nests inside it.
-
-  /// kInvalidTransaction: a transaction is open already.
-  void begin();
-  /// kInvalidTransaction: none is open, or the database had to roll it back.
-  void commit();
-  /// kInvalidTransaction: none is open.
-  void rollback();
-  /// Whether a transaction is open, a client's or a savepoint's own.
-  [[nodiscard]] bool in_transaction() const { return in_transaction_; }
-  /// From here until close(), `observer` learns what becomes of these transactions.
-  void observe(TransactionObserver& observer) { observer_ = &observer; }
+  [[nodiscard]] Transactions& transactions() { return transactions_; }
+  /// Whether the file or its folder is write-protected: then it can be read alone.
+  [[nodiscard]] bool is_read_only();
 
   /// Key of the row that was inserted last.
   [[nodiscard]] std::int64_t last_insert_id() const;
@@ -105,7 +103,7 @@ class Database : public std::enable_shared_from_this<Database> {
 
  private:
   friend class Statement;
-  friend class Savepoint;
+  friend class Transactions;
 
   explicit Database(std::wstring_view path);
 
@@ -116,26 +114,21 @@ class Database : public std::enable_shared_from_this<Database> {
   void choose_journal();
 
   StatementLease prepare_as(Trust author, std::wstring_view sql);
-  StatementLease prepare_bound(Trust author);
+  StatementLease prepare_bound(std::wstring_view text, Trust author, Seconds time_limit);
   std::int64_t run(Statement& statement);
   [[nodiscard]] std::int64_t setting(std::wstring_view name);
   void set_setting(std::wstring_view name, std::int64_t value);
 
+  void wait_for_locks();
   void require_open() const;
-  void require_transaction() const;
-  /// Whether SQLite had to roll back the open transaction by itself, for want of disk space, say.
-  [[nodiscard]] bool has_lost_transaction() const;
-  /// Nothing may be written in the belief that it is part of a transaction that is lost.
-  void require_transaction_alive() const;
-  void start_transaction();
-  /// Rolls back when it fails.
-  void finish_transaction();
-  void roll_back() noexcept;
-  /// Ends the client's transaction, if one is open, for good or ill.
-  void end_client_transaction(TransactionEvent event) noexcept;
+  /// kCannotWriteFile: the file is write-protected.
+  void require_writable() const;
+  [[nodiscard]] bool is_known_read_only() const;
 
   /// Raises what SQLite answered, with a sentence. `sql` is the statement's text.
   [[noreturn]] void fail_with(int result, std::wstring_view sql) const;
+  /// Raises what a result "full" means when the disk is not.
+  void explain_full() const;
   /// The text of a statement with its values.
   static std::wstring text_of(sqlite3_stmt* statement);
 
@@ -143,14 +136,14 @@ class Database : public std::enable_shared_from_this<Database> {
   std::shared_ptr<Turns> turns_ = std::make_shared<Turns>();
   sqlite3* handle_ = nullptr;
   Authorizer authorizer_;
+  TimeLimit time_limit_;
   StatementCache cache_;
   // Kept for their capacity:
   BoundText bound_;   // the client text that was read last
   std::string utf8_;  // the text that was bound last
-  bool in_transaction_ = false;
-  bool is_client_transaction_ = false;
-  bool was_changed_ = false;  // before the open transaction
-  TransactionObserver* observer_ = nullptr;
+  Transactions transactions_{*this};
+  Seconds client_time_limit_ = kDefaultTimeLimit;
+  bool is_protected_ = false;  // what the last attempt to begin a transaction has shown
   std::int64_t total_unchanged_ = 0;
 };
 

@@ -1,11 +1,21 @@
 #include "modeldb/engine/failure.h"
 
+#include <utility>
+
 #include "com/error.h"
 
 namespace modeldb {
 
 void fail(HRESULT result, std::wstring_view sentence) {
   com::fail(result, L"Orv_ModelDb", sentence);
+}
+
+void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause) {
+  try {
+    fail(result, std::wstring(subject) + clause);
+  } catch (const com::Error& error) {
+    throw TextError(error, std::move(clause));
+  }
 }
 
 std::wstring quoted(std::wstring_view text) {

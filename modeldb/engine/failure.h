@@ -4,6 +4,9 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "com/error.h"
 
 namespace modeldb {
 
@@ -28,12 +31,31 @@ inline constexpr HRESULT kInvalidTransaction = ado_error(3714);
 inline constexpr HRESULT kIntegrityViolation = ado_error(3719);
 inline constexpr HRESULT kPermissionDenied = ado_error(3720);
 inline constexpr HRESULT kLocked = ado_error(3729);
+/// A statement took longer than it may (DB_E_ABORTLIMITREACHED).
+inline constexpr HRESULT kTimeout = static_cast<HRESULT>(0x80040E31);
 /// The statement is no valid SQL, or names what does not exist (DB_E_ERRORSINCOMMAND).
 inline constexpr HRESULT kErrorsInCommand = static_cast<HRESULT>(0x80040E14);
 
 /// Raises `result` with `sentence` as the description that the script sees: what happened, where,
 /// and what to do about it.
 [[noreturn]] void fail(HRESULT result, std::wstring_view sentence);
+
+/// What is wrong with a text that a client has written, whatever that text is called. Its sentence
+/// is what was raised on, followed by the clause.
+class TextError : public com::Error {
+ public:
+  TextError(const com::Error& error, std::wstring clause)
+      : com::Error(error), clause_(std::move(clause)) {}
+
+  /// " cannot be run: no such column: Magnitud. Correct it."
+  [[nodiscard]] const std::wstring& clause() const { return clause_; }
+
+ private:
+  std::wstring clause_;
+};
+
+/// Raises a TextError: "The statement \"SELECT Nope\"", followed by the clause.
+[[noreturn]] void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause);
 
 /// `text` between quotation marks, for a sentence; the middle of a long one is left out.
 std::wstring quoted(std::wstring_view text);

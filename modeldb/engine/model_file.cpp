@@ -66,6 +66,19 @@ class Header {
        L"The path " + quoted(path) + L" " + std::wstring(reason) + L". Give the path of a file.");
 }
 
+/// Of a name between the separators of a path, in characters.
+constexpr std::size_t kLongestName = 255;
+
+bool is_too_long(std::wstring_view path) {
+  if (path.size() >= MAX_PATH) return true;
+  return path.size() - path.rfind(L'\\') - 1 > kLongestName;
+}
+
+bool is_folder(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW((path + L'\\').c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
 }  // namespace
 
 std::wstring full_path(std::wstring_view path) {
@@ -81,7 +94,8 @@ std::wstring full_path(std::wstring_view path) {
   result.resize(GetFullPathNameW(terminated.c_str(), static_cast<DWORD>(result.size()),
                                  result.data(), nullptr));
   if (result.empty()) refuse_path(path, L"cannot be that of a file");
-  if (result.starts_with(L"\\\\.\\")) refuse_path(path, L"is that of a device");
+  if (result.starts_with(L"\\\\.\\") || result == L"\\\\.")
+    refuse_path(path, L"is that of a device");
   return result;
 }
 
@@ -107,6 +121,35 @@ void require_model_header(const std::wstring& path, int newest_version) {
   if (!header) return;
   if (!header->is_sqlite()) fail_as_no_model(path);
   require_model(header->identity(), path, newest_version);
+}
+
+bool is_write_protected(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) &&
+         !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+void fail_to_open(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+  if (exists && (attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+    refuse_path(path, path.ends_with(L'\\') ? L"is the root of a drive" : L"is that of a folder");
+  }
+  if (is_too_long(path)) refuse_path(path, L"is too long");
+  if (exists) {
+    fail(kCannotOpenFile, L"The file " + quoted(path) +
+                              L" cannot be opened. Check that no other program has it to itself, "
+                              L"and that you may read it.");
+  }
+  const std::wstring folder = path.substr(0, path.rfind(L'\\'));
+  if (!is_folder(folder)) {
+    fail(kCannotOpenFile, L"The model " + quoted(path) + L" cannot be made, since the folder " +
+                              quoted(folder) + L" does not exist. Make the folder first.");
+  }
+  fail(kCannotOpenFile, L"The model " + quoted(path) + L" cannot be made: the folder " +
+                            quoted(folder) +
+                            L" is write-protected, or the name is none for a file. Choose another "
+                            L"folder or name.");
 }
 
 void fail_as_no_model(const std::wstring& path) {

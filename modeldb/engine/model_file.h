@@ -34,6 +34,12 @@ void require_model(const FileIdentity& identity, const std::wstring& path, int n
 /// cannot be read is left to SQLite.
 void require_model_header(const std::wstring& path, int newest_version);
 
+/// Whether there is a file with the attribute that forbids to write it.
+bool is_write_protected(const std::wstring& path);
+
+/// Raises kCannotOpenFile, with what keeps the file from being opened or made.
+[[noreturn]] void fail_to_open(const std::wstring& path);
+
 /// Raises kCannotOpenFile: the file is no SQLite database at all.
 [[noreturn]] void fail_as_no_model(const std::wstring& path);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "modeldb/engine/database.h"
 
 namespace modeldb {
@@ -8,23 +10,29 @@ namespace modeldb {
 /// open, in one of its own. What is not released is undone at the end of the scope.
 class Savepoint {
  public:
-  explicit Savepoint(Database& database);
+  explicit Savepoint(Database& database)
+      : transactions_(database.transactions()), depth_(transactions_.depth()) {
+    transactions_.enter();
+  }
   Savepoint(const Savepoint&) = delete;
   Savepoint& operator=(const Savepoint&) = delete;
-  ~Savepoint();
+  ~Savepoint() {
+    // Closing the database has undone all.
+    if (!released_) transactions_.undo(depth_);
+  }
 
   /// Whether the work is a transaction of its own.
-  [[nodiscard]] bool owns_transaction() const { return owns_transaction_; }
+  [[nodiscard]] bool owns_transaction() const { return depth_ == 0; }
 
   /// Keeps the work: it becomes part of the open transaction, or is committed.
-  void release();
+  void release() {
+    transactions_.keep(depth_);
+    released_ = true;
+  }
 
  private:
-  void undo();
-
-  Database& database_;
-  bool owns_transaction_;
-  bool was_changed_;
+  Transactions& transactions_;
+  std::size_t depth_;
   bool released_ = false;
 };
 

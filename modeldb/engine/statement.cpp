@@ -34,7 +34,7 @@ Statement::Statement(Database& database, std::wstring_view sql, Trust trust)
       sqlite3_prepare_v3(database.handle_, text.data(), static_cast<int>(text.size()),
                          SQLITE_PREPARE_PERSISTENT, &statement_, &rest);
   // SQLite itself reports a refused function as an unknown one.
-  const bool refused = result == SQLITE_ERROR && !database.authorizer_.refused().empty();
+  const bool refused = result == SQLITE_ERROR && database.authorizer_.has_refused();
   if (result != SQLITE_OK) database.fail_with(refused ? SQLITE_AUTH : result, sql);
   if (!statement_ || !is_blank({rest, text.data() + text.size()})) {
     sqlite3_finalize(statement_);
@@ -93,11 +93,14 @@ void Statement::bind_all(std::span<const Literal> values) {
 bool Statement::step() {
   sqlite3_stmt* const statement = live();
   if (!sqlite3_stmt_busy(statement)) {
-    database_.require_transaction_alive();
+    database_.transactions_.require_alive();
     // SQLite compiles a statement anew when the schema has changed.
     database_.authorizer_.begin(trust_);
   }
-  const int result = sqlite3_step(statement);
+  const int result = [&] {
+    const TimeLimit::Step step(database_.time_limit_, time_limit_, spent_);
+    return sqlite3_step(statement);
+  }();
   if (result == SQLITE_ROW) return true;
   if (result == SQLITE_DONE) return false;
   try {
@@ -111,6 +114,11 @@ bool Statement::step() {
 void Statement::reset() {
   // The result repeats the failure of the last step, which was reported there.
   sqlite3_reset(live());
+  spent_ = 0;
+}
+
+std::size_t Statement::memory() const {
+  return static_cast<std::size_t>(sqlite3_stmt_status(live(), SQLITE_STMTSTATUS_MEMUSED, 0));
 }
 
 bool Statement::is_open() const { return database_.is_open(); }
@@ -161,6 +169,8 @@ std::size_t Statement::size(int column) const {
 
 void Statement::release() {
   in_use_ = false;
+  time_limit_ = 0;
+  spent_ = 0;
   if (!database_.is_open()) return;
   sqlite3_reset(statement_);
   sqlite3_clear_bindings(statement_);

@@ -9,6 +9,7 @@
 
 #include "modeldb/engine/columns.h"
 #include "modeldb/engine/literal.h"
+#include "modeldb/engine/time_limit.h"
 
 struct sqlite3_stmt;
 
@@ -47,6 +48,10 @@ class Statement {
   void bind(int parameter, const Literal& value);
   void bind_all(std::span<const Literal> values);
 
+  /// From here until it is prepared anew, the statement ends with kTimeout when all its steps since
+  /// the last reset take longer together.
+  void limit_time(Seconds limit) { time_limit_ = limit; }
+
   /// Moves to the next row, at first to the first; false when there is none.
   bool step();
   /// Back to before the first row; what is bound stays bound.
@@ -58,6 +63,8 @@ class Statement {
 
   [[nodiscard]] const Columns& columns();
 
+  /// Bytes of memory that it takes.
+  [[nodiscard]] std::size_t memory() const;
   /// Whether somebody has a lease on it.
   [[nodiscard]] bool is_in_use() const { return in_use_; }
 
@@ -85,6 +92,8 @@ class Statement {
   Trust trust_;
   sqlite3_stmt* statement_ = nullptr;
   std::optional<Columns> columns_;
+  Seconds time_limit_ = 0;
+  std::uint64_t spent_ = 0;  // milliseconds, since the last reset
   bool in_use_ = false;
 };
 

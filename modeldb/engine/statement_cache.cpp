@@ -1,27 +1,43 @@
 #include "modeldb/engine/statement_cache.h"
 
+#include <utility>
+
 #include "modeldb/engine/database.h"
 
 namespace modeldb {
+namespace {
+
+std::size_t size_of(std::wstring_view sql, const Statement& statement) {
+  return sql.size() * sizeof(wchar_t) + statement.memory();
+}
+
+}  // namespace
 
 StatementLease StatementCache::lease(Database& database, std::wstring_view sql, Trust trust) {
   Statements& statements = statements_[static_cast<int>(trust)];
   const auto cached = statements.find(sql);
-  if (cached == statements.end()) {
-    make_room(statements);
-    auto statement = std::make_unique<Statement>(database, sql, trust);
-    const auto added = statements.emplace(sql, std::move(statement)).first;
-    return {database.shared_from_this(), *added->second};
+  if (cached != statements.end() && !cached->second->is_in_use()) {
+    return {database.shared_from_this(), *cached->second};
   }
-  if (cached->second->is_in_use()) {
-    return {database.shared_from_this(), std::make_unique<Statement>(database, sql, trust)};
+  auto statement = std::make_unique<Statement>(database, sql, trust);
+  const std::size_t size = size_of(sql, *statement);
+  if (cached != statements.end() || size > kMaximumOfOne) {
+    return {database.shared_from_this(), std::move(statement)};
   }
-  return {database.shared_from_this(), *cached->second};
+  make_room(size);
+  const auto added = statements.emplace(sql, std::move(statement)).first;
+  size_ += size;
+  return {database.shared_from_this(), *added->second};
 }
 
-void StatementCache::make_room(Statements& statements) {
-  if (statements.size() < kMaximumSize) return;
-  std::erase_if(statements, [](const auto& entry) { return !entry.second->is_in_use(); });
+/// Forgets every statement that is not in use when there is no room for one more of that size.
+void StatementCache::make_room(std::size_t size) {
+  if (size_ + size <= kMaximumSize) return;
+  size_ = 0;
+  for (Statements& statements : statements_) {
+    std::erase_if(statements, [](const auto& entry) { return !entry.second->is_in_use(); });
+    for (const auto& [sql, statement] : statements) size_ += size_of(sql, *statement);
+  }
 }
 
 }  // namespace modeldb

@@ -17,8 +17,10 @@ class StatementCache {
 
  private:
   // A text of clients is rarely repeated word by word, except for its literals, which are no part
-  // of the key. The limit bounds what the rest may take.
-  static constexpr std::size_t kMaximumSize = 256;
+  // of the key. The limit bounds what the rest may take, in bytes; a statement that alone takes
+  // much of that is not kept.
+  static constexpr std::size_t kMaximumSize = 4 << 20;
+  static constexpr std::size_t kMaximumOfOne = 256 << 10;
 
   struct Hash : std::hash<std::wstring_view> {
     using is_transparent = void;
@@ -26,9 +28,10 @@ class StatementCache {
   using Statements =
       std::unordered_map<std::wstring, std::unique_ptr<Statement>, Hash, std::equal_to<>>;
 
-  static void make_room(Statements& statements);
+  void make_room(std::size_t size);
 
   Statements statements_[3];  // by Trust
+  std::size_t size_ = 0;
 };
 
 }  // namespace modeldb

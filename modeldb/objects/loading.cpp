@@ -1,11 +1,15 @@
 #include "modeldb/objects/loading.h"
 
+#include <vector>
+
 #include "com/sentence.h"
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/objects/column_reader.h"
+#include "modeldb/schema/nearest_column.h"
+#include "modeldb/schema/tables.h"
 
 namespace modeldb {
 namespace {
@@ -13,38 +17,77 @@ namespace {
 std::wstring list_of_tables(const Catalogue& catalogue) {
   std::wstring list;
   for (const Table& table : catalogue.tables()) {
-    if (!table.kind().has_collection()) continue;
     list += (list.empty() ? L"" : L", ") + table.kind().table;
   }
   return list;
 }
 
-/// A condition that is a whole expression can stand in any place for one. A text that closes the
-/// parenthesis around it to go on with something else fails in the second place; one that makes
-/// use of the second place fails in the first.
-void require_condition(const Model& model, const Kind& kind, const std::wstring& condition) {
-  const std::wstring from = L" FROM " + kind.table;
-  for (const auto& text : {L"SELECT 1" + from + L" WHERE (" + condition + L")",
-                           L"SELECT CASE WHEN " + condition + L" THEN 1 END" + from}) {
+/// The name of the column that the model does not have, when that is what is wrong.
+std::wstring_view missing_column(std::wstring_view clause) {
+  constexpr std::wstring_view kWords = L"no such column: ";
+  const auto words = clause.find(kWords);
+  if (words == std::wstring_view::npos) return {};
+  const auto name = clause.substr(words + kWords.size());
+  const auto own = name.substr(0, name.find(L". Correct it."));
+  return own.substr(own.rfind(L'.') + 1);
+}
+
+std::wstring advice(const Kind& kind, std::wstring_view clause, std::wstring_view otherwise) {
+  const auto name = missing_column(clause);
+  const std::wstring column = name.empty() ? L"" : nearest_column(kind, name);
+  return column.empty() ? std::wstring(otherwise) : L"Use the column " + column + L".";
+}
+
+/// What a client gives to become part of a query. It is sound when each of some queries in which it
+/// stands in different surroundings can be run: what closes the parenthesis around it, to go on
+/// with something else, or makes use of what follows, fails in one of the others.
+struct Part {
+  std::wstring subject;  // "The condition "Magnitude > 100" on the table NodalForces"
+  std::wstring_view advice;
+  std::vector<std::wstring> queries;
+};
+
+void require_sound(const Model& model, const Kind& kind, const Part& part) {
+  for (const std::wstring& query : part.queries) {
     try {
-      (void)model.database()->execute_text(text, Trust::kRead);
-    } catch (const com::Error& error) {
-      fail(error.result(), L"The condition " + quoted(condition) + L" on the table " + kind.table +
-                               L" cannot be used: it must be one expression over the table's "
-                               L"columns, such as \"VertexID = 12\". " +
-                               sentence_of(error));
+      (void)model.database()->execute_text(query, Trust::kRead);
+    } catch (const TextError& error) {
+      fail(error.result(),
+           part.subject + error.clause() + L" " + advice(kind, error.clause(), part.advice));
     }
   }
 }
 
-com::Ptr<_Recordset> open_rows(const Model& model, const Kind& kind,
-                               const std::wstring& condition) {
+Part condition_part(const Kind& kind, const std::wstring& condition) {
+  return {.subject = L"The condition " + quoted(condition) + L" on the table " + kind.table,
+          .advice =
+              L"A condition is one expression over the table's columns, such as "
+              L"\"VertexID = 12\".",
+          .queries = {L"SELECT 1 FROM " + kind.table + L" WHERE (" + condition + L")",
+                      L"SELECT CASE WHEN " + condition + L" THEN 1 END FROM " + kind.table}};
+}
+
+Part order_part(const Kind& kind, const std::wstring& order) {
+  return {.subject = L"The order " + quoted(order) + L" of the table " + kind.table,
+          .advice =
+              L"An order is a list of the table's columns, such as \"VertexID, Magnitude "
+              L"DESC\".",
+          .queries = {L"SELECT 1 FROM " + kind.table + L" ORDER BY " + order + L", " + kind.key,
+                      L"SELECT row_number() OVER (ORDER BY " + order + L") FROM " + kind.table}};
+}
+
+com::Ptr<_Recordset> open_rows(const Model& model, const Kind& kind, const Selection& selection) {
   std::wstring query = L"SELECT * FROM " + kind.table;
-  if (!condition.empty()) {
-    require_condition(model, kind, condition);
-    query += L" WHERE (" + condition + L")";
+  if (!selection.condition.empty()) {
+    require_sound(model, kind, condition_part(kind, selection.condition));
+    query += L" WHERE (" + selection.condition + L")";
   }
-  return make_recordset(model.database(), query + L" ORDER BY " + kind.key);
+  query += L" ORDER BY ";
+  if (!selection.order.empty()) {
+    require_sound(model, kind, order_part(kind, selection.order));
+    query += selection.order + L", ";
+  }
+  return make_recordset(model.database(), query + kind.key);
 }
 
 com::Ptr<IClassFactory> class_object(REFCLSID clsid) {
@@ -122,7 +165,7 @@ void load_record(IPersistentObject& record, const Kind& kind, IModelDatabase* da
 
 const Kind& loadable_kind(const Catalogue& catalogue, std::wstring_view name) {
   const Table* const table = catalogue.find(name);
-  if (!table || !table->kind().has_collection()) {
+  if (!table) {
     fail(kItemNotFound, L"There is no collection for a table " + quoted(name) +
                             L". The tables that can be loaded are " + list_of_tables(catalogue) +
                             L".");
@@ -130,20 +173,27 @@ const Kind& loadable_kind(const Catalogue& catalogue, std::wstring_view name) {
   return table->kind();
 }
 
-std::wstring condition_of(const VARIANT& argument) {
-  if (com::is_omitted(argument) || argument.vt == VT_EMPTY) return {};
-  const com::Variant text =
-      argument_as(VT_BSTR, argument,
-                  L"The condition that Load was given is no text. Pass one such as "
-                  L"\"VertexID = 12\", or leave it out.");
-  return std::wstring(com::Bstr::view(text.get().bstrVal));
+Selection selection_of(const VARIANT& condition, const VARIANT& order) {
+  const auto text_of = [](const VARIANT& argument, std::wstring_view sentence) -> std::wstring {
+    if (com::is_omitted(argument) || argument.vt == VT_EMPTY) return {};
+    const com::Variant text = argument_as(VT_BSTR, argument, sentence);
+    return std::wstring(com::Bstr::view(text.get().bstrVal));
+  };
+  return {.condition = text_of(condition,
+                               L"The condition that Load was given is no text. Pass one such as "
+                               L"\"VertexID = 12\", or leave it out."),
+          .order = text_of(order,
+                           L"The order that Load was given is no text. Pass one such as "
+                           L"\"VertexID, Magnitude DESC\", or leave it out.")};
 }
 
 com::Ptr<IDispatch> load_collection(const Model& model, IModelDatabase* database, const Kind& kind,
-                                    const std::wstring& condition) {
-  const auto rows = open_rows(model, kind, condition);
-  const auto collection =
+                                    const Selection& selection) {
+  auto collection =
       create<IPersistentCollection>(class_object(kind.collection_class), kind.collection_interface);
+  // A write-protected file may be older than the kind.
+  if (!has_table(*model.database(), kind.table)) return collection;
+  const auto rows = open_rows(model, kind, selection);
   const auto records = class_object(kind.object_class);
   VARIANT_BOOL at_end = VARIANT_FALSE;
   for (;;) {

@@ -11,16 +11,22 @@
 namespace modeldb {
 
 /// The kind of the records in the table `name`. Raises, with a sentence that lists the tables, when
-/// there is no such table or its rows have no collection.
+/// there is no such table.
 const Kind& loadable_kind(const Catalogue& catalogue, std::wstring_view name);
 
-/// The text of an optional condition; empty when it is left out. Raises when it is no text.
-std::wstring condition_of(const VARIANT& argument);
+/// Which records are wanted, in SQL over the columns of their table.
+struct Selection {
+  std::wstring condition;  // one expression; empty for all records
+  std::wstring order;      // what stands behind ORDER BY; empty for that of the keys
+};
 
-/// A new collection with the kind's records that meet the condition, in the order of their keys.
-/// The condition is one expression of SQL over the table's columns; anything else is refused with a
-/// sentence. A row that cannot be loaded fails the call with a sentence that names the row.
+/// The selection by optional arguments, empty where one is left out. Raises when one is no text.
+Selection selection_of(const VARIANT& condition, const VARIANT& order);
+
+/// A new collection with the kind's records that are selected; those of equal order come in that of
+/// their keys. A condition or order that is anything else is refused with a sentence. A row that
+/// cannot be loaded fails the call with a sentence that names the row.
 com::Ptr<IDispatch> load_collection(const Model& model, IModelDatabase* database, const Kind& kind,
-                                    const std::wstring& condition);
+                                    const Selection& selection);
 
 }  // namespace modeldb

@@ -90,7 +90,7 @@ void ModelDatabase::open(std::wstring_view location) {
   // Nothing below can fail.
   model_ = std::move(model);
   store_ = std::move(store);
-  model_->database()->observe(*store_);
+  model_->database()->transactions().observe(*store_);
   connection_ = std::move(connection);
   command_ = std::move(command);
 }
@@ -125,12 +125,19 @@ STDMETHODIMP ModelDatabase::get_Modified(VARIANT_BOOL* pVal) {
   });
 }
 
-STDMETHODIMP ModelDatabase::Load(BSTR bstrCollection, VARIANT vWhere, IDispatch** pVal) {
+STDMETHODIMP ModelDatabase::get_IsReadOnly(VARIANT_BOOL* pVal) {
+  return model_call(turns_, [&] {
+    *pVal = model_ && model_->database()->is_read_only() ? VARIANT_TRUE : VARIANT_FALSE;
+  });
+}
+
+STDMETHODIMP ModelDatabase::Load(BSTR bstrCollection, VARIANT vWhere, VARIANT vOrder,
+                                 IDispatch** pVal) {
   return model_call(turns_, [&] {
     *pVal = nullptr;
     const std::shared_ptr<Model> open_model = model();
     const Kind& kind = loadable_kind(open_model->catalogue(), com::Bstr::view(bstrCollection));
-    *pVal = load_collection(*open_model, this, kind, condition_of(vWhere)).detach();
+    *pVal = load_collection(*open_model, this, kind, selection_of(vWhere, vOrder)).detach();
   });
 }
 

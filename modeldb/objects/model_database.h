@@ -51,9 +51,11 @@ class ModelDatabase : public ModelDatabaseBase {
   STDMETHODIMP get_IsOpen(VARIANT_BOOL* pVal) override;
   STDMETHODIMP get_Location(BSTR* pVal) override;
   STDMETHODIMP get_Modified(VARIANT_BOOL* pVal) override;
-  /// A new collection with the table's records that meet the condition, in the order of their keys.
-  /// When a row cannot be loaded the call fails and names it.
-  STDMETHODIMP Load(BSTR bstrCollection, VARIANT vWhere, IDispatch** pVal) override;
+  /// Whether the open model's file or folder is write-protected: then every change is refused.
+  STDMETHODIMP get_IsReadOnly(VARIANT_BOOL* pVal) override;
+  /// A new collection with the table's records that meet the condition, in the order given, or else
+  /// in that of their keys. When a row cannot be loaded the call fails and names it.
+  STDMETHODIMP Load(BSTR bstrCollection, VARIANT vWhere, VARIANT vOrder, IDispatch** pVal) override;
   /// The rows of a SELECT, as an ADO recordset that is open. Any other statement is refused.
   STDMETHODIMP Query(BSTR bstrSql, IDispatch** pVal) override;
   /// What failed of the collection that was saved or deleted last, in this model.

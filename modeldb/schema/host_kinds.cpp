@@ -21,7 +21,6 @@ Kind set_kind(std::wstring object) {
 }  // namespace
 
 const Kind& vertex_kind() {
-  // Vertices have no collection class.
   static const Kind kind{.object = L"Vertex",
                          .table = L"Vertices",
                          .key = L"VertexID",
@@ -32,8 +31,8 @@ const Kind& vertex_kind() {
                          .sets = L"",
                          .object_interface = __uuidof(IVertex),
                          .object_class = __uuidof(Vertex),
-                         .collection_class = CLSID_NULL,
-                         .collection_interface = IID_NULL};
+                         .collection_class = __uuidof(Vertices),
+                         .collection_interface = __uuidof(IVertices)};
   return kind;
 }
 

@@ -26,11 +26,8 @@ struct Kind {
 
   IID object_interface;
   CLSID object_class;
-  /// Null for a kind that has no collection.
   CLSID collection_class;
   IID collection_interface;
-
-  [[nodiscard]] bool has_collection() const { return !IsEqualCLSID(collection_class, CLSID_NULL); }
 
   /// The table that links its objects to their sets.
   [[nodiscard]] std::wstring link_table() const { return object + sets; }

@@ -3,7 +3,7 @@
 #include <limits>
 #include <utility>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/engine/sqlite_failure.h"
 
 namespace modeldb {
 namespace {
@@ -47,10 +47,7 @@ long Table::insert(Database& database, long id, std::span<const Literal> values)
   bind_values(*statement, 2, values);
   statement->step();
   const std::int64_t key = database.last_insert_id();
-  if (key > std::numeric_limits<long>::max()) {
-    fail(kIntegrityViolation, L"The table " + kind_.table +
-                                  L" has used up its record numbers. Give the record a free ID.");
-  }
+  if (key > std::numeric_limits<long>::max()) fail_as_used_up(kind_.table);
   return static_cast<long>(key);
 }
 

@@ -56,8 +56,17 @@ void make(Database& database, const Lack& lack, const SchemaEntries& entries) {
 
 }  // namespace
 
+bool has_table(Database& database, std::wstring_view name) {
+  // Names of tables are compared without regard to case.
+  return database
+      .query(L"SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ? COLLATE NOCASE", name)
+      ->step();
+}
+
 void make_tables(Database& database, const Catalogue& catalogue) {
-  if (lack_of(database, catalogue, read_schema(database)).is_nothing()) return;
+  const SchemaEntries found = read_schema(database);
+  if (lack_of(database, catalogue, found).is_nothing()) return;
+  if (!found.empty() && database.is_read_only()) return;
   // Once more inside the transaction: another program may just have made what is lacking.
   Savepoint whole(database);
   const SchemaEntries entries = read_schema(database);

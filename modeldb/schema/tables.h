@@ -10,8 +10,12 @@ inline constexpr int kSchemaVersion = 2;
 
 /// Makes what the model lacks, all or none: every table in a new file, and in an older file those
 /// of kinds that the server has learnt since, and the rules that it was made without. Writes
-/// nothing where nothing is lacking. Raises kCannotOpenFile, with a sentence, when another program
-/// gave a table a shape in which rows could get lost.
+/// nothing where nothing is lacking; a file that cannot be written goes without what it lacks,
+/// unless it lacks everything. Raises kCannotOpenFile, with a sentence, when another program gave a
+/// table a shape in which rows could get lost.
 void make_tables(Database& database, const Catalogue& catalogue);
+
+/// Whether the model has the table.
+[[nodiscard]] bool has_table(Database& database, std::wstring_view name);
 
 }  // namespace modeldb

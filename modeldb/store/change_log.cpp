@@ -33,6 +33,13 @@ void ChangeLog::undo_touches(std::size_t first) noexcept {
   is_undoing = outer;
 }
 
+void ChangeLog::end_transaction(TransactionEnd end, bool outermost) noexcept {
+  const std::size_t first = transactions.back();
+  transactions.pop_back();
+  if (end == TransactionEnd::kRolledBack) undo_touches(first);
+  if (end == TransactionEnd::kCommitted && outermost) touched.clear();
+}
+
 Change::~Change() {
   if (!kept_) {
     log_.events.resize(events_before_, Event{});

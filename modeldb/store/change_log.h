@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <variant>
 #include <vector>
@@ -35,6 +36,13 @@ struct ChangeLog {
   std::vector<Event> events;
   /// Objects are being given back what they had. What they save or delete meanwhile is refused.
   bool is_undoing = false;
+  /// Where the open transactions of the client begin in `touched`.
+  std::vector<std::size_t> transactions;
+
+  void begin_transaction() { transactions.push_back(touched.size()); }
+  /// Gives back what the transaction that began last has given, when it is rolled back; forgets it
+  /// when nothing can undo it any more.
+  void end_transaction(TransactionEnd end, bool outermost) noexcept;
 
   /// Gives back to the records from `first` on what they had before, the last first, and forgets
   /// them.

@@ -125,7 +125,7 @@ void RecordStore::remove(Model& model, const Record& record) {
 }
 
 void RecordStore::keep_for_undo(ChangeLog::Undo undo) {
-  if (is_changing() || model()->database()->in_transaction()) {
+  if (is_changing() || model()->database()->transactions().is_open()) {
     log_.touched.emplace_back(std::move(undo));
   }
 }
@@ -192,12 +192,11 @@ STDMETHODIMP RecordStore::EventsEnabled(long flag) {
   });
 }
 
-void RecordStore::on_transaction(TransactionEvent event) noexcept {
+void RecordStore::on_end(TransactionEnd end, bool outermost) noexcept {
   // A record that is given its ID back may close the model, which lets its store go.
   const com::Ptr<RecordStore> self(this);
   suspended_ = false;
-  if (event == TransactionEvent::kCommitted) log_.touched.clear();
-  if (event == TransactionEvent::kRolledBack) log_.undo_touches();
+  log_.end_transaction(end, outermost);
 }
 
 STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {

@@ -73,10 +73,11 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
 
   // TransactionObserver
 
+  void on_begin() override { log_.begin_transaction(); }
   /// A collection suspends notification for its transaction and resumes it after; when it fails in
   /// between it leaves it suspended. So a suspension ends here too. What a transaction that is
   /// rolled back gave to records, keys above all, is taken back with their rows.
-  void on_transaction(TransactionEvent event) noexcept override;
+  void on_end(TransactionEnd end, bool outermost) noexcept override;
 
   // IObservableRecordStore
 

@@ -3,15 +3,44 @@
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <new>
 
 #include "modeldb/engine/failure.h"
 #include "modeldb/engine/savepoint.h"
 #include "tests/engine/support.h"
 
+namespace {
+
+/// SQLite counts its memory only when it is told so before it is used.
+const bool counts_memory = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 1) == SQLITE_OK;
+
+constexpr std::size_t kEverything = static_cast<std::size_t>(-1);
+std::size_t allocations_left = kEverything;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (allocations_left == 0) throw std::bad_alloc();
+  if (allocations_left != kEverything) --allocations_left;
+  if (void* const block = std::malloc(size)) return block;
+  throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
 namespace modeldb {
 namespace {
+
+/// While it lives, so many allocations succeed, and no more.
+class LimitedMemory {
+ public:
+  explicit LimitedMemory(std::size_t allowed) { allocations_left = allowed; }
+  LimitedMemory(const LimitedMemory&) = delete;
+  ~LimitedMemory() { allocations_left = kEverything; }
+};
 
 using model_test::TemporaryFile;
 using testing::HasSubstr;
@@ -125,6 +154,20 @@ TEST_F(Clients, StayConfinedWhenAStatementIsCompiledAnewWhileItRuns) {
   EXPECT_NE(failure_of([&] { allowed->step(); }).result, S_OK);
 }
 
+TEST_F(Clients, AreToldWhenThereIsNoMemoryToDecideWhatTheyMay) {
+  int refused = 0;
+  for (std::size_t allowed = 0;; ++allowed) {
+    try {
+      const LimitedMemory memory(allowed);
+      database_->execute_text(L"DELETE FROM ForceLoadSets", Trust::kWrite);
+      break;
+    } catch (const std::bad_alloc&) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, 0);
+}
+
 // --- Texts that are stored -----------------------------------------------------------------------
 
 using Texts = WithDatabase;
@@ -179,6 +222,26 @@ TEST_F(Statements, ForgetTheirValuesBetweenUses) {
   EXPECT_EQ(rows->type(0), Statement::Type::kNull);
 }
 
+TEST_F(Statements, OfManyTextsDoNotPileUp) {
+  const auto held = database_->query(L"SELECT 'held'");
+  for (int i = 0; i < 2000; ++i) {
+    const auto query = database_->query(L"SELECT " + std::to_wstring(i));
+    ASSERT_TRUE(query->step());
+    ASSERT_EQ(query->integer(0), i);
+  }
+  ASSERT_TRUE(held->step());
+  EXPECT_EQ(held->text(0), L"held");
+
+  ASSERT_TRUE(counts_memory);
+  const auto memory_before = sqlite3_memory_used();
+  ASSERT_GT(memory_before, 0);
+  for (int i = 0; i < 50; ++i) {
+    const std::wstring text(200'000, static_cast<wchar_t>(L'0' + i % 10));
+    ASSERT_TRUE(database_->query(L"SELECT '" + std::to_wstring(i) + text + L"'")->step());
+  }
+  EXPECT_LT(sqlite3_memory_used() - memory_before, 8'000'000);
+}
+
 TEST_F(Statements, FindColumnsByNameAndByTable) {
   const auto join = database_->query(
       L"SELECT F.*, L.*, 1 AS \"F.Answer\" FROM Forces AS F JOIN ForceLoadSets L "
@@ -206,7 +269,7 @@ TEST_F(Statements, FindColumnsByNameAndByTable) {
 using Transactions = WithDatabase;
 
 TEST_F(Transactions, UndoOnlyThePieceThatFailed) {
-  database_->begin();
+  database_->transactions().begin();
   {
     Savepoint kept(*database_);
     write(L"INSERT INTO Forces (Magnitude) VALUES (1)");
@@ -216,7 +279,7 @@ TEST_F(Transactions, UndoOnlyThePieceThatFailed) {
     }
     kept.release();
   }
-  database_->commit();
+  database_->transactions().commit();
   const auto rows = database_->query(L"SELECT Magnitude FROM Forces");
   ASSERT_TRUE(rows->step());
   EXPECT_EQ(rows->real(0), 1);
@@ -224,14 +287,14 @@ TEST_F(Transactions, UndoOnlyThePieceThatFailed) {
 }
 
 TEST_F(Transactions, ThatTheDatabaseHadToUndoAreNotContinuedUnnoticed) {
-  database_->begin();
+  database_->transactions().begin();
   write(L"INSERT INTO Forces (Magnitude) VALUES (1)");
   // What SQLite does by itself when the disk is full, for example.
   database_->execute(L"ROLLBACK");
   EXPECT_EQ(failure_of([&] { write(L"INSERT INTO Forces (Magnitude) VALUES (2)"); }).result,
             kInvalidTransaction);
-  EXPECT_EQ(failure_of([&] { database_->commit(); }).result, kInvalidTransaction);
-  EXPECT_FALSE(database_->in_transaction());
+  EXPECT_EQ(failure_of([&] { database_->transactions().commit(); }).result, kInvalidTransaction);
+  EXPECT_FALSE(database_->transactions().is_open());
   EXPECT_EQ(count(L"Forces"), 0);
 }
 

@@ -22,8 +22,8 @@ class LoadTest : public model_test::ModelTest {
   }
 
   /// The magnitudes of the forces that meet the condition, or what is said of the condition.
-  std::string magnitudes(std::wstring_view where) {
-    const auto forces = load_forces(com::Variant(bstr(where)));
+  std::string magnitudes(std::wstring_view where, std::wstring_view order = {}) {
+    const auto forces = load_forces(com::Variant(bstr(where)), com::Variant(bstr(order)));
     if (!forces) return model_test::last_sentence();
     long size = 0;
     forces->get_Count(&size);
@@ -50,6 +50,8 @@ TEST_F(LoadTest, ConditionChoosesRecordsWhichComeInTheOrderOfTheirKeys) {
   EXPECT_EQ(magnitudes(L"NodalForceID = 3 OR NodalForceID IN (SELECT min(NodalForceID) FROM "
                        L"NodalForces)"),
             "30 20 ");
+  EXPECT_EQ(magnitudes(L"", L"Magnitude DESC"), "30 20 10 ");
+  EXPECT_EQ(magnitudes(L"Magnitude < 30", L"VertexID > 0, Description"), "10 20 ");
 }
 
 TEST_F(LoadTest, ConditionMustBeOneExpression) {
@@ -59,9 +61,86 @@ TEST_F(LoadTest, ConditionMustBeOneExpression) {
         L"EXISTS (SELECT * FROM sqlite_master)", L"Magnitude = ?", L"load_extension('x')",
         L"1 ORDER BY Magnitude", L"'"}) {
     SCOPED_TRACE(model_test::narrow(condition));
-    EXPECT_THAT(magnitudes(condition), HasSubstr("on the table NodalForces cannot be used"));
+    EXPECT_THAT(magnitudes(condition), HasSubstr("on the table NodalForces"));
+  }
+  for (const wchar_t* const order :
+       {L"Magnitude LIMIT 1", L"Magnitude) FROM NodalForces --", L"Magnitude ROWS 1 PRECEDING",
+        L"Magnitude; SELECT 1", L"Magnitude,", L"Magnitude --"}) {
+    EXPECT_THAT(magnitudes(L"", order), HasSubstr("of the table NodalForces"));
   }
   EXPECT_EQ(count(L"NodalForces"), "3");
+}
+
+TEST_F(LoadTest, WhatIsWrongIsSaidOfTheTextThatWasGiven) {
+  EXPECT_EQ(
+      magnitudes(L"Magnitud > 5"),
+      "The condition \"Magnitud > 5\" on the table NodalForces cannot be run: no such column: "
+      "Magnitud. Correct it. Use the column Magnitude.");
+  EXPECT_THAT(magnitudes(L"MultiplierID = 1"), HasSubstr("Use the column MultiplierTableID."));
+  EXPECT_THAT(magnitudes(L"", L"ID"), HasSubstr("Use the column NodalForceID."));
+  EXPECT_THAT(magnitudes(L"Nonsense = 1"), HasSubstr("such as \"VertexID = 12\""));
+  EXPECT_SENTENCE(execute(L"UPDATE NodalForces SET Magnitud = 5"),
+                  HasSubstr("\"UPDATE NodalForces SET Magnitud = 5\""));
+}
+
+TEST_F(LoadTest, ConditionMayListVeryManyNumbers) {
+  std::wstring numbers = L"0";
+  for (int i = 2; i < 100'000; ++i) numbers += L", " + std::to_wstring(i);
+  EXPECT_EQ(magnitudes(L"VertexID IN (" + numbers + L")"), "10 20 ");
+}
+
+TEST_F(LoadTest, WhatRunsForTooLongIsEnded) {
+  com::Ptr<IDispatch> object;
+  ASSERT_EQ(database->get_Connection(object.put()), S_OK);
+  const auto connection = object.query<Connection15>();
+  LONG seconds = 0;
+  EXPECT_EQ(connection->get_CommandTimeout(&seconds), S_OK);
+  EXPECT_EQ(seconds, 30);
+  EXPECT_SENTENCE(connection->put_CommandTimeout(-1), HasSubstr("-1"));
+  ASSERT_EQ(connection->put_CommandTimeout(1), S_OK);
+  // Would run for years.
+  std::wstring tables = L"NodalForces";
+  for (int i = 0; i < 30; ++i) tables += L", NodalForces F" + std::to_wstring(i);
+  const std::wstring endless = L"(SELECT count(*) FROM " + tables + L")";
+  EXPECT_THAT(magnitudes(endless + L" > 0"), HasSubstr("CommandTimeout"));
+  EXPECT_SENTENCE(database->Query(bstr(L"SELECT " + endless).get(), object.put()),
+                  HasSubstr("CommandTimeout"));
+
+  ASSERT_EQ(connection->put_CommandTimeout(0), S_OK);
+  ASSERT_EQ(database->get_Command(object.put()), S_OK);
+  const auto command = object.query<Command15>();
+  EXPECT_EQ(command->get_CommandTimeout(&seconds), S_OK);
+  EXPECT_EQ(seconds, 30);
+  ASSERT_EQ(command->put_CommandTimeout(1), S_OK);
+  command->put_CommandText(bstr(L"UPDATE NodalForces SET Magnitude = " + endless).get());
+  com::Ptr<_Recordset> rows;
+  EXPECT_SENTENCE(command->Execute(nullptr, nullptr, adCmdText, rows.put()),
+                  HasSubstr("CommandTimeout"));
+  EXPECT_EQ(magnitudes(L""), "30 10 20 ");
+}
+
+TEST_F(LoadTest, VerticesAreSavedAndDeletedAsACollection) {
+  com::Ptr<IDispatch> object;
+  const auto load = [&](const wchar_t* where) {
+    EXPECT_EQ(database->Load(bstr(L"Vertices").get(), com::Variant(bstr(where)),
+                             com::Variant::omitted(), object.put()),
+              S_OK)
+        << model_test::last_sentence();
+    return object.query<IVertices>();
+  };
+  const auto vertices = load(L"");
+  ASSERT_TRUE(vertices);
+  for (int index = 0; index < 3; ++index) {
+    com::Ptr<ICoordinateVertex> vertex;
+    ASSERT_EQ(vertices->Item(index, vertex.put()), S_OK);
+    EXPECT_EQ(vertex->put_Z(index * 2.5), S_OK);
+  }
+  vertices->Add(create<Vertex, ICoordinateVertex>().get());
+  ASSERT_EQ(vertices->Save(database.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK)
+      << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT sum(Z) FROM Vertices"), "7.5");
+  ASSERT_EQ(load(L"VertexID > 3")->Delete(database.get()), S_OK);
+  EXPECT_EQ(count(L"Vertices"), "3");
 }
 
 TEST_F(LoadTest, RowsOfAQueryLoadRecords) {

@@ -91,9 +91,10 @@ com::Ptr<ILoadSet> ModelTest::make_load_set(std::wstring_view name) {
   return set;
 }
 
-com::Ptr<INodalForces> ModelTest::load_forces(const VARIANT& where) {
+com::Ptr<INodalForces> ModelTest::load_forces(const VARIANT& where, const VARIANT& order) {
   com::Ptr<IDispatch> forces;
-  if (FAILED(database->Load(bstr(L"NodalForces").get(), where, forces.put()))) return nullptr;
+  const auto table = bstr(L"NodalForces");
+  if (FAILED(database->Load(table.get(), where, order, forces.put()))) return nullptr;
   return forces.query<INodalForces>();
 }
 

@@ -72,7 +72,8 @@ class ModelTest : public ::testing::Test {
   }
 
   /// ModelDatabase.Load; null when it fails.
-  com::Ptr<INodalForces> load_forces(const VARIANT& where = com::Variant::omitted());
+  com::Ptr<INodalForces> load_forces(const VARIANT& where = com::Variant::omitted(),
+                                     const VARIANT& order = com::Variant::omitted());
   com::Ptr<INodalForce> load_force(long id);
 
   TemporaryFile file;

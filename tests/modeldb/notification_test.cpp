@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "modeldb/engine/database.h"
 #include "tests/modeldb/model_test.h"
 
 namespace {
@@ -151,12 +152,13 @@ TEST_F(NotificationTest, SuspensionHoldsUntilResumed) {
 }
 
 TEST_F(NotificationTest, SuspensionEndsWithTheBatchThatBrokeOff) {
-  // The collection suspends notification, then cannot begin a transaction inside another.
+  // The collection suspends notification, then cannot begin its transaction.
   const auto forces = create<NodalForces, INodalForces>();
   forces->Add(make_force(0).get());
-  execute(L"BEGIN TRANSACTION");
+  const auto writer = modeldb::Database::open(file.path());
+  writer->transactions().begin();
   EXPECT_TRUE(FAILED(save(forces)));
-  execute(L"ROLLBACK TRANSACTION");
+  writer->close();
   save(make_force(1));
   EXPECT_THAT(listener.calls, ElementsAre("RecordSaved 1 1", "RecordSaved 19 1"));
 

@@ -112,7 +112,8 @@ TEST_F(SetsTest, WrongObjectsAreRefused) {
   EXPECT_EQ(sets->Add(nullptr), E_POINTER);
   const auto other = create<ConstraintSet, IConstraintSet>();
   // What a script can pass: some other object, whatever its interface.
-  EXPECT_SENTENCE(sets->Add(reinterpret_cast<ILoadSet*>(other.get())), HasSubstr("is no set"));
+  EXPECT_SENTENCE(sets->Add(reinterpret_cast<ILoadSet*>(other.get())),
+                  HasSubstr("not of this collection's kind"));
   sets->Add(make_load_set(L"Wind").get());
   EXPECT_SENTENCE(sets->Save(nullptr, com::Variant::omitted(), com::Variant::omitted()),
                   HasSubstr("open Orv_ModelDb.ModelDatabase"));

@@ -158,6 +158,55 @@ TEST_F(TransactionTest, BatchThatCannotBeCommittedTakesItsKeysBack) {
   EXPECT_EQ(count(L"NodalForces"), "4");
 }
 
+TEST_F(TransactionTest, InnerOnesEndWithinThoseAroundThem) {
+  const auto kept = make_forces(2);
+  const auto undone = make_force(7);
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save_all(kept), S_OK) << model_test::last_sentence();
+  execute(L"BEGIN TRANSACTION");
+  ASSERT_EQ(save(undone), S_OK);
+  execute(L"ROLLBACK TRANSACTION");
+  EXPECT_EQ(id_of(undone), 0);
+  EXPECT_EQ(dirty(undone), 1);
+  ASSERT_EQ(save_all(make_forces(1)), S_OK);
+  EXPECT_EQ(execute(L"COMMIT TRANSACTION"), S_OK);
+  EXPECT_SENTENCE(execute(L"COMMIT TRANSACTION"), HasSubstr("No transaction is open"));
+  EXPECT_EQ(count(L"NodalForces"), "3");
+
+  execute(L"BEGIN TRANSACTION");
+  const auto all = make_forces(2);
+  ASSERT_EQ(save_all(all), S_OK);
+  execute(L"ROLLBACK TRANSACTION");
+  com::Ptr<INodalForce> first;
+  ASSERT_EQ(all->Item(0, first.put()), S_OK);
+  EXPECT_EQ(id_of(first), 0) << "committed within what was rolled back";
+  EXPECT_EQ(count(L"NodalForces"), "3");
+}
+
+TEST_F(TransactionTest, DoesNotEndWhileAChangeIsUnderWay) {
+  for (const wchar_t* const end : {L"COMMIT TRANSACTION", L"ROLLBACK TRANSACTION"}) {
+    model_test::RecordDouble record;
+    record.file_operations[2] = [&](IDispatch*) {
+      EXPECT_SENTENCE(execute(end), HasSubstr("under way"));
+      return S_OK;
+    };
+    execute(L"BEGIN TRANSACTION");
+    EXPECT_EQ(store()->SaveRecord(&record, com::Variant::omitted(), com::Variant::omitted()), S_OK);
+    EXPECT_EQ(execute(L"ROLLBACK TRANSACTION"), S_OK);
+    EXPECT_EQ(count(L"NodalForces"), "0");
+  }
+}
+
+TEST_F(TransactionTest, ThatIsLeftOpenWithinAChangeUndoesTheChange) {
+  model_test::RecordDouble record;
+  record.file_operations[2] = [&](IDispatch*) { return execute(L"BEGIN TRANSACTION"); };
+  EXPECT_SENTENCE(store()->SaveRecord(&record, com::Variant::omitted(), com::Variant::omitted()),
+                  HasSubstr("still open"));
+  EXPECT_EQ(record.id, 0);
+  EXPECT_EQ(count(L"NodalForces"), "0");
+  EXPECT_EQ(save(make_force(1)), S_OK);
+}
+
 TEST_F(TransactionTest, ModelIsModifiedByWhatIsKept) {
   EXPECT_FALSE(is_modified());
   const auto refused = make_force(std::numeric_limits<double>::quiet_NaN());

@@ -47,7 +47,7 @@ db.Open path
 Refused 3002, path
 Expect "The text", files.OpenTextFile(path).ReadAll, TEXT
 db.Open "" : Refused 3002, "No model database is named."
-db.Open "." : Refused 3002, "cannot be opened."
+db.Open "." : Refused 3002, "is that of a folder."
 db.Open "no\such\folder\a.orvdb" : Refused 3002, "no\such\folder\a.orvdb"
 db.Open "ODBC:DSN=model" : Refused 3251, "ODBC"
 
@@ -64,7 +64,7 @@ force.ID = 77
 force.Delete db : Refused 3265, "NodalForce 77 is not in the model, so that it cannot be deleted."
 force.ID = 0
 force.Delete db : Refused 3265, "The new NodalForce is not in the model"
-db.Load "Forces" : Refused 3265, "a table ""Forces"". The tables that can be loaded are LoadSets,"
+db.Load "Forces" : Refused 3265, "a table ""Forces"". The tables that can be loaded are Vertices, LoadSets,"
 db.RecordStore.SaveRecord Nothing : Refused -2147467261, "No record was passed"
 db.RecordStore.SaveRecord db : Refused -2147467262, "is no record"
 db.RecordStore.Advise Nothing : Refused -2147467261, "no object"
@@ -116,8 +116,6 @@ other.Command.ActiveConnection = other.Connection
 Expect "The command's own connection", Err.Number, 0
 db.Connection.Execute "COMMIT TRANSACTION" : Refused 3714, "Begin one first."
 db.Connection.Execute "BEGIN TRANSACTION"
-db.Connection.Execute "BEGIN TRANSACTION"
-Refused 3714, path
 other.Connection.Execute "BEGIN TRANSACTION"
 Refused 3729, path
 db.Close

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "modeldb/engine/transaction_observer.h"
+
+namespace modeldb {
+
+class Database;
+
+/// The transactions of a database, one inside the other: those of clients, and pieces of the model
+/// database's own work (Savepoint). The outermost is a transaction of the file, the others are
+/// savepoints in it. They end in the reverse order of their beginning.
+class Transactions {
+ public:
+  explicit Transactions(Database& database) : database_(database) {}
+  Transactions(const Transactions&) = delete;
+  Transactions& operator=(const Transactions&) = delete;
+
+  // Of clients.
+
+  /// The outermost one fails here, with a sentence, when the file cannot be written: later, the
+  /// failures of single records would be all that is seen of it. kLocked: another program writes.
+  void begin();
+  /// kInvalidTransaction: none is open, a piece of work is under way, or the database had to roll
+  /// everything back.
+  void commit();
+  /// kInvalidTransaction: none is open, or a piece of work is under way.
+  void rollback();
+  /// How many of clients are open.
+  [[nodiscard]] int client_depth() const;
+  /// From here until all are forgotten, `observer` learns what becomes of those of clients.
+  void observe(TransactionObserver& observer) { observer_ = &observer; }
+
+  // Of pieces of work, by the depth at which they stand.
+
+  [[nodiscard]] std::size_t depth() const { return levels_.size(); }
+  [[nodiscard]] bool is_open() const { return !levels_.empty(); }
+  /// Begins a piece of work at the present depth.
+  void enter() { open(false); }
+  /// Keeps the work at that depth. kInvalidTransaction: a client has begun a transaction in it, and
+  /// not ended it.
+  void keep(std::size_t depth);
+  /// Undoes what stands at that depth and within.
+  void undo(std::size_t depth) noexcept;
+
+  /// Whether the file can be written now, as far as can be told without waiting.
+  [[nodiscard]] bool can_write();
+  /// Nothing may be written in the belief that it is part of a transaction that is lost: SQLite
+  /// rolls back by itself for want of disk space, say.
+  void require_alive() const;
+  /// The file is closed, and all of them are rolled back.
+  void forget() noexcept;
+
+ private:
+  struct Level {
+    bool is_client;
+    bool was_changed;  // the database, before it
+  };
+
+  void open(bool is_client);
+  void start();
+  /// Notes whether SQLite's last answer means that the file is write-protected.
+  void note_protection() const;
+  /// Undoes it when it fails.
+  void keep_innermost();
+  void undo_innermost() noexcept;
+  /// Takes it off, and tells the observer.
+  void end_innermost(TransactionEnd end) noexcept;
+  /// What a client asks to end must be open, and nothing else under way.
+  void require_ending() const;
+  /// Runs statements that can fail only when there is nothing to undo any more.
+  void run_quietly(const char* sql) const noexcept;
+
+  Database& database_;
+  std::vector<Level> levels_;
+  TransactionObserver* observer_ = nullptr;
+};
+
+}  // namespace modeldb
