@@ -97,7 +97,8 @@ Leftovers work_with_own_model(const std::wstring& path) {
   EXPECT_EQ(left.model->Open(bstr(path).get()), S_OK) << model_test::last_sentence();
   left.wind->put_Description(bstr(L"Wind").get());
   for (int i = 0; i < kForces; ++i) EXPECT_EQ(save_force(left.model, left.wind), "");
-  EXPECT_EQ(left.model->Load(bstr(L"NodalForces").get(), Variant::omitted(), left.forces.put()),
+  EXPECT_EQ(left.model->Load(bstr(L"NodalForces").get(), Variant::omitted(), Variant::omitted(),
+                             left.forces.put()),
             S_OK)
       << model_test::last_sentence();
   EXPECT_EQ(save(left.forces.query<INodalForces>(), left.model), S_OK);
@@ -139,7 +140,8 @@ TEST_F(ThreadsTest, ThreadsAtOneModelArePutInLine) {
         set->put_ID(1);
         EXPECT_EQ(save_force(database, set), "");
         Ptr<IDispatch> forces;
-        EXPECT_EQ(database->Load(bstr(L"NodalForces").get(), Variant::omitted(), forces.put()),
+        EXPECT_EQ(database->Load(bstr(L"NodalForces").get(), Variant::omitted(), Variant::omitted(),
+                                 forces.put()),
                   S_OK)
             << model_test::last_sentence();
         EXPECT_EQ(sets_of_first(forces), 1);
