@@ -60,9 +60,11 @@ const deck::Deck& Deck::deck() const {
 
 STDMETHODIMP Deck::Read(BSTR bstrPath) {
   return com::boundary([&] {
-    const std::string path = text::full_path(text::to_utf8(com::Bstr::view(bstrPath)));
+    // Sentences name the file as the user does.
+    const std::string given = text::to_utf8(com::Bstr::view(bstrPath));
+    const std::string path = text::full_path(given);
     try {
-      deck_ = deck::read(path);
+      deck_ = deck::read(given);
     } catch (const deck::Error& error) {
       text::fail(text::kCannotReadFile, error.what());
     }
@@ -87,9 +89,12 @@ STDMETHODIMP Deck::CopyTo(IDispatch* pModelDatabase) {
 
 /// Neither the deck nor a file that it includes may be written over.
 void Deck::require_not_a_part(const std::string& path) const {
-  const std::filesystem::path folder = text::path_of(path_).parent_path();
+  const std::filesystem::path source = text::path_of(path_);
   for (const auto& file : deck().files) {
-    if (!text::is_same_file(text::path_of(path), folder / text::path_of(file->path))) continue;
+    const bool is_first = file == deck().files.front();
+    const std::filesystem::path part =
+        is_first ? source : source.parent_path() / text::path_of(file->path);
+    if (!text::is_same_file(text::path_of(path), part)) continue;
     text::fail(text::kIllegalOperation,
                "\"" + path +
                    "\" is the deck that was read, or a file that it "

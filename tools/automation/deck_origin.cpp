@@ -14,8 +14,10 @@ long line_number(const deck::Deck& deck, std::size_t line) {
 /// A card that stands for a procedure of its own; what else follows *STEP says how it is solved, or
 /// is a load.
 bool may_be_procedure(const deck::Card& card) {
-  constexpr std::string_view kOthers[] = {"STEP",     "CONTROLS", "TIMEPOINTS", "NSET",     "ELSET",
-                                          "BOUNDARY", "CLOAD",    "DLOAD",      "AMPLITUDE"};
+  constexpr std::string_view kOthers[] = {
+      "STEP",        "ENDSTEP", "CONTROLS", "TIMEPOINTS",   "NSET",    "ELSET",       "AMPLITUDE",
+      "BOUNDARY",    "CLOAD",   "CFLUX",    "DLOAD",        "DFLUX",   "FILM",        "RADIATE",
+      "TEMPERATURE", "NODE",    "EL",       "SECTIONPRINT", "CONTACT", "MODELCHANGE", "CHANGE"};
   for (const std::string_view other : kOthers) {
     if (card.is(other)) return false;
   }

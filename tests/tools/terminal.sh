@@ -1,0 +1,55 @@
+#!/bin/bash
+# What a user types at a terminal, one command after the other, in a folder with plate.inp.
+#
+#   terminal.sh PROGRAM...      the words that run orv.exe
+program=("$@")
+
+orv() {
+  echo "\$ orv $*"
+  "${program[@]}" "$@" 2>&1 | sed 's/"Z:[^"]*\\/"/'
+  local status=${PIPESTATUS[0]}
+  ((status == 0)) || echo "(exit status $status)"
+}
+
+mkdir 'Träger 1'
+mv plate.inp 'Träger 1/plåte.inp'
+deck='Träger 1/plåte.inp' model='Träger 1/plate.orvdb'
+orv import "$deck" "$model"
+orv import "$deck" "$model"
+orv list "$model" --csv
+orv list "$model" force --where 'Magnitude > 1' --json
+orv list "$model" NodalForces --set 'Step 1, CLOAD'
+orv list "$model" moment
+orv list "$model" LoadSets
+orv list "$model" spring
+orv list nowhere.orvdb
+
+orv export "$deck" "$model" same.inp
+cmp "$deck" same.inp && echo 'the deck is the same'
+orv export "$deck" "$model" "./$deck"
+
+cat >forces.csv <<'CSV'
+VertexID,X,Y,Z,Magnitude,Vx,LoadSets,Description
+2,,,,"1,5",1,,
+99,,,,1,1,,
+3,4,,,1,1,,
+CSV
+orv csv-import "$model" force forces.csv
+printf 'NodalForceID;VertexID;Magnitude;Vz;LoadSets;Description\r\n' >forces.csv
+printf '1;3;-7.25;;"Step 1, CLOAD";first\r\n;13;1e-3;-1;Step 2: wind; Step 1, CLOAD;"second; ""new"""\r\n' |
+  sed 's/Step 2: wind; Step 1, CLOAD/"&"/' >>forces.csv
+orv csv-import "$model" force forces.csv
+orv csv-export "$model" force out.csv
+head -2 out.csv
+tail -1 out.csv
+orv csv-import "$model" force out.csv
+orv export "$deck" "$model" changed.inp
+diff "$deck" changed.inp
+orv export changed.inp "$model" other.inp
+orv export --other-deck changed.inp "$model" other.inp
+ls
+orv draw "$model" --deck "$deck" -o picture.svg --view sideways
+orv draw "$model" --deck "$deck" -o picture.svg --step 1
+head -c 4 picture.svg
+echo
+orv list
