@@ -1,7 +1,5 @@
 # Compiler and linker options of everything that is built here.
 
-include_directories(${CMAKE_SOURCE_DIR})
-
 # -g1 is enough for a backtrace with file and line, and halves the size of the objects.
 foreach(lang C CXX)
   set(CMAKE_${lang}_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")

@@ -1,8 +1,7 @@
-# Interface definitions, compiled by widl. All its output lies in one folder, because widl looks up
-# an import by bare name only: stems are unique, and a header is included as <stem>.h.
+# Interface definitions, compiled by widl. What it makes of a file lies in a folder of its own, so that
+# a header, <stem>.h, is found by those alone who link its target.
 
 set(ORV_IDL_DIR ${CMAKE_BINARY_DIR}/idl)
-file(MAKE_DIRECTORY ${ORV_IDL_DIR})
 
 find_program(ORV_WIDL ${ORV_TRIPLE}-widl REQUIRED)
 find_path(ORV_PLATFORM_IDL_DIR oaidl.idl REQUIRED NO_CMAKE_FIND_ROOT_PATH
@@ -22,13 +21,15 @@ find_path(ORV_PLATFORM_TYPELIB_DIR stdole2.tlb REQUIRED NO_CMAKE_FIND_ROOT_PATH
 #   DEPENDS  what the file imports or includes: targets of orv_idl, whose headers come along, or
 #            files. The import itself names no folder: import "contract.idl";
 #
-#   orv_idl(host_idl IDL ../host/contract.idl PROXY DEPENDS orv_ado)
+#   orv_idl(host_idl IDL contract.idl PROXY DEPENDS orv_ado)
 #   orv_idl(node_idl IDL orv_node.idl TYPELIB PROXY DEPENDS host_idl)
 function(orv_idl target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "TYPELIB;PROXY" "IDL" "DEPENDS")
   cmake_path(ABSOLUTE_PATH arg_IDL NORMALIZE OUTPUT_VARIABLE idl)
   cmake_path(GET idl STEM stem)
-  set(out ${ORV_IDL_DIR}/${stem})
+  set(folder_of_output ${ORV_IDL_DIR}/${stem})
+  file(MAKE_DIRECTORY ${folder_of_output})
+  set(out ${folder_of_output}/${stem})
 
   set(imported_targets)
   set(files ${idl})
@@ -67,7 +68,7 @@ function(orv_idl target)
     COMMAND ${CMAKE_COMMAND} -E env WIDL_TIME_OVERRIDE=0 TZ=UTC
             ${ORV_WIDL} ${emit} ${folders} -L${ORV_PLATFORM_TYPELIB_DIR} ${idl}
     DEPENDS ${files}
-    WORKING_DIRECTORY ${ORV_IDL_DIR}
+    WORKING_DIRECTORY ${folder_of_output}
     COMMENT "Compiling interfaces ${stem}.idl"
     VERBATIM)
   add_custom_target(${target}_outputs DEPENDS ${outputs})
@@ -78,7 +79,7 @@ function(orv_idl target)
 
   add_library(${target} INTERFACE)
   add_dependencies(${target} ${target}_outputs)
-  target_include_directories(${target} SYSTEM INTERFACE ${ORV_IDL_DIR})
+  target_include_directories(${target} SYSTEM INTERFACE ${folder_of_output})
   target_link_libraries(${target} INTERFACE ${imported_targets} ${target}_identifiers)
   set_target_properties(${target} PROPERTIES ORV_IDL_STEM ${stem} ORV_IDL_FILES "${files}"
                                              ORV_IDL_OUTPUTS "${outputs}")

@@ -14,7 +14,7 @@ add_custom_target(modules)
 # Builds the in-process server <name>.dll into ORV_OUT_DIR, and adds the CTest fixture step that
 # registers it before any test runs.
 #
-#   SOURCES      define com::module_contents(); the entry points, com/entry_points.cpp, are added.
+#   SOURCES      define the entry points, by com/entry_points.h.
 #   IDL_TARGETS  targets of orv_idl whose headers and identifiers the sources use.
 #   PROXIES      those of them (made with PROXY) whose proxies and stubs this module carries. The
 #                entry points reach them by the usual names under the prefix "Proxy".
@@ -23,19 +23,18 @@ add_custom_target(modules)
 #   LIBS         further libraries. ole32, oleaut32, rpcrt4 and uuid are always linked.
 #   DEF          another list of exports than the four entry points.
 #
-#   orv_module(orv_node SOURCES classes.cpp RC orv_node.rc
-#              IDL_TARGETS node_idl host_idl PROXIES node_idl LIBS com)
+#   orv_module(orv_node SOURCES classes.cpp entry_points.cpp RC orv_node.rc
+#              IDL_TARGETS node_idl PROXIES kinds_idl LIBS collections)
 function(orv_module name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "RC;DEF" "SOURCES;IDL_TARGETS;PROXIES;LIBS")
   if(NOT arg_DEF)
-    set(arg_DEF ${CMAKE_SOURCE_DIR}/cmake/com_module.def)
+    set(arg_DEF ${CMAKE_SOURCE_DIR}/com/module.def)
   endif()
 
-  add_library(${name} MODULE ${CMAKE_SOURCE_DIR}/com/entry_points.cpp ${arg_SOURCES} ${arg_RC}
-                             ${arg_DEF})
+  add_library(${name} MODULE ${arg_SOURCES} ${arg_RC} ${arg_DEF})
   set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${ORV_OUT_DIR})
   target_include_directories(
-    ${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR} ${ORV_GENERATED_DIR} ${ORV_IDL_DIR})
+    ${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR} ${ORV_GENERATED_DIR})
   target_link_libraries(${name} PRIVATE ${arg_LIBS} ${arg_IDL_TARGETS} ole32 oleaut32 rpcrt4 uuid)
   orv_fix_image_base(${name})
   if(arg_PROXIES)
@@ -48,6 +47,8 @@ function(orv_module name)
     get_target_property(outputs ${target} ORV_IDL_OUTPUTS)
     list(FILTER outputs INCLUDE REGEX "\\.tlb$")
     list(APPEND resources ${outputs})
+    get_target_property(stem ${target} ORV_IDL_STEM)
+    target_include_directories(${name} PRIVATE ${ORV_IDL_DIR}/${stem})
   endforeach()
   set_property(SOURCE ${arg_RC} APPEND PROPERTY OBJECT_DEPENDS "${resources}")
 
@@ -77,7 +78,7 @@ function(orv_add_proxies name idl_targets)
   foreach(target IN LISTS idl_targets)
     get_target_property(stem ${target} ORV_IDL_STEM)
     list(APPEND stems ${stem})
-    list(APPEND sources ${ORV_IDL_DIR}/${stem}_p.c)
+    list(APPEND sources ${ORV_IDL_DIR}/${stem}/${stem}_p.c)
   endforeach()
   set(dlldata ${CMAKE_CURRENT_BINARY_DIR}/${name}_dlldata.c)
   add_custom_command(OUTPUT ${dlldata} COMMAND ${ORV_WIDL} --dlldata-only -o ${dlldata} ${stems}

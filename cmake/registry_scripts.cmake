@@ -1,5 +1,5 @@
 # Registration scripts: one resource of type REGISTRY per creatable class, all from one template,
-# cmake/class.rgs.in. Identifiers are read from the interface definitions, where they stand once.
+# com/class.rgs.in. Identifiers are read from the interface definitions, where they stand once.
 
 # orv_registry_scripts(RC <file.rc> PROGID <prefix> IDL <file.idl> CLASSES <"Name number">...
 #                      [IDENTIFIERS <file.idl>] [THREADING <model>])
@@ -33,7 +33,7 @@ function(orv_registry_scripts)
     list(GET entry 1 number)
     orv_class_identifier(clsid ${class} "${definitions}")
     set(script ${CMAKE_CURRENT_BINARY_DIR}/registry/${class}.rgs)
-    configure_file(${CMAKE_SOURCE_DIR}/cmake/class.rgs.in ${script} @ONLY NEWLINE_STYLE CRLF)
+    configure_file(${CMAKE_SOURCE_DIR}/com/class.rgs.in ${script} @ONLY NEWLINE_STYLE CRLF)
     list(APPEND scripts ${script})
     string(APPEND list "${number} REGISTRY \"registry/${class}.rgs\"\n")
   endforeach()
@@ -63,7 +63,8 @@ function(orv_classes_of_kinds variable file)
   set(${variable} ${classes} PARENT_SCOPE)
 endfunction()
 
-# The text of some files, read anew whenever one of them changes.
+# The text of some files, read anew whenever one of them changes. The interfaces and classes that a
+# line KIND(<Name>,<Names>, <four identifiers>…) stands for are written out.
 function(orv_read_definitions variable)
   set(text)
   foreach(file IN LISTS ARGN)
@@ -72,6 +73,11 @@ function(orv_read_definitions variable)
     string(APPEND text "${content}")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
   endforeach()
+  set(id "[ \n]*([0-9A-F-]+)")
+  string(REGEX REPLACE "KIND\\(([A-Za-z]+),([A-Za-z]+),${id},${id},${id},${id}"
+         "DUAL_INTERFACE(\\3, HELP(I\\1 Interface) CREATABLE(\\1, \\4) \
+DUAL_INTERFACE(\\5, HELP(I\\2 Interface) CREATABLE(\\2, \\6) "
+         text "${text}")
   set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 

@@ -8,7 +8,7 @@ namespace orv {
 // The collection class of every kind: CNodalForces holds INodalForce, and so on.
 #define KIND(name, collection, script) \
   using C##collection =                \
-      COrvelDbCollection<I##name, collection, I##collection, C##name::kNames.collection_event>;
+      COrvelDbCollection<I##name, I##collection, C##name::kNames.collection_event>;
 FOR_EACH_KIND(KIND)
 #undef KIND
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <orv_node.h>
-
 #include "collections/batch.h"
 #include "collections/item.h"
 #include "com/collection.h"
@@ -13,11 +11,11 @@ namespace orv {
 /// transaction with one notification of the host. Anything may be added: what is of another kind is
 /// refused only when it is asked for by its index.
 ///
-/// ItemInterface is the record interface, CollectionClass and Interface are the collection's in the
-/// type library, and `event` is the code by which the host files the collection's notifications.
-template <class ItemInterface, class CollectionClass, class Interface, long event>
-class COrvelDbCollection : public com::Collection<CollectionClass, Interface, ItemInterface,
-                                                  kLibrary, Item<ItemInterface>> {
+/// ItemInterface is the record interface, Interface the collection's, and `event` is the code by
+/// which the host files the collection's notifications.
+template <class ItemInterface, class Interface, long event>
+class COrvelDbCollection
+    : public com::Collection<Interface, ItemInterface, kLibrary, Item<ItemInterface>> {
  public:
   /// Saves every record; one that fails stops neither the others nor the transaction.
   STDMETHODIMP Save(IDispatch* pModelDatabase, VARIANT vCascadeDown, VARIANT vCascadeUp) override {

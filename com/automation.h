@@ -56,9 +56,9 @@ class Dispatch : public Object<Interface, ISupportErrorInfo, Further...> {
   static inline TypeInfo interface_info_{library, __uuidof(Interface)};
 };
 
-/// A dispatch object that also tells the type information of its class. Class is the library's
-/// class; its identifier and that of Interface come from the interface definitions.
-template <class Class, class Interface, const TypeLibrary& library, class... Further>
+/// A dispatch object that also tells the type information of its class: the class of the library
+/// whose default interface is Interface.
+template <class Interface, const TypeLibrary& library, class... Further>
 class DispatchObject : public Dispatch<Interface, library, IProvideClassInfo2, Further...> {
  public:
   // IProvideClassInfo2. The object names its own dispatch interface as its default source
@@ -76,13 +76,13 @@ class DispatchObject : public Dispatch<Interface, library, IProvideClassInfo2, F
   }
 
  private:
-  static inline TypeInfo class_info_{library, __uuidof(Class)};
+  static inline TypeInfo class_info_{library, __uuidof(Interface), TypeInfo::Of::kClass};
 };
 
 /// A dispatch object that may be handed to another apartment of the process as a direct pointer:
 /// it aggregates the platform's free-threaded marshaler.
-template <class Class, class Interface, const TypeLibrary& library, class... Further>
-class AutomationObject : public DispatchObject<Class, Interface, library, Further...> {
+template <class Interface, const TypeLibrary& library, class... Further>
+class AutomationObject : public DispatchObject<Interface, library, Further...> {
  protected:
   void final_construct() override {
     check(CoCreateFreeThreadedMarshaler(this->controlling_unknown(), marshaler_.put()));

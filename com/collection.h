@@ -13,17 +13,16 @@ namespace com {
 /// An ordered collection object: it holds what it is given and is its own enumerator. Saving and
 /// deleting are the derived class's.
 ///
-/// Class and Interface are the collection's in `library`, ItemInterface is that of its items. What
-/// is kept of an item is an Entry, which is constructed from an ItemInterface*, may refuse it by
-/// raising, and tells
+/// Interface is the collection's in `library`, ItemInterface that of its items. What is kept of an
+/// item is an Entry, which is constructed from an ItemInterface*, may refuse it by raising, and
+/// tells
 ///     long id() const;               the item's identifier now, 0 when it has none
 ///     IDispatch* object() const;     the item as it was added, borrowed
 ///
 /// One cursor serves enumeration, Remove, and whoever walks entries(): each moves it for the
 /// others.
-template <class Class, class Interface, class ItemInterface, const TypeLibrary& library,
-          class Entry>
-class Collection : public AutomationObject<Class, Interface, library, IEnumVARIANT> {
+template <class Interface, class ItemInterface, const TypeLibrary& library, class Entry>
+class Collection : public AutomationObject<Interface, library, IEnumVARIANT> {
  public:
   /// E_INVALIDARG: no such index. Else the result of asking the item for ItemInterface.
   STDMETHODIMP Item(int Index, ItemInterface** pVal) override {

@@ -1,6 +1,3 @@
-// A module's entry points. Marshalling code for the module's own interfaces lies in the same module
-// and is asked first.
-
 #include "com/entry_points.h"
 
 #include "com/module.h"
@@ -15,44 +12,48 @@ HRESULT WINAPI ProxyDllRegisterServer();
 HRESULT WINAPI ProxyDllUnregisterServer();
 }
 
-BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
+namespace com {
+
+BOOL dll_main(const ModuleContents& contents, HINSTANCE module, DWORD reason, LPVOID reserved) {
   switch (reason) {
     case DLL_PROCESS_ATTACH:
       DisableThreadLibraryCalls(module);
-      com::Module::instance().attach(module);
+      Module::instance().attach(module);
       break;
     case DLL_PROCESS_DETACH:
       // When the process ends, nothing else may be alive to release to.
       if (!reserved) {
-        com::release_class_objects(com::module_contents().classes);
-        com::Module::instance().detach();
+        release_class_objects(contents.classes);
+        Module::instance().detach();
       }
       break;
   }
   return ProxyDllMain(module, reason, reserved);
 }
 
-STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
+HRESULT dll_get_class_object(const ModuleContents& contents, REFCLSID clsid, REFIID iid,
+                             void** out) {
   // The marshalling code takes a place for its answer as given.
   if (out && SUCCEEDED(ProxyDllGetClassObject(clsid, iid, out))) return S_OK;
-  return com::get_class_object(com::module_contents().classes, clsid, iid, out);
+  return get_class_object(contents.classes, clsid, iid, out);
 }
 
-STDAPI DllCanUnloadNow() {
-  const bool unused = ProxyDllCanUnloadNow() == S_OK && com::Module::instance().can_unload();
+HRESULT dll_can_unload_now() {
+  const bool unused = ProxyDllCanUnloadNow() == S_OK && Module::instance().can_unload();
   return unused ? S_OK : S_FALSE;
 }
 
-STDAPI DllRegisterServer() {
+HRESULT dll_register_server(const ModuleContents& contents) {
   HRESULT result = ProxyDllRegisterServer();
-  if (SUCCEEDED(result)) result = com::register_classes(com::module_contents().classes);
+  if (SUCCEEDED(result)) result = register_classes(contents.classes);
   // Registering the type library gave its interfaces to the platform's general marshaller.
   if (SUCCEEDED(result)) result = ProxyDllRegisterServer();
   return result;
 }
 
-STDAPI DllUnregisterServer() {
+HRESULT dll_unregister_server(const ModuleContents& contents) {
   ProxyDllUnregisterServer();
-  const com::ModuleContents contents = com::module_contents();
-  return com::unregister_classes(contents.classes, contents.library);
+  return unregister_classes(contents.classes, contents.library);
 }
+
+}  // namespace com

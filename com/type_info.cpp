@@ -5,8 +5,33 @@
 
 #include "com/error.h"
 #include "com/module.h"
+#include "com/type_description.h"
 
 namespace com {
+namespace {
+
+Ptr<ITypeInfo> default_interface(ITypeInfo* type_class) {
+  HREFTYPE reference = 0;
+  check(type_class->GetRefTypeOfImplType(0, &reference));
+  Ptr<ITypeInfo> result;
+  check(type_class->GetRefTypeInfo(reference, result.put()));
+  return result;
+}
+
+/// The library's class whose first interface, which is its default, is `iid`.
+Ptr<ITypeInfo> class_of(const Ptr<ITypeLib>& library, REFIID iid) {
+  for (UINT index = 0; index < library->GetTypeInfoCount(); ++index) {
+    TYPEKIND kind = TKIND_MAX;
+    check(library->GetTypeInfoType(index, &kind));
+    if (kind != TKIND_COCLASS) continue;
+    Ptr<ITypeInfo> found;
+    check(library->GetTypeInfo(index, found.put()));
+    if (IsEqualIID(TypeAttributes(default_interface(found.get()))->guid, iid)) return found;
+  }
+  throw Error(TYPE_E_ELEMENTNOTFOUND);
+}
+
+}  // namespace
 
 Ptr<ITypeLib> load_type_library(const TypeLibrary& library, LCID locale) {
   Ptr<ITypeLib> result;
@@ -25,10 +50,12 @@ Ptr<ITypeInfo> TypeInfo::find(LCID locale) const {
       FAILED(LoadRegTypeLib(library_.id, library_.major, library_.minor, locale, library.put())) &&
       SUCCEEDED(
           LoadRegTypeLib(*successor.id, successor.major, successor.minor, locale, library.put()))) {
-    check(library->GetTypeInfoOfGuid(successor.identifier(id_), info.put()));
+    check(library->GetTypeInfoOfGuid(successor.identifier(iid_), info.put()));
     return info;
   }
-  check(load_type_library(library_, locale)->GetTypeInfoOfGuid(id_, info.put()));
+  library = load_type_library(library_, locale);
+  if (of_ == Of::kClass) return class_of(library, iid_);
+  check(library->GetTypeInfoOfGuid(iid_, info.put()));
   return info;
 }
 

@@ -25,11 +25,14 @@ struct TypeLibrary {
   } successor = {};
 };
 
-/// Type information of one class or interface: loaded on first use, kept for the module's life.
-/// Safe for concurrent use.
+/// Type information of one interface, or of the class whose default interface it is: loaded on
+/// first use, kept for the module's life. Safe for concurrent use.
 class TypeInfo {
  public:
-  constexpr TypeInfo(const TypeLibrary& library, REFGUID id) : library_(library), id_(id) {}
+  enum class Of { kInterface, kClass };
+
+  constexpr TypeInfo(const TypeLibrary& library, REFIID iid, Of of = Of::kInterface)
+      : library_(library), iid_(iid), of_(of) {}
 
   /// Borrowed type information, from the registered library, or else from a registered successor,
   /// or else from the module's own copy.
@@ -52,7 +55,8 @@ class TypeInfo {
   [[nodiscard]] Ptr<ITypeInfo> find(LCID locale) const;
 
   const TypeLibrary& library_;
-  const GUID& id_;
+  const IID& iid_;
+  const Of of_;
   std::atomic<Loaded*> loaded_ = nullptr;
   // All that are loaded, each naming the one loaded before it.
   TypeInfo* loaded_before_ = nullptr;

@@ -3,7 +3,6 @@
 #include <atomic>
 #include <concepts>
 
-#include "com/entry_points.h"
 #include "modeldb/ado/record_load.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/model_database.h"
@@ -45,8 +44,6 @@ std::span<com::ClassEntry> classes() {
   return table;
 }
 
-}  // namespace modeldb
+com::ModuleContents module_contents() { return {.classes = classes(), .library = kLibrary}; }
 
-com::ModuleContents com::module_contents() {
-  return {.classes = modeldb::classes(), .library = modeldb::kLibrary};
-}
+}  // namespace modeldb

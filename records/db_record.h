@@ -1,7 +1,5 @@
 #pragma once
 
-#include <orv_node.h>
-
 #include <string_view>
 
 #include "com/automation.h"
@@ -24,9 +22,9 @@ namespace orv {
 /// A record writes no SQL of its own row: the host's record store does, calling back for the texts
 /// and for the work that only the record knows.
 ///
-/// Class and Interface are the type library's; Sets tells the membership.
-template <class Self, class Class, class Interface, class Sets>
-class COrvelDbRecord : public com::AutomationObject<Class, Interface, kLibrary> {
+/// Interface is the type library's; Sets tells the membership.
+template <class Self, class Interface, class Sets>
+class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
  public:
   // Identity and state.
   STDMETHODIMP get_ID(long* pVal) override {

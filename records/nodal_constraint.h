@@ -5,9 +5,8 @@
 namespace orv {
 
 /// A constraint: a record that belongs to constraint sets.
-template <class Self, class Class, class Interface>
-class COrvelNodalConstraintDbRecord
-    : public COrvelDbRecord<Self, Class, Interface, ConstraintSetTraits> {
+template <class Self, class Interface>
+class COrvelNodalConstraintDbRecord : public COrvelDbRecord<Self, Interface, ConstraintSetTraits> {
  public:
   /// E_POINTER: the record holds no collection.
   STDMETHODIMP get_ConstraintSets(IDispatch** pVal) override { return this->get_sets(pVal); }

@@ -5,8 +5,8 @@
 namespace orv {
 
 /// A load: a record that belongs to load sets.
-template <class Self, class Class, class Interface>
-class COrvelNodalLoadDbRecord : public COrvelDbRecord<Self, Class, Interface, LoadSetTraits> {
+template <class Self, class Interface>
+class COrvelNodalLoadDbRecord : public COrvelDbRecord<Self, Interface, LoadSetTraits> {
  public:
   /// E_POINTER: the record holds no collection.
   STDMETHODIMP get_LoadSets(IDispatch** pVal) override { return this->get_sets(pVal); }

@@ -1,13 +1,21 @@
+#include "server/classes.h"
+
+#include <orv_node.h>
+
 #include "collections/collections.h"
-#include "com/entry_points.h"
+#include "records/library.h"
+
+namespace orv {
+
+const com::TypeLibrary kLibrary{LIBID_ORV_NODELib, 1, 0, 0x409};
 
 namespace {
 
 // Every kind's record class and its collection class, in the order of the list of kinds.
 std::span<com::ClassEntry> classes() {
-#define KIND(name, collection, script)                            \
-  {__uuidof(name), script, &com::Instance<orv::C##name>::create}, \
-      {__uuidof(collection), (script) + 1, &com::Instance<orv::C##collection>::create},
+#define KIND(name, collection, script)                       \
+  {__uuidof(name), script, &com::Instance<C##name>::create}, \
+      {__uuidof(collection), (script) + 1, &com::Instance<C##collection>::create},
   static com::ClassEntry table[] = {FOR_EACH_KIND(KIND)};
 #undef KIND
   return table;
@@ -15,6 +23,6 @@ std::span<com::ClassEntry> classes() {
 
 }  // namespace
 
-com::ModuleContents com::module_contents() {
-  return {.classes = classes(), .library = orv::kLibrary};
-}
+com::ModuleContents module_contents() { return {.classes = classes(), .library = kLibrary}; }
+
+}  // namespace orv

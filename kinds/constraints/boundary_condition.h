@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "records/nodal_constraint.h"
@@ -8,8 +10,7 @@ namespace orv {
 
 /// Fixity of the six degrees of freedom of a vertex, axis by axis.
 class CNodalBoundaryCondition
-    : public COrvelNodalConstraintDbRecord<CNodalBoundaryCondition, NodalBoundaryCondition,
-                                           INodalBoundaryCondition> {
+    : public COrvelNodalConstraintDbRecord<CNodalBoundaryCondition, INodalBoundaryCondition> {
  public:
   static constexpr KindNames kNames{L"NodalBoundaryCondition", L"NodalBoundaryConditions", 14};
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -10,8 +12,7 @@ namespace orv {
 /// A support that displaces its vertex by a magnitude along a vector, through a stiffness.
 class CNodalDisplacementBoundary
     : public With<
-          COrvelNodalConstraintDbRecord<CNodalDisplacementBoundary, NodalDisplacementBoundary,
-                                        INodalDisplacementBoundary>,
+          COrvelNodalConstraintDbRecord<CNodalDisplacementBoundary, INodalDisplacementBoundary>,
           Magnitude, Vector, SupportStiffness, SupportRotation> {
  public:
   static constexpr KindNames kNames{L"NodalDisplacementBoundary", L"NodalDisplacementBoundaries",

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -9,8 +11,7 @@ namespace orv {
 
 /// An elastic support of a vertex: a stiffness along a vector.
 class CNodalElasticBoundary
-    : public With<COrvelNodalConstraintDbRecord<CNodalElasticBoundary, NodalElasticBoundary,
-                                                INodalElasticBoundary>,
+    : public With<COrvelNodalConstraintDbRecord<CNodalElasticBoundary, INodalElasticBoundary>,
                   Vector, SupportStiffness, SupportRotation> {
  public:
   static constexpr KindNames kNames{L"NodalElasticBoundary", L"NodalElasticBoundaries", 16};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -9,8 +11,7 @@ namespace orv {
 
 /// A support that holds a vertex along the fixed axes through a stiffness.
 class CNodalRigidBoundary
-    : public With<COrvelNodalConstraintDbRecord<CNodalRigidBoundary, NodalRigidBoundary,
-                                                INodalRigidBoundary>,
+    : public With<COrvelNodalConstraintDbRecord<CNodalRigidBoundary, INodalRigidBoundary>,
                   SupportStiffness, SupportRotation> {
  public:
   static constexpr KindNames kNames{L"NodalRigidBoundary", L"NodalRigidBoundaries", 15};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -9,8 +11,7 @@ namespace orv {
 
 /// Marks a vertex as an inlet or outlet of the flow.
 class CNodalPrescribedInOutlet
-    : public With<COrvelNodalLoadDbRecord<CNodalPrescribedInOutlet, NodalPrescribedInOutlet,
-                                          INodalPrescribedInOutlet>,
+    : public With<COrvelNodalLoadDbRecord<CNodalPrescribedInOutlet, INodalPrescribedInOutlet>,
                   Type> {
  public:
   static constexpr KindNames kNames{L"NodalPrescribedInOutlet", L"NodalPrescribedInOutlets", 58};

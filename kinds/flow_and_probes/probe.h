@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -10,8 +12,7 @@ namespace orv {
 /// Marks a vertex as a point whose results are watched. A probe belongs to design scenarios; it
 /// writes them but never reads them back: a load leaves the collection that it holds.
 class CNodalProbe
-    : public With<COrvelDbRecord<CNodalProbe, NodalProbe, INodalProbe, DesignScenarioTraits>,
-                  Type> {
+    : public With<COrvelDbRecord<CNodalProbe, INodalProbe, DesignScenarioTraits>, Type> {
  public:
   static constexpr KindNames kNames{L"NodalProbe", L"NodalProbes", 37};
 

@@ -5,7 +5,7 @@
 namespace orv {
 
 /// A concentrated force on a vertex.
-class CNodalForce : public VectorLoad<CNodalForce, NodalForce, INodalForce> {
+class CNodalForce : public VectorLoad<CNodalForce, INodalForce> {
  public:
   static constexpr KindNames kNames{L"NodalForce", L"NodalForces", 19};
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "records/nodal_load.h"
@@ -8,8 +10,7 @@ namespace orv {
 
 /// A mass at a vertex: the weights in the three directions and the mass moments of inertia about
 /// them.
-class CNodalLumpedMass
-    : public COrvelNodalLoadDbRecord<CNodalLumpedMass, NodalLumpedMass, INodalLumpedMass> {
+class CNodalLumpedMass : public COrvelNodalLoadDbRecord<CNodalLumpedMass, INodalLumpedMass> {
  public:
   static constexpr KindNames kNames{L"NodalLumpedMass", L"NodalLumpedMasses", 22};
 

@@ -5,7 +5,7 @@
 namespace orv {
 
 /// A concentrated moment on a vertex.
-class CNodalMoment : public VectorLoad<CNodalMoment, NodalMoment, INodalMoment> {
+class CNodalMoment : public VectorLoad<CNodalMoment, INodalMoment> {
  public:
   static constexpr KindNames kNames{L"NodalMoment", L"NodalMoments", 25};
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -9,9 +11,9 @@ namespace orv {
 
 /// A translation or rotation that a vertex is made to follow.
 class CNodalPrescribedDisplacement
-    : public With<COrvelNodalLoadDbRecord<CNodalPrescribedDisplacement, NodalPrescribedDisplacement,
-                                          INodalPrescribedDisplacement>,
-                  Vector, Magnitude, Multiplier, MotionRotation> {
+    : public With<
+          COrvelNodalLoadDbRecord<CNodalPrescribedDisplacement, INodalPrescribedDisplacement>,
+          Vector, Magnitude, Multiplier, MotionRotation> {
  public:
   static constexpr KindNames kNames{L"NodalPrescribedDisplacement", L"NodalPrescribedDisplacements",
                                     30};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "records/nodal_load.h"
@@ -8,8 +10,7 @@ namespace orv {
 
 /// A velocity that a vertex is made to have, along the axes that are used.
 class CNodalPrescribedVelocity
-    : public COrvelNodalLoadDbRecord<CNodalPrescribedVelocity, NodalPrescribedVelocity,
-                                     INodalPrescribedVelocity> {
+    : public COrvelNodalLoadDbRecord<CNodalPrescribedVelocity, INodalPrescribedVelocity> {
  public:
   static constexpr KindNames kNames{L"NodalPrescribedVelocity", L"NodalPrescribedVelocities", 26};
 

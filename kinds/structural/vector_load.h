@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -8,9 +10,9 @@
 namespace orv {
 
 /// A load of some magnitude along, or about, a vector: what forces and moments have in common.
-template <class Self, class Class, class ClassInterface>
-class VectorLoad : public With<COrvelNodalLoadDbRecord<Self, Class, ClassInterface>, Magnitude,
-                               Vector, Multiplier, CoordinateSystem> {
+template <class Self, class ClassInterface>
+class VectorLoad : public With<COrvelNodalLoadDbRecord<Self, ClassInterface>, Magnitude, Vector,
+                               Multiplier, CoordinateSystem> {
  public:
   static constexpr auto columns() {
     return std::to_array<Column<Self>>({

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -9,8 +11,7 @@ namespace orv {
 
 /// A temperature applied to a vertex through a stiffness, possibly varying with time.
 class CNodalAppliedTemperature
-    : public With<COrvelNodalLoadDbRecord<CNodalAppliedTemperature, NodalAppliedTemperature,
-                                          INodalAppliedTemperature>,
+    : public With<COrvelNodalLoadDbRecord<CNodalAppliedTemperature, INodalAppliedTemperature>,
                   Magnitude, Stiffness, Multiplier, ActivationTime> {
  public:
   static constexpr KindNames kNames{L"NodalAppliedTemperature", L"NodalAppliedTemperatures", 29};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -10,9 +12,8 @@ namespace orv {
 /// A voltage applied to a vertex through a stiffness. The host files events of one record with
 /// those of applied temperatures, 29, but has a code for the collection.
 class CNodalAppliedVoltage
-    : public With<
-          COrvelNodalLoadDbRecord<CNodalAppliedVoltage, NodalAppliedVoltage, INodalAppliedVoltage>,
-          Magnitude, Stiffness> {
+    : public With<COrvelNodalLoadDbRecord<CNodalAppliedVoltage, INodalAppliedVoltage>, Magnitude,
+                  Stiffness> {
  public:
   static constexpr KindNames kNames{L"NodalAppliedVoltage", L"NodalAppliedVoltages", 29, 18};
 

@@ -5,7 +5,7 @@
 namespace orv {
 
 /// An electric charge at a vertex.
-class CNodalCharge : public MagnitudeLoad<CNodalCharge, NodalCharge, INodalCharge> {
+class CNodalCharge : public MagnitudeLoad<CNodalCharge, INodalCharge> {
  public:
   static constexpr KindNames kNames{L"NodalCharge", L"NodalCharges", 20};
 };

@@ -5,7 +5,7 @@
 namespace orv {
 
 /// An electric current into a vertex.
-class CNodalCurrent : public MagnitudeLoad<CNodalCurrent, NodalCurrent, INodalCurrent> {
+class CNodalCurrent : public MagnitudeLoad<CNodalCurrent, INodalCurrent> {
  public:
   static constexpr KindNames kNames{L"NodalCurrent", L"NodalCurrents", 21};
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -8,9 +10,8 @@
 namespace orv {
 
 /// Heat that enters the model at a vertex.
-class CNodalHeatSource
-    : public With<COrvelNodalLoadDbRecord<CNodalHeatSource, NodalHeatSource, INodalHeatSource>,
-                  Magnitude, Multiplier, ActivationTime> {
+class CNodalHeatSource : public With<COrvelNodalLoadDbRecord<CNodalHeatSource, INodalHeatSource>,
+                                     Magnitude, Multiplier, ActivationTime> {
  public:
   static constexpr KindNames kNames{L"NodalHeatSource", L"NodalHeatSources", 56};
 

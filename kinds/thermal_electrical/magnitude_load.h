@@ -1,5 +1,7 @@
 #pragma once
 
+#include <orv_kinds.h>
+
 #include <array>
 
 #include "kinds/properties.h"
@@ -8,8 +10,8 @@
 namespace orv {
 
 /// A load that is one number: what temperatures, voltages, currents and charges have in common.
-template <class Self, class Class, class ClassInterface>
-class MagnitudeLoad : public With<COrvelNodalLoadDbRecord<Self, Class, ClassInterface>, Magnitude> {
+template <class Self, class ClassInterface>
+class MagnitudeLoad : public With<COrvelNodalLoadDbRecord<Self, ClassInterface>, Magnitude> {
  public:
   static constexpr auto columns() {
     return std::to_array<Column<Self>>({{L"Magnitude", &Self::magnitude_}});

@@ -5,8 +5,7 @@
 namespace orv {
 
 /// A temperature that a vertex has.
-class CNodalTemperature
-    : public MagnitudeLoad<CNodalTemperature, NodalTemperature, INodalTemperature> {
+class CNodalTemperature : public MagnitudeLoad<CNodalTemperature, INodalTemperature> {
  public:
   static constexpr KindNames kNames{L"NodalTemperature", L"NodalTemperatures", 23};
 };

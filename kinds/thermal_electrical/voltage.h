@@ -5,7 +5,7 @@
 namespace orv {
 
 /// A voltage that a vertex has.
-class CNodalVoltage : public MagnitudeLoad<CNodalVoltage, NodalVoltage, INodalVoltage> {
+class CNodalVoltage : public MagnitudeLoad<CNodalVoltage, INodalVoltage> {
  public:
   static constexpr KindNames kNames{L"NodalVoltage", L"NodalVoltages", 24};
 };

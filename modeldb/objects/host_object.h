@@ -19,8 +19,8 @@ namespace modeldb {
 /// Self supplies the codes of its kind's events and its table (kEventType, table()), reads itself
 /// from rows (load_row), and says whether its number means the same in every model
 /// (kIsNamedByNumber).
-template <class Self, class Class, class Interface>
-class HostObject : public com::FreeThreaded<com::DispatchObject<Class, Interface, kLibrary>> {
+template <class Self, class Interface>
+class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibrary>> {
  public:
   STDMETHODIMP get_ID(long* pVal) override {
     *pVal = id_;

@@ -15,8 +15,7 @@
 namespace modeldb {
 
 using ModelDatabaseBase = ReservedDatabaseMembers<
-    Inheriting<com::FreeThreaded<
-                   com::DispatchObject<::ModelDatabase, IModelDatabaseFile, kLibrary, ModelAccess>>,
+    Inheriting<com::FreeThreaded<com::DispatchObject<IModelDatabaseFile, kLibrary, ModelAccess>>,
                IModelDatabase>>;
 
 /// A model database file as scripts open it, and as records and collections are passed it.

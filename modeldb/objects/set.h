@@ -7,8 +7,8 @@ namespace modeldb {
 
 /// A set that records belong to: a load set, a constraint set or a design scenario. Its description
 /// is its name.
-template <class Class, class Interface, const Kind& (*kind)(), long event>
-class Set : public HostObject<Set<Class, Interface, kind, event>, Class, Interface> {
+template <class Interface, const Kind& (*kind)(), long event>
+class Set : public HostObject<Set<Interface, kind, event>, Interface> {
  public:
   static constexpr long kEventType = event;
   static constexpr bool kIsNamedByNumber = false;
@@ -26,8 +26,8 @@ class Set : public HostObject<Set<Class, Interface, kind, event>, Class, Interfa
   }
 };
 
-using LoadSet = Set<::LoadSet, ILoadSet, load_set_kind, 2>;
-using ConstraintSet = Set<::ConstraintSet, IConstraintSet, constraint_set_kind, 3>;
-using DesignScenario = Set<::DesignScenario, IDesignScenario, design_scenario_kind, 4>;
+using LoadSet = Set<ILoadSet, load_set_kind, 2>;
+using ConstraintSet = Set<IConstraintSet, constraint_set_kind, 3>;
+using DesignScenario = Set<IDesignScenario, design_scenario_kind, 4>;
 
 }  // namespace modeldb

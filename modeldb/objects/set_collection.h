@@ -32,9 +32,9 @@ class SetEntry {
 /// An ordered collection of sets. It behaves as the collections of records do, but reports a set
 /// that cannot be saved: a record that is being saved with its sets must not be linked to a set
 /// that is not there.
-template <class Class, class Interface, class ItemInterface, long event>
+template <class Interface, class ItemInterface, long event>
 class SetCollection
-    : public com::Collection<Class, Interface, ItemInterface, kLibrary, SetEntry<ItemInterface>> {
+    : public com::Collection<Interface, ItemInterface, kLibrary, SetEntry<ItemInterface>> {
  public:
   // As those of sets: .NET's finalizer releases beside the thread that works.
   using ReferenceCount = std::atomic<long>;
@@ -90,10 +90,9 @@ class SetCollection
   }
 };
 
-using LoadSets = SetCollection<::LoadSets, ILoadSets, ILoadSet, LoadSet::kEventType>;
-using ConstraintSets =
-    SetCollection<::ConstraintSets, IConstraintSets, IConstraintSet, ConstraintSet::kEventType>;
+using LoadSets = SetCollection<ILoadSets, ILoadSet, LoadSet::kEventType>;
+using ConstraintSets = SetCollection<IConstraintSets, IConstraintSet, ConstraintSet::kEventType>;
 using DesignScenarios =
-    SetCollection<::DesignScenarios, IDesignScenarios, IDesignScenario, DesignScenario::kEventType>;
+    SetCollection<IDesignScenarios, IDesignScenario, DesignScenario::kEventType>;
 
 }  // namespace modeldb

@@ -10,7 +10,7 @@ namespace modeldb {
 ///
 /// A load or constraint names its node by the ID alone as often as not: coordinates that a script
 /// did not put are never written over those that the model has.
-class Vertex : public Inheriting<HostObject<Vertex, ::Vertex, ICoordinateVertex>, IVertex> {
+class Vertex : public Inheriting<HostObject<Vertex, ICoordinateVertex>, IVertex> {
  public:
   static constexpr long kEventType = 1;
   /// Node 12 of one model is node 12 of the next, wherever it lies there.

@@ -16,8 +16,7 @@
 namespace modeldb {
 
 using RecordStoreBase = ReservedStoreMembers<Inheriting<
-    com::FreeThreaded<com::DispatchObject<::RecordStore, IObservableRecordStore, kLibrary>>,
-    IRecordStore>>;
+    com::FreeThreaded<com::DispatchObject<IObservableRecordStore, kLibrary>>, IRecordStore>>;
 
 /// Writes and deletes the rows of records, each whole or not at all, in the client's transaction or
 /// else in one of its own, and tells those who listen once it is done.

@@ -1,4 +1,4 @@
-// Registration scripts, and what registering the module writes and unregistering leaves. Runs in a
+// What registering the module writes and unregistering leaves. Runs in a
 // Wine prefix of its own, in which no module is registered.
 
 #include <gmock/gmock.h>
@@ -7,7 +7,6 @@
 #include <orv_node.h>
 
 #include <string>
-#include <vector>
 
 #include "tests/frame/copied_files.h"
 #include "tests/frame/registry.h"
@@ -34,84 +33,6 @@ std::wstring in_braces(REFGUID guid) {
 
 constexpr const wchar_t* kPlatform = sizeof(void*) == 8 ? L"\\409\\win64" : L"\\409\\win32";
 const std::wstring kLibrary = in_braces(LIBID_ORV_NODELib);
-
-// --- The scripts ---------------------------------------------------------------------------------
-
-// NAME, CLSID and LIBRARY stand for what differs. A script's lines end with CR LF.
-constexpr char kScript[] = R"(HKCR
-{
-	Orv_Node.<NAME>.1 = s '<NAME> Class'
-	{
-		CLSID = s '<CLSID>'
-	}
-	Orv_Node.<NAME> = s '<NAME> Class'
-	{
-		CLSID = s '<CLSID>'
-		CurVer = s 'Orv_Node.<NAME>.1'
-	}
-	NoRemove CLSID
-	{
-		ForceRemove <CLSID> = s '<NAME> Class'
-		{
-			ProgID = s 'Orv_Node.<NAME>.1'
-			VersionIndependentProgID = s 'Orv_Node.<NAME>'
-			ForceRemove Programmable
-			InprocServer32 = s '%MODULE%'
-			{
-				val ThreadingModel = s 'Apartment'
-			}
-			TypeLib = s '<LIBRARY>'
-		}
-	}
-}
-)";
-
-std::string replaced(std::string text, const std::string& what, const std::wstring& by) {
-  const std::string narrow(by.begin(), by.end());
-  for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += narrow.size()) {
-    text.replace(at, what.size(), narrow);
-  }
-  return text;
-}
-
-std::string expected_script(const Class& each) {
-  const std::wstring name(each.name.begin(), each.name.end());
-  const std::string script = replaced(replaced(kScript, "\n", L"\r\n"), "<LIBRARY>", kLibrary);
-  return replaced(replaced(script, "<NAME>", name), "<CLSID>", in_braces(each.clsid));
-}
-
-/// Adds the number of a resource to the list in `result`; -1 for one that has a name instead.
-BOOL CALLBACK add_number(HMODULE, LPCWSTR, LPWSTR name, LONG_PTR result) {
-  reinterpret_cast<std::vector<int>*>(result)->push_back(
-      IS_INTRESOURCE(name) ? static_cast<int>(reinterpret_cast<ULONG_PTR>(name)) : -1);
-  return TRUE;
-}
-
-std::vector<int> resource_numbers(const server::LoadedModule& module, const wchar_t* type) {
-  std::vector<int> found;
-  EnumResourceNamesW(module.handle(), type, &add_number, reinterpret_cast<LONG_PTR>(&found));
-  return found;
-}
-
-std::string resource(const server::LoadedModule& module, const wchar_t* type, int number) {
-  const HRSRC found = FindResourceW(module.handle(), MAKEINTRESOURCEW(number), type);
-  if (!found) return {};
-  const auto* data = static_cast<const char*>(LockResource(LoadResource(module.handle(), found)));
-  return {data, SizeofResource(module.handle(), found)};
-}
-
-TEST(RegistrationScripts, AreTheResourcesOfTheirClassesByteForByte) {
-  const server::LoadedModule module;
-  std::vector<int> numbers;
-  for (const Class& each : all_classes()) {
-    numbers.push_back(each.script);
-    EXPECT_EQ(resource(module, L"REGISTRY", each.script), expected_script(each));
-  }
-  EXPECT_THAT(resource_numbers(module, L"REGISTRY"), testing::UnorderedElementsAreArray(numbers));
-  EXPECT_THAT(resource_numbers(module, L"TYPELIB"), testing::ElementsAre(1));
-}
-
-// --- Registration --------------------------------------------------------------------------------
 
 /// Adds the keys of one class.
 void expect_class(const Class& each, const std::wstring& module, RegistryLines& lines) {

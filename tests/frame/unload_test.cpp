@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <orv_node.h>
 
-#include "tests/frame/type_description.h"
 #include "tests/host/apartment.h"
 #include "tests/host/holdings.h"
 #include "tests/host/late_bound.h"
@@ -71,7 +70,8 @@ TEST_F(Unloading, AThousandLivesOfTheModuleLeaveNothingBehind) {
       left_behind(10, [bare = bare_module()] { ASSERT_TRUE(LoadedModule(bare).handle()); });
 
   // The platform shares a library among all who hold it, so that a reference kept shows here.
-  const auto library = frame::load_library();
+  com::Ptr<ITypeLib> library;
+  com::check(LoadTypeLibEx(kModule.c_str(), REGKIND_NONE, library.put()));
   const ULONG library_references = references_to(library);
   const Holdings left = left_behind(1000, [] {
     {

@@ -1,5 +1,7 @@
 #include "tests/kinds/kind.h"
 
+#include <orv_node.h>
+
 #include <algorithm>
 #include <stdexcept>
 
