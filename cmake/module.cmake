@@ -9,7 +9,7 @@ configure_file(cmake/version.h.in ${ORV_GENERATED_DIR}/version.h)
 add_custom_target(modules)
 
 # orv_module(<name> SOURCES <file>... RC <file.rc> [IDL_TARGETS <target>...] [PROXIES <target>...]
-#            [LIBS <library>...] [DEF <file.def>])
+#            [LIBS <library>...])
 #
 # Builds the in-process server <name>.dll into ORV_OUT_DIR, and adds the CTest fixture step that
 # registers it before any test runs.
@@ -21,17 +21,13 @@ add_custom_target(modules)
 #   RC           the resource script: type library, registry scripts, version (version.h). It finds
 #                type libraries by bare name, and files in the current build folder.
 #   LIBS         further libraries. ole32, oleaut32, rpcrt4 and uuid are always linked.
-#   DEF          another list of exports than the four entry points.
 #
 #   orv_module(orv_node SOURCES classes.cpp entry_points.cpp RC orv_node.rc
 #              IDL_TARGETS node_idl PROXIES kinds_idl LIBS collections)
 function(orv_module name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RC;DEF" "SOURCES;IDL_TARGETS;PROXIES;LIBS")
-  if(NOT arg_DEF)
-    set(arg_DEF ${CMAKE_SOURCE_DIR}/com/module.def)
-  endif()
-
-  add_library(${name} MODULE ${arg_SOURCES} ${arg_RC} ${arg_DEF})
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RC" "SOURCES;IDL_TARGETS;PROXIES;LIBS")
+  add_library(${name} MODULE ${arg_SOURCES} ${arg_RC}
+                             ${CMAKE_SOURCE_DIR}/com/module.def)
   set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${ORV_OUT_DIR})
   target_include_directories(
     ${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR} ${ORV_GENERATED_DIR})

@@ -20,7 +20,7 @@ void raise_from(HRESULT result, IUnknown* source, REFIID interface_id) {
   // The thread's error object may stem from an earlier failure of another object: it is taken only
   // when the source vouches for it.
   if (source && supports_error_info(source, interface_id)) GetErrorInfo(0, info.put());
-  throw Error(result, interface_id, std::move(info));
+  throw Error(result, std::move(info));
 }
 
 void fail(HRESULT result, std::wstring_view source, std::wstring_view sentence) {
@@ -28,7 +28,7 @@ void fail(HRESULT result, std::wstring_view source, std::wstring_view sentence) 
   check(CreateErrorInfo(description.put()));
   check(description->SetSource(Bstr(source).get()));
   check(description->SetDescription(Bstr(sentence).get()));
-  throw Error(result, GUID_NULL, description.query<IErrorInfo>());
+  throw Error(result, description.query<IErrorInfo>());
 }
 
 }  // namespace com

@@ -10,19 +10,17 @@
 namespace com {
 
 /// A failure on its way to the boundary of the interface member that the client called: the
-/// HRESULT, the interface that failed, and the error information that the failing object set.
+/// HRESULT, and the error information that the failing object set.
 class Error {
  public:
-  explicit Error(HRESULT result, REFIID interface_id = GUID_NULL, Ptr<IErrorInfo> info = nullptr)
-      : result_(result), interface_id_(interface_id), info_(std::move(info)) {}
+  explicit Error(HRESULT result, Ptr<IErrorInfo> info = nullptr)
+      : result_(result), info_(std::move(info)) {}
 
   [[nodiscard]] HRESULT result() const { return result_; }
-  [[nodiscard]] REFIID interface_id() const { return interface_id_; }
   [[nodiscard]] const Ptr<IErrorInfo>& info() const { return info_; }
 
  private:
   HRESULT result_;
-  IID interface_id_;
   Ptr<IErrorInfo> info_;
 };
 

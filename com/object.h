@@ -62,6 +62,16 @@ class Object : public First, public Rest... {
     return found;
   }
 
+  /// QueryInterface of `identity`, the object's own unknown.
+  HRESULT answer(IUnknown* identity, REFIID iid, void** out) {
+    if (!out) return E_POINTER;
+    IUnknown* const found = IsEqualIID(iid, __uuidof(IUnknown)) ? identity : find_interface(iid);
+    if (!found) return query_other(iid, out);
+    found->AddRef();
+    *out = found;
+    return S_OK;
+  }
+
   /// The unknown that governs identity: the object's own, or that of the object it is part of.
   [[nodiscard]] IUnknown* controlling_unknown() const { return outer_; }
 
@@ -111,13 +121,7 @@ class Instance final : public T {
     explicit NonDelegating(Instance* owner) : object(owner) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-      if (!out) return E_POINTER;
-      IUnknown* const found =
-          IsEqualIID(iid, __uuidof(IUnknown)) ? this : object->find_interface(iid);
-      if (!found) return object->query_other(iid, out);
-      found->AddRef();
-      *out = found;
-      return S_OK;
+      return object->answer(this, iid, out);
     }
     STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references); }
     STDMETHODIMP_(ULONG) Release() override {

@@ -22,13 +22,7 @@ class Part final : public T {
     Identity(Part* object, IUnknown* counted) : part(object), owner(counted) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-      if (!out) return E_POINTER;
-      IUnknown* const found =
-          IsEqualIID(iid, __uuidof(IUnknown)) ? this : part->find_interface(iid);
-      if (!found) return part->query_other(iid, out);
-      found->AddRef();
-      *out = found;
-      return S_OK;
+      return part->answer(this, iid, out);
     }
     STDMETHODIMP_(ULONG) AddRef() override { return owner->AddRef(); }
     STDMETHODIMP_(ULONG) Release() override { return owner->Release(); }

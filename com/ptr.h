@@ -32,13 +32,6 @@ class Ptr {
     return *this;
   }
 
-  /// Takes over the reference that the caller owns.
-  static Ptr adopt(T* pointer) {
-    Ptr result;
-    result.pointer_ = pointer;
-    return result;
-  }
-
   /// Releases what is held. The member is empty before the release runs, so that whatever the
   /// release calls back finds no dangling pointer.
   void reset() {

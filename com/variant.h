@@ -110,6 +110,21 @@ class Variant {
   VARIANT value_;
 };
 
+/// An optional truth value: whether it stands for true, and how its conversion went. What does not
+/// convert, such as one that is left out, counts as true.
+struct OptionalFlag {
+  explicit OptionalFlag(const VARIANT& argument) {
+    // Into a value of its own: a string in the argument belongs to the caller.
+    VARIANT converted;
+    VariantInit(&converted);
+    status = VariantChangeType(&converted, mutable_address(argument), 0, VT_BOOL);
+    value = FAILED(status) || converted.boolVal != VARIANT_FALSE;
+  }
+
+  bool value;
+  HRESULT status;
+};
+
 /// True for an optional argument that the client left out.
 inline bool is_omitted(const VARIANT& argument) {
   return argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND;

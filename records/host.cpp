@@ -6,20 +6,6 @@ namespace {
 // A text to run whose rows, if any, nobody wants.
 constexpr LONG kRunOnly = static_cast<LONG>(adCmdText) | static_cast<LONG>(adExecuteNoRecords);
 
-struct CascadeFlag {
-  bool value;
-  HRESULT status;
-};
-
-/// A flag that does not convert, such as an omitted one, counts as true. The conversion works on a
-/// copy: a string in the argument belongs to the caller.
-CascadeFlag to_flag(const VARIANT& argument) {
-  VARIANT converted;
-  VariantInit(&converted);
-  const HRESULT status = VariantChangeType(&converted, com::mutable_address(argument), 0, VT_BOOL);
-  return {FAILED(status) || converted.boolVal != VARIANT_FALSE, status};
-}
-
 }  // namespace
 
 // The two steps of CoCreateInstance, which by itself looks into the registry for a substitute of
@@ -53,8 +39,8 @@ com::Ptr<IRecordStore> record_store(const com::Ptr<IModelDatabase>& database) {
 
 FileOperation::FileOperation(IDispatch* database, const VARIANT& cascade_down,
                              const VARIANT& cascade_up)
-    : cascade_down_(to_flag(cascade_down).value) {
-  const CascadeFlag up = to_flag(cascade_up);
+    : cascade_down_(com::OptionalFlag(cascade_down).value) {
+  const com::OptionalFlag up(cascade_up);
   cascade_up_ = up.value;
   base_result_ = up.status;
 

@@ -27,7 +27,7 @@ std::optional<com::Variant> RowReader::read(std::wstring_view column, VARTYPE ty
 }
 
 com::Variant RowReader::value_of(const com::Variant& name, VARTYPE type, bool& found) const {
-  if (!recordset_) throw com::Error(E_NOINTERFACE, __uuidof(Recordset15));
+  if (!recordset_) throw com::Error(E_NOINTERFACE);
   com::Ptr<Fields> fields;
   com::check(recordset_->get_Fields(fields.put()), recordset_);
   com::require(fields);

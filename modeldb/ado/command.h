@@ -25,7 +25,7 @@ class AdoCommand : public UnavailableCommand {
   /// The command stays with its model database: records write their links with it.
   STDMETHODIMP putref_ActiveConnection(_Connection* object) override;
   STDMETHODIMP put_ActiveConnection(VARIANT object) override;
-  /// Closed whenever it can be asked: nothing runs in the background.
+  /// Closed: a text has always ended when its caller goes on.
   STDMETHODIMP get_State(LONG* state) override;
 
  private:

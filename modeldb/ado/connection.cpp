@@ -10,7 +10,7 @@ namespace modeldb {
 namespace {
 
 /// Only AdoConnection answers it, by its _Connection: it tells the module's own connections from
-/// others, of which proxies are some.
+/// others and from proxies.
 constexpr IID kOwnConnection = {
     0x5f0d6f6b, 0x8a55, 0x4d0a, {0x9c, 0x1e, 0x2a, 0x74, 0x30, 0x9b, 0xd1, 0x66}};
 

@@ -47,8 +47,8 @@ class Listeners {
   void notify(const wchar_t* method, long object_type, const com::Variant& subject);
 
  private:
-  /// A listener that changes something whenever it is called would else never come back, and its
-  /// process would die of a full stack.
+  /// A listener may change something whenever it is called, and so be called again without end:
+  /// its process would die of a full stack.
   static constexpr int kMaximumDepth = 16;
 
   std::vector<std::shared_ptr<const Listener>> listeners_;

@@ -9,14 +9,6 @@
 namespace modeldb {
 namespace {
 
-/// A cascade flag as the truth value that it stands for: true unless it says otherwise.
-bool is_true(const VARIANT& flag) {
-  VARIANT converted;
-  VariantInit(&converted);
-  const HRESULT result = VariantChangeType(&converted, com::mutable_address(flag), 0, VT_BOOL);
-  return FAILED(result) || converted.boolVal != VARIANT_FALSE;
-}
-
 /// An array of 32-bit integers as an array of variants, the only one that VBScript can index.
 com::Variant for_scripts(const VARIANT& ids) {
   if (ids.vt != (VT_ARRAY | VT_I4) || SafeArrayGetDim(ids.parray) != 1) return com::Variant(ids);
@@ -63,7 +55,8 @@ STDMETHODIMP RecordStore::SaveRecord(IDispatch* record, VARIANT vCascadeDown, VA
   return model_call(turns_, [&] {
     const auto open_model = model();
     const Record found = finder_.find(record);
-    save(*open_model, found, is_true(vCascadeDown), is_true(vCascadeUp));
+    save(*open_model, found, com::OptionalFlag(vCascadeDown).value,
+         com::OptionalFlag(vCascadeUp).value);
     send_queued();
   });
 }

@@ -37,16 +37,6 @@ TEST_F(BatchTest, EmptyCollectionAsksNothingOfAnybody) {
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
-TEST_F(BatchTest, WithoutAModelDatabaseNothingIsDone) {
-  add_two();
-  for (IDispatch* const none : {static_cast<IDispatch*>(nullptr), host.command.get()}) {
-    EXPECT_EQ(collection_->Save(none, yes(), yes()), E_POINTER);
-    EXPECT_EQ(collection_->Delete(none), E_POINTER);
-  }
-  EXPECT_EQ(count(), 2);
-  EXPECT_THAT(host.journal.lines(), IsEmpty());
-}
-
 const Lines kBegin{"db.RecordStore", "db.Connection", "RecordStore.EventsEnabled 0",
                    "Connection.Execute BEGIN TRANSACTION null 128"};
 const Lines kEnd{"Connection.Execute COMMIT TRANSACTION null 128", "RecordStore.EventsEnabled -1"};
@@ -131,14 +121,6 @@ TEST_F(BatchTest, DeleteEmptiesTheCollectionOnceTheRecordsAreTold) {
   EXPECT_EQ(remove(), E_ABORT);
   EXPECT_EQ(count(), 0);
   EXPECT_EQ(index_of(3), 1) << "deleted records are still looked up";
-}
-
-TEST_F(BatchTest, FlagsGoToEveryRecordAsTheyCame) {
-  add_two();
-  collection_->Save(host.database.get(), omitted(), com::Variant(com::Bstr(L"maybe")));
-  EXPECT_THAT(
-      host.journal.lines_with("RecordStore.Save"),
-      ElementsAre("RecordStore.Save a omitted \"maybe\"", "RecordStore.Save b omitted \"maybe\""));
 }
 
 TEST_F(BatchTest, NewRecordsAreReportedByTheIdentifiersThatTheyGot) {

@@ -179,17 +179,6 @@ TEST_F(Statements, ForgetTheirValuesBetweenUses) {
   EXPECT_EQ(rows->type(0), Statement::Type::kNull);
 }
 
-TEST_F(Statements, OfManyTextsDoNotPileUp) {
-  const auto held = database_->query(L"SELECT 'held'");
-  for (int i = 0; i < 2000; ++i) {
-    const auto query = database_->query(L"SELECT " + std::to_wstring(i));
-    ASSERT_TRUE(query->step());
-    ASSERT_EQ(query->integer(0), i);
-  }
-  ASSERT_TRUE(held->step());
-  EXPECT_EQ(held->text(0), L"held");
-}
-
 TEST_F(Statements, FindColumnsByNameAndByTable) {
   const auto join = database_->query(
       L"SELECT F.*, L.*, 1 AS \"F.Answer\" FROM Forces AS F JOIN ForceLoadSets L "

@@ -173,25 +173,6 @@ HRESULT find_member(const com::Ptr<IDispatch>& object, const wchar_t* name, DISP
   return object->GetIDsOfNames(GUID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
 }
 
-TEST_P(Objects, RefuseWhatTheirInterfaceDoesNotHave) {
-  const auto object = create<IDispatch>();
-  DISPID id = 0;
-  EXPECT_EQ(find_member(object, L"NoSuchMember", id), DISP_E_UNKNOWNNAME);
-  EXPECT_EQ(id, DISPID_UNKNOWN);
-
-  constexpr DISPID kOfNoRecordOrCollection = 14;
-  DISPPARAMS none{};
-  const auto invoke = [&](DISPID member, DISPPARAMS* parameters) {
-    return object->Invoke(member, GUID_NULL, LOCALE_USER_DEFAULT,
-                          DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, nullptr, nullptr,
-                          nullptr);
-  };
-  EXPECT_EQ(invoke(kOfNoRecordOrCollection, &none), DISP_E_MEMBERNOTFOUND);
-  EXPECT_EQ(find_member(object, L"Save", id), S_OK);
-  EXPECT_EQ(invoke(id, &none), DISP_E_BADPARAMCOUNT);
-  EXPECT_EQ(invoke(id, nullptr), E_INVALIDARG);
-}
-
 TEST_P(Objects, KnowEveryMemberByItsNameInAnyCase) {
   const auto object = create<IDispatch>();
   com::Ptr<ITypeInfo> info;

@@ -105,15 +105,6 @@ class OtherProcessTest : public testing::Test {
   static inline std::unique_ptr<OtherProcess> other_;
 };
 
-TEST_F(OtherProcessTest, IsReachedThroughTheModulesOwnProxies) {
-  CLSID proxies;
-  ASSERT_EQ(CoGetPSClsid(__uuidof(INodalForce), &proxies), S_OK);
-  EXPECT_TRUE(IsEqualCLSID(proxies, __uuidof(INodalBoundaryCondition)));
-  const auto force = create_force();
-  // Nothing of the server is made in this process, and yet its module is here.
-  EXPECT_NE(GetModuleHandleW(L"orv_node.dll"), nullptr);
-}
-
 template <class Interface, class Value>
 void expect_to_cross(const com::Ptr<Interface>& object,
                      HRESULT (STDMETHODCALLTYPE Interface::*put)(Value),
@@ -195,12 +186,6 @@ TEST_F(OtherProcessTest, VariantsReachAHostInThisProcessAsTheyWerePassed) {
   EXPECT_THAT(host.journal.lines_with("Save"),
               testing::ElementsAre("RecordStore.Save object omitted omitted",
                                    "RecordStore.Save object BOOL:0 I2:7"));
-}
-
-TEST_F(OtherProcessTest, TheResultOfAHostInThisProcessComesBack) {
-  fake::Host host;
-  host.journal.fail("RecordStore.Delete", kHostFailure, kHostWords);
-  EXPECT_EQ(create_force()->Delete(host.database.get()), kHostFailure);
 }
 
 TEST_F(OtherProcessTest, TheWordsOfAFailingHostArriveAtAScript) {

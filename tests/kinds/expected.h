@@ -27,10 +27,8 @@ struct ExpectedColumn {
 struct ExpectedKind {
   std::string record;
   std::string collection;  // the name of the table, too
-  int script;              // registration script of the record; the collection's is the next one
   long record_event;
   long collection_event;
-  std::vector<std::string> properties;  // in the order of the interface
   std::vector<ExpectedColumn> columns;  // in the order of the table
   std::string defaults;                 // the values text of a new record
 

@@ -12,17 +12,15 @@ namespace {
 Kind to_kind(Class record, Class collection) {
   const auto expected = std::ranges::find(expected_kinds(), record.name, &ExpectedKind::record);
   if (expected == expected_kinds().end()) throw std::out_of_range("nothing is expected of a kind");
-  record.script = expected->script;
-  collection.script = expected->script + 1;
   return {record, collection, *expected};
 }
 
 }  // namespace
 
 std::vector<Kind> all_kinds() {
-#define KIND(name, collection, script)                          \
-  to_kind({#name, __uuidof(name), __uuidof(I##name), false, 0}, \
-          {#collection, __uuidof(collection), __uuidof(I##collection), true, 0}),
+#define KIND(name, collection, script)                       \
+  to_kind({#name, __uuidof(name), __uuidof(I##name), false}, \
+          {#collection, __uuidof(collection), __uuidof(I##collection), true}),
   return {FOR_EACH_KIND(KIND)};
 #undef KIND
 }

@@ -15,7 +15,6 @@ struct Class {
   CLSID clsid;
   IID own_interface;
   bool is_collection;
-  int script;  // as expected
 
   friend std::ostream& operator<<(std::ostream& out, const Class& each) { return out << each.name; }
 };

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <regex>
 
 #include "com/bstr.h"
@@ -90,22 +89,6 @@ class KindTest : public server::Test, public ::testing::WithParamInterface<Kind>
 
 INSTANTIATE_TEST_SUITE_P(All, KindTest, ::testing::ValuesIn(all_kinds()),
                          ::testing::PrintToStringParamName());
-
-TEST(KindsTest, ThereAreEighteen) {
-  EXPECT_EQ(all_kinds().size(), 18U);
-  EXPECT_EQ(expected_kinds().size(), 18U);
-}
-
-TEST(KindsTest, ExpectedTextsAreThese) {
-  // One kind's texts in full, for all those that are put together from the list of columns.
-  const auto displacement =
-      std::ranges::find(expected_kinds(), "NodalPrescribedDisplacement", &ExpectedKind::record);
-  EXPECT_EQ(displacement->values(), "'Tip load', 12, 1, 2, 3 ,4, 5.5, 6.5, 7.5, 8.5");
-  EXPECT_EQ(displacement->assignments(),
-            "Description = 'Tip load', VertexID = 12, IsRotation = 1, Direction = 2, "
-            "MultiplierTableID = 3, ActiveRangeID = 4, Magnitude = 5.5, Vx = 6.5, Vy = 7.5, "
-            "Vz = 8.5");
-}
 
 TEST_P(KindTest, NamesEventCodeAndDefaultsAreTheHosts) {
   EXPECT_EQ(sql(record_, 1), expected().collection);

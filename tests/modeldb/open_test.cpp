@@ -50,13 +50,6 @@ TEST_F(OpenTest, LastReleaseClosesTheFile) {
   EXPECT_EQ(count(L"NodalForces"), "0");
 }
 
-TEST_F(OpenTest, ClosingRollsBackAnOpenTransaction) {
-  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK) << model_test::last_sentence();
-  ASSERT_EQ(save(make_force(1)), S_OK);
-  reopen();
-  EXPECT_EQ(count(L"NodalForces"), "0");
-}
-
 TEST_F(OpenTest, TwoModelsAreOpenAtOnce) {
   const TemporaryFile other_file;
   const auto other = create<ModelDatabase, IModelDatabaseFile>();

@@ -57,14 +57,6 @@ TEST_F(RecordStoreTest, RecordWithAnIdThatTheModelLacksIsInsertedUnderIt) {
   EXPECT_EQ(value(L"SELECT NodalForceID FROM NodalForces"), "77");
 }
 
-TEST_F(RecordStoreTest, FlagsReachTheRecordAsTruthValues) {
-  store()->SaveRecord(&record, com::Variant(0), com::Variant(com::Bstr(L"maybe")));
-  EXPECT_EQ(record.calls.front(), "FileOpHelper 1 false true");
-  record.calls.clear();
-  store()->SaveRecord(&record, com::Variant(com::Bstr(L"True")), com::Variant::boolean(false));
-  EXPECT_EQ(record.calls.front(), "FileOpHelper 1 true false");
-}
-
 TEST_F(RecordStoreTest, DeletionTellsTheRecordFirst) {
   save_record(&record);
   record.calls.clear();

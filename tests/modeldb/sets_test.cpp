@@ -22,14 +22,6 @@ TEST_F(SetsTest, SetNamedByItsIdAloneKeepsItsName) {
   EXPECT_EQ(value(L"SELECT Description FROM LoadSets"), "Wind");
 }
 
-TEST_F(SetsTest, RenamedSetIsWritten) {
-  const auto wind = make_load_set(L"Wind");
-  save(wind);
-  wind->put_Description(bstr(L"Gale").get());
-  save(wind);
-  EXPECT_EQ(value(L"SELECT group_concat(Description) FROM LoadSets"), "Gale");
-}
-
 TEST_F(SetsTest, SetOfAnotherModelIsNotTakenForAnotherOne) {
   const TemporaryFile other_file;
   const auto other = create<ModelDatabase, IModelDatabaseFile>();
@@ -113,16 +105,6 @@ TEST_F(SetsTest, CollectionSavesAllOfItAndDeletesAllOfIt) {
   sets->get_Count(&size);
   EXPECT_EQ(size, 0);
   EXPECT_EQ(count(L"ConstraintSets"), "0");
-}
-
-TEST_F(SetsTest, CollectionReportsASetThatCannotBeDeletedAndDeletesTheOthers) {
-  const auto sets = create<DesignScenarios, IDesignScenarios>();
-  const auto stored = create<DesignScenario, IDesignScenario>();
-  save(stored);
-  sets->Add(create<DesignScenario, IDesignScenario>().get());
-  sets->Add(stored.get());
-  EXPECT_SENTENCE(sets->Delete(database.get()), HasSubstr("The new DesignScenario is not in"));
-  EXPECT_EQ(count(L"DesignScenarios"), "0");
 }
 
 TEST_F(SetsTest, WrongObjectsAreRefused) {

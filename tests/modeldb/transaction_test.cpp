@@ -128,17 +128,6 @@ TEST_F(TransactionTest, RecordThatSavesAnotherWhileItsKeyIsTakenBackIsRefused) {
   EXPECT_EQ(id_of(first), 0);
 }
 
-TEST_F(TransactionTest, CommitKeepsWhatALaterRollbackCannotTakeBack) {
-  const auto force = make_force(1);
-  execute(L"BEGIN TRANSACTION");
-  ASSERT_EQ(save(force), S_OK);
-  execute(L"COMMIT TRANSACTION");
-  execute(L"BEGIN TRANSACTION");
-  execute(L"ROLLBACK TRANSACTION");
-  EXPECT_NE(id_of(force), 0);
-  EXPECT_EQ(dirty(force), 0);
-}
-
 TEST_F(TransactionTest, ClosingRollsBack) {
   const auto force = make_force(1);
   execute(L"BEGIN TRANSACTION");

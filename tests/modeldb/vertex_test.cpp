@@ -86,11 +86,6 @@ TEST_F(VertexTest, LoadedRecordMovesToAnotherVertexWithoutMovingTheVertex) {
   EXPECT_EQ(vertices(), "12: 1.0 2.0 3.0 corner,13: 50.0 0.0 0.0 ");
 }
 
-TEST_F(VertexTest, UnknownIdMakesTheVertexUnderIt) {
-  ASSERT_EQ(save(force_at(9)), S_OK);
-  EXPECT_EQ(vertices(), "9: 0.0 0.0 0.0 ");
-}
-
 TEST_F(VertexTest, CoordinateThatIsNoNumberIsRefused) {
   const auto vertex = create<Vertex, ICoordinateVertex>();
   vertex->put_Z(std::numeric_limits<double>::quiet_NaN());
@@ -135,26 +130,6 @@ TEST_F(VertexTest, VertexTakenToAnotherModelTakesItsCoordinates) {
   ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
   EXPECT_EQ(vertices(), "12: 1.0 2.0 3.0 corner");
   database->Close();
-}
-
-TEST_F(VertexTest, TextsFollowTheProtocolOfRecords) {
-  const auto vertex = create<Vertex, ICoordinateVertex>();
-  vertex->put_X(0.5);
-  vertex->put_Description(bstr(L"it's").get());
-  const auto text = [&](long code) {
-    com::Bstr text;
-    vertex->get_SqlString(code, text.put());
-    return model_test::narrow(text.view());
-  };
-  EXPECT_EQ(text(1), "Vertices");
-  EXPECT_EQ(text(2), "VertexID");
-  EXPECT_EQ(text(3), "Description, X, Y, Z");
-  EXPECT_EQ(text(4), "'it's', 0.5, 0, 0");
-  EXPECT_EQ(text(5), "'', 0, 0, 0");
-  EXPECT_EQ(text(6), "Description = 'it's', X = 0.5, Y = 0, Z = 0");
-  save(vertex);
-  EXPECT_EQ(text(7), text(6));
-  EXPECT_EQ(text(8), "");
 }
 
 }  // namespace

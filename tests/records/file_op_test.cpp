@@ -153,15 +153,6 @@ TEST_P(FileOpTest, LastOfSeveralFailuresIsReported) {
   EXPECT_TRUE(committed());
 }
 
-TEST_P(FileOpTest, EmptyCollectionLeavesNoLinks) {
-  record_ = m().make();
-  host.journal.clear();
-  EXPECT_EQ(run(kAfterSave, yes(), yes()), S_OK);
-  EXPECT_THAT(host.journal.lines_with("CommandText"),
-              ElementsAre("Command.CommandText DELETE FROM " + m().links() + " WHERE " +
-                          m().object + "ID = 0"));
-}
-
 TEST_P(FileOpTest, CollectionIsFollowedAsItStandsAndASetThatIsNotThereCostsOnlyItsOwnLink) {
   sets().add_null();
   host.journal.on_call = [&](const std::string& call) {
@@ -187,28 +178,6 @@ TEST_P(FileOpTest, WhatIsNoCollectionFailsWhereOneIsNeeded) {
   }
 }
 
-TEST_P(FileOpTest, MissingCommandIsMissedByStatementsOnlyAndTheConnectionByNobody) {
-  host.database->connection = nullptr;
-  EXPECT_EQ(run(kAfterSave, yes(), yes()), S_OK);
-  start();
-  host.database->command = nullptr;
-  EXPECT_EQ(run(kBeforeSave, yes(), yes()), S_OK);
-  EXPECT_EQ(run(kDelete, yes(), yes()), E_POINTER);
-  EXPECT_EQ(run(kAfterSave, yes(), yes()), E_POINTER);
-  EXPECT_THAT(host.journal.lines_with("SetModified"), IsEmpty());
-  EXPECT_THAT(host.journal.lines_with(".Item"), ::testing::SizeIs(2));
-  EXPECT_TRUE(committed());
-}
-
-TEST_P(FileOpTest, WithoutAModelDatabaseNothingIsDone) {
-  for (IDispatch* const none : {static_cast<IDispatch*>(nullptr), host.command.get()}) {
-    for (const long operation : {kBeforeSave, kAfterSave, kDelete, 4L}) {
-      EXPECT_EQ(record_->FileOpHelper(none, operation, yes(), yes()), E_POINTER);
-    }
-  }
-  EXPECT_THAT(host.journal.lines(), IsEmpty());
-}
-
 TEST_P(FileOpTest, NumberOfTheVertexIsCommittedOnlyAsItWasBeforeTheSave) {
   const Variant vertex = server::LateBound(record_).get(L"Vertex");
   com::Ptr<IDispatch>(vertex.get().pdispVal).query<IVertex>()->put_ID(12);
@@ -219,34 +188,6 @@ TEST_P(FileOpTest, NumberOfTheVertexIsCommittedOnlyAsItWasBeforeTheSave) {
   EXPECT_THAT(sql(record_, 5), StartsWith("'new', 0, "));
   run(kAfterSave, yes(), yes());
   EXPECT_THAT(sql(record_, 5), StartsWith("'new', 12, "));
-}
-
-TEST_P(FileOpTest, SuccessCodesOfTheObjectsSavedComeBack) {
-  host.journal.fail("Vertex.Save", S_FALSE);
-  host.journal.fail(m().sets() + ".Save", S_FALSE);
-  EXPECT_EQ(run(kBeforeSave, yes(), no()), S_FALSE);
-  EXPECT_EQ(run(kAfterSave, no(), yes()), S_FALSE);
-}
-
-TEST_P(FileOpTest, RecordWithoutAVertexIsNotToBeSaved) {
-  server::LateBound(record_).put_reference(L"Vertex", nullptr);
-  EXPECT_EQ(run(kBeforeSave, yes(), yes()), E_POINTER);
-  EXPECT_EQ(run(kBeforeSave, no(), yes()), E_POINTER);
-}
-
-TEST_P(FileOpTest, OtherCodesOnlyTellHowTheSecondFlagConverts) {
-  VARIANT converted{};
-  const Variant flag = omitted();
-  const HRESULT status = VariantChangeType(&converted, com::mutable_address(flag), 0, VT_BOOL);
-  ASSERT_TRUE(FAILED(status));
-  for (const long operation : {0L, 4L, -1L}) {
-    host.journal.clear();
-    EXPECT_EQ(run(operation, omitted(), yes()), S_OK);
-    EXPECT_EQ(run(operation, yes(), flag), status);
-    EXPECT_THAT(host.journal.lines(),
-                ElementsAre("db.Command", "db.Connection", "db.Command", "db.Connection"));
-  }
-  EXPECT_FALSE(committed());
 }
 
 TEST_P(FileOpTest, FlagsConvertAsThePlatformHasItAndCountAsTrueWhenTheyDoNot) {

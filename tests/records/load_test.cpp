@@ -140,13 +140,6 @@ TEST_F(LoadTest, HostWithoutAConnectionCostsTheSetsAlone) {
   EXPECT_THAT(host.journal.lines_with("Open"), IsEmpty());
 }
 
-TEST_F(LoadTest, RecordWithoutAVertexLoadsEverythingElse) {
-  force_->putref_Vertex(nullptr);
-  EXPECT_EQ(load(force_row()), E_POINTER);
-  EXPECT_EQ(sql(force_, 5), kForceValues);
-  EXPECT_THAT(host.journal.lines_with("Open"), ::testing::SizeIs(1));
-}
-
 /// The lines of one column's read, when it succeeds at once.
 Lines read(const std::string& column) {
   return {"Row.Fields", "Fields.Item " + column, "Field.Value"};
@@ -241,27 +234,6 @@ TEST_P(MembershipLoadTest, StepsComeInTheirOrderAndEachFailureIsReportedAndCosts
     const bool keeps_sets =
         is_probe() || failing == "db.Connection" || failing == "new " + m().sets();
     EXPECT_EQ(sets_of(record).get() == before.get(), keeps_sets);
-  }
-}
-
-TEST_P(MembershipLoadTest, RecordInNoSetGetsANewEmptyCollection) {
-  const auto record = m().make();
-  host.newest_sets().add(7);
-  host.query_rows.clear();
-  EXPECT_EQ(load(record), S_OK);
-  EXPECT_EQ(sets_of(record).get(), host.newest_sets().dispatch());
-  EXPECT_EQ(host.newest_sets().ids().empty(), !is_probe());
-}
-
-TEST_P(MembershipLoadTest, WithoutAModelDatabaseEverythingButTheSetsIsLoaded) {
-  for (IDispatch* const none : {static_cast<IDispatch*>(nullptr), host.command.get()}) {
-    const auto record = m().make();
-    const auto rows = host.recordset(row_);
-    EXPECT_EQ(record->LoadFromCurrentRecordsetPosition(none, rows.get(), nullptr),
-              is_probe() ? S_OK : E_POINTER);
-    std::string values = "'x', 2";
-    for (std::size_t i = 0; i < kind_columns().size(); ++i) values += ", 2";
-    EXPECT_EQ(sql(record, 5), values);
   }
 }
 

@@ -47,34 +47,6 @@ TEST_P(RecordMemoryTest, CreationFailsWhole) {
   });
 }
 
-TEST_P(RecordMemoryTest, TextsAndDescriptionFailAndLeaveTheRecordAsItWas) {
-  with_each_allocation_failing([&](OutOfMemory& memory) {
-    const auto record = make();
-    const Bstr text(std::wstring(1000, L'x'));
-    Bstr out;
-    const HRESULT put = memory.during([&] { return record->put_Description(text.get()); });
-    if (FAILED(put)) {
-      EXPECT_THAT(sql(record, 4), StartsWith("'old'"));
-    }
-    const HRESULT got =
-        memory.during([&] { return FAILED(put) ? put : record->get_Description(out.put()); });
-    const HRESULT written =
-        memory.during([&] { return FAILED(got) ? got : record->get_SqlString(6, out.put()); });
-    EXPECT_EQ(written, memory.expected());
-  });
-}
-
-TEST_P(RecordMemoryTest, SaveCannotCopyItsFlags) {
-  const Variant flag(Bstr(L"True"));
-  with_each_allocation_failing([&](OutOfMemory& memory) {
-    const auto record = make();
-    const HRESULT result =
-        memory.during([&] { return record->Save(host.database.get(), flag, flag); });
-    EXPECT_EQ(result, memory.expected());
-    EXPECT_EQ(host.journal.lines().empty(), memory.ran_out());
-  });
-}
-
 TEST_P(RecordMemoryTest, LinksAreWrittenOrTheFailureIsReported) {
   with_each_allocation_failing([&](OutOfMemory& memory) {
     const auto record = make();

@@ -37,14 +37,6 @@ TEST_F(SaveTest, RecordGoesToTheRecordStoreAndIsNotTouched) {
   EXPECT_EQ(sql(force_, 5), "'', 0, 1, 0, 0, 0, 0, 0");
 }
 
-TEST_F(SaveTest, FlagsArePassedOnAsTheyCame) {
-  force_->Save(host.database.get(), omitted(), com::Variant(com::Bstr(L"maybe")));
-  force_->Save(host.database.get(), com::Variant(), com::Variant(std::int16_t{7}));
-  EXPECT_THAT(
-      host.journal.lines_with("RecordStore.Save"),
-      ElementsAre("RecordStore.Save force omitted \"maybe\"", "RecordStore.Save force empty I2:7"));
-}
-
 TEST_F(SaveTest, WithoutAModelDatabaseNothingIsCalled) {
   for (IDispatch* const none : {static_cast<IDispatch*>(nullptr), host.command.get()}) {
     EXPECT_EQ(force_->Save(none, yes(), yes()), E_POINTER);

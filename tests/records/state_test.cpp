@@ -36,17 +36,6 @@ TEST_F(RecordStateTest, NewRecordIsEmptyCleanAndHasItsOwnHostObjects) {
   EXPECT_EQ(description(record), "");
 }
 
-TEST_F(RecordStateTest, IdPutMarksDirtyAndIsDirtyKeepsAnyNumber) {
-  const auto record = make();
-  record->put_ID(-7);
-  EXPECT_EQ(dirty(record), 1);
-  for (const long number : {5L, -1L, LONG_MIN, 0L}) {
-    record->put_IsDirty(number);
-    EXPECT_EQ(dirty(record), number);
-  }
-  EXPECT_EQ(id(record), -7);
-}
-
 TEST_F(RecordStateTest, DescriptionPutTrimsAndEndsAtTheFirstNul) {
   const auto record = make();
   const struct {
@@ -101,12 +90,6 @@ TEST_F(RecordStateTest, NullVertexIsRefusedAndLeavesNone) {
   EXPECT_EQ(sql(record, 6), "0x80004003");
   EXPECT_THAT(sql(record, 5), StartsWith("'', 0, "));
   EXPECT_THAT(sql(record, 7), StartsWith("Description = '', VertexID = 0, "));
-}
-
-TEST_F(RecordStateTest, ObjectThatIsNoVertexFailsWhereAVertexIsNeeded) {
-  const auto record = make();
-  EXPECT_EQ(record->putref_Vertex(host.database.get()), S_OK);
-  EXPECT_EQ(sql(record, 4), "0x80004002");
 }
 
 class SetsPropertyTest : public MembershipTest {};

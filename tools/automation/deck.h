@@ -12,7 +12,7 @@
 namespace automation {
 
 /// An input deck, as scripts read, copy and write it.
-class Deck : public com::AutomationObject<::Deck, IDeck, kLibrary> {
+class Deck : public com::AutomationObject<IDeck, kLibrary> {
  public:
   /// Fails, with a sentence, when the deck cannot be read; then the one that was read before, if
   /// any, is still there.

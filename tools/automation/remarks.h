@@ -15,7 +15,7 @@ struct RemarkText {
   std::string reason;
 };
 
-class Remark : public com::AutomationObject<::Remark, IRemark, kLibrary> {
+class Remark : public com::AutomationObject<IRemark, kLibrary> {
  public:
   explicit Remark(RemarkText text) : text_(std::move(text)) {}
 

@@ -19,7 +19,7 @@ struct SetSourceRow {
   long constraint_set;
 };
 
-class SetSource : public com::AutomationObject<::SetSource, ISetSource, kLibrary> {
+class SetSource : public com::AutomationObject<ISetSource, kLibrary> {
  public:
   explicit SetSource(SetSourceRow row) : row_(std::move(row)) {}
 
