@@ -57,10 +57,10 @@ class ListEnumerator : public Object<IEnumVARIANT> {
   std::size_t position_;
 };
 
-/// An ordered collection that does not change: Item by index from 0, Count, For Each. Class and
-/// Interface are the collection's in `library`, ItemInterface is that of its items.
-template <class Class, class Interface, class ItemInterface, const TypeLibrary& library>
-class List : public AutomationObject<Class, Interface, library> {
+/// An ordered collection that does not change: Item by index from 0, Count, For Each. Interface is
+/// the collection's in `library`, ItemInterface that of its items.
+template <class Interface, class ItemInterface, const TypeLibrary& library>
+class List : public AutomationObject<Interface, library> {
  public:
   /// Every object answers ItemInterface.
   explicit List(std::vector<Ptr<IDispatch>> items)

@@ -28,7 +28,7 @@ class Remark : public com::AutomationObject<IRemark, kLibrary> {
   RemarkText text_;
 };
 
-using Remarks = com::List<::Remarks, IRemarks, IRemark, kLibrary>;
+using Remarks = com::List<IRemarks, IRemark, kLibrary>;
 
 com::Ptr<IRemarks> make_remarks(const std::vector<RemarkText>& texts);
 

@@ -35,7 +35,7 @@ class SetSource : public com::AutomationObject<ISetSource, kLibrary> {
   SetSourceRow row_;
 };
 
-using SetSources = com::List<::SetSources, ISetSources, ISetSource, kLibrary>;
+using SetSources = com::List<ISetSources, ISetSource, kLibrary>;
 
 /// Where the model says that its sets come from, in the order in which they were written.
 com::Ptr<ISetSources> set_sources_of(model::Database& database);
