@@ -63,7 +63,7 @@ class Object : public First, public Rest... {
   }
 
   /// QueryInterface of `identity`, the object's own unknown.
-  HRESULT answer(IUnknown* identity, REFIID iid, void** out) {
+  HRESULT query_own(IUnknown* identity, REFIID iid, void** out) {
     if (!out) return E_POINTER;
     IUnknown* const found = IsEqualIID(iid, __uuidof(IUnknown)) ? identity : find_interface(iid);
     if (!found) return query_other(iid, out);
@@ -121,7 +121,7 @@ class Instance final : public T {
     explicit NonDelegating(Instance* owner) : object(owner) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-      return object->answer(this, iid, out);
+      return object->query_own(this, iid, out);
     }
     STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references); }
     STDMETHODIMP_(ULONG) Release() override {

@@ -22,7 +22,7 @@ class Part final : public T {
     Identity(Part* object, IUnknown* counted) : part(object), owner(counted) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-      return part->answer(this, iid, out);
+      return part->query_own(this, iid, out);
     }
     STDMETHODIMP_(ULONG) AddRef() override { return owner->AddRef(); }
     STDMETHODIMP_(ULONG) Release() override { return owner->Release(); }
