@@ -1,8 +1,5 @@
 // ModelDatabase.Load and Query.
 
-#include <cmath>
-#include <limits>
-
 #include "tests/modeldb/model_test.h"
 
 namespace {
