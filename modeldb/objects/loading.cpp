@@ -6,6 +6,7 @@
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
 #include "modeldb/ado/factories.h"
+#include "modeldb/engine/ascii.h"
 #include "modeldb/engine/failure.h"
 #include "modeldb/objects/column_reader.h"
 #include "modeldb/schema/nearest_column.h"
@@ -22,18 +23,21 @@ std::wstring list_of_tables(const Catalogue& catalogue) {
   return list;
 }
 
-/// The name of the column that the model does not have, when that is what is wrong.
-std::wstring_view missing_column(std::wstring_view clause) {
+/// The name of the column that the model does not have, when that is what is wrong: as it stands
+/// behind the name of the table, or all of it for a property of a property, such as Vertex.ID.
+std::wstring missing_column(const Kind& kind, std::wstring_view clause) {
   constexpr std::wstring_view kWords = L"no such column: ";
   const auto words = clause.find(kWords);
   if (words == std::wstring_view::npos) return {};
   const auto name = clause.substr(words + kWords.size());
-  const auto own = name.substr(0, name.find(L". Correct it."));
-  return own.substr(own.rfind(L'.') + 1);
+  std::wstring own(name.substr(0, name.find(L". Correct it.")));
+  const auto dot = own.rfind(L'.');
+  if (dot == std::wstring::npos) return own;
+  return same_name(own.substr(0, dot), kind.table) ? own.substr(dot + 1) : own.erase(dot, 1);
 }
 
 std::wstring advice(const Kind& kind, std::wstring_view clause, std::wstring_view otherwise) {
-  const auto name = missing_column(clause);
+  const std::wstring name = missing_column(kind, clause);
   const std::wstring column = name.empty() ? L"" : nearest_column(kind, name);
   return column.empty() ? std::wstring(otherwise) : L"Use the column " + column + L".";
 }
@@ -161,6 +165,22 @@ void load_record(IPersistentObject& record, const Kind& kind, IModelDatabase* da
   }
 }
 
+void load_records(const Model& model, IModelDatabase* database, const Kind& kind,
+                  const Selection& selection, IPersistentCollection& collection) {
+  const auto rows = open_rows(model, kind, selection);
+  const auto records = class_object(kind.object_class);
+  VARIANT_BOOL at_end = VARIANT_FALSE;
+  for (;;) {
+    com::check(rows->get_EOF(&at_end), rows);
+    if (at_end) break;
+    const auto record = create<IPersistentObject>(records, kind.object_interface);
+    load_record(*record, kind, database, rows);
+    com::check(collection.Add(record.get()), &collection);
+    com::check(rows->MoveNext(), rows);
+  }
+  com::check(rows->Close(), rows);
+}
+
 }  // namespace
 
 const Kind& loadable_kind(const Catalogue& catalogue, std::wstring_view name) {
@@ -193,18 +213,17 @@ com::Ptr<IDispatch> load_collection(const Model& model, IModelDatabase* database
       create<IPersistentCollection>(class_object(kind.collection_class), kind.collection_interface);
   // A write-protected file may be older than the kind.
   if (!has_table(*model.database(), kind.table)) return collection;
-  const auto rows = open_rows(model, kind, selection);
-  const auto records = class_object(kind.object_class);
-  VARIANT_BOOL at_end = VARIANT_FALSE;
-  for (;;) {
-    com::check(rows->get_EOF(&at_end), rows);
-    if (at_end) break;
-    const auto record = create<IPersistentObject>(records, kind.object_interface);
-    load_record(*record, kind, database, rows);
-    com::check(collection->Add(record.get()), collection);
-    com::check(rows->MoveNext(), rows);
+  try {
+    load_records(model, database, kind, selection, *collection);
+  } catch (const com::Error& error) {
+    if (error.result() != kTimeout) throw;
+    fail(kTimeout, L"Loading the table " + kind.table +
+                       (selection.condition.empty() ? L"" : L" by the condition ") +
+                       (selection.condition.empty() ? L"" : quoted(selection.condition)) +
+                       L" was ended, because it took longer than it may. Narrow it down, or give "
+                       L"it more time by model.Connection.CommandTimeout (in seconds; 0 for no "
+                       L"limit).");
   }
-  com::check(rows->Close(), rows);
   return collection;
 }
 

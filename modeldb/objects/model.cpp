@@ -2,6 +2,7 @@
 
 #include "modeldb/engine/ascii.h"
 #include "modeldb/engine/failure.h"
+#include "modeldb/schema/link_keeper.h"
 #include "modeldb/schema/tables.h"
 #include "modeldb/schema/vertex_guard.h"
 
@@ -24,6 +25,7 @@ Model::Model(std::wstring_view location)
   try {
     make_tables(*database_, catalogue_);
     guard_vertices(*database_, catalogue_);
+    keep_links_with_records(*database_, catalogue_);
     database_->mark_unchanged();
   } catch (...) {
     database_->close();

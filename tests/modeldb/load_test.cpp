@@ -75,6 +75,7 @@ TEST_F(LoadTest, WhatIsWrongIsSaidOfTheTextThatWasGiven) {
       "Magnitud. Correct it. Use the column Magnitude.");
   EXPECT_THAT(magnitudes(L"MultiplierID = 1"), HasSubstr("Use the column MultiplierTableID."));
   EXPECT_THAT(magnitudes(L"", L"ID"), HasSubstr("Use the column NodalForceID."));
+  EXPECT_THAT(magnitudes(L"Vertex.ID = 1"), HasSubstr("Use the column VertexID."));
   EXPECT_THAT(magnitudes(L"Nonsense = 1"), HasSubstr("such as \"VertexID = 12\""));
   EXPECT_SENTENCE(execute(L"UPDATE NodalForces SET Magnitud = 5"),
                   HasSubstr("\"UPDATE NodalForces SET Magnitud = 5\""));

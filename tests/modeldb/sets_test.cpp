@@ -73,6 +73,16 @@ TEST_F(SetsTest, DeletedSetTakesItsLinksAlong) {
   EXPECT_EQ(count(L"NodalForceLoadSets"), "0");
 }
 
+TEST_F(SetsTest, LinksStayWithTheirRecordWhateverItsKey) {
+  const auto force = make_force(1);
+  load_sets_of(force)->Add(make_load_set(L"Wind").get());
+  ASSERT_EQ(save(force), S_OK);
+  ASSERT_EQ(execute(L"UPDATE NodalForces SET NodalForceID = 50"), S_OK);
+  EXPECT_EQ(count(L"NodalForceLoadSets WHERE NodalForceID = 50"), "1");
+  ASSERT_EQ(execute(L"DELETE FROM NodalForces"), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "0");
+}
+
 TEST_F(SetsTest, LinkToASetThatTheModelLacksIsRefused) {
   const auto set = make_load_set(L"Wind");
   const auto force = make_force(1);
