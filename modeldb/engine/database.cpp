@@ -24,10 +24,16 @@ constexpr std::int64_t kCacheKibibytes = 65536;
 std::shared_ptr<Database> Database::open(std::wstring_view path, int newest_version) {
   const std::shared_ptr<Database> database(new Database(path));
   require_model_header(database->path(), newest_version);
-  database->open_file();
-  database->protect();
-  database->check_identity(newest_version);
-  database->choose_journal();
+  database->is_made_ = !file_exists(database->path());
+  try {
+    database->open_file();
+    database->protect();
+    database->check_identity(newest_version);
+    database->choose_journal();
+  } catch (...) {
+    database->discard();
+    throw;
+  }
   return database;
 }
 
@@ -105,6 +111,12 @@ void Database::close() {
   // Closing rolls back what is not committed.
   sqlite3_close(std::exchange(handle_, nullptr));
   transactions_.forget();
+}
+
+void Database::discard() {
+  const bool was_open = is_open();
+  close();
+  if (was_open && is_made_) remove_file(path_);
 }
 
 bool Database::is_read_only() {

@@ -39,6 +39,8 @@ class Database : public std::enable_shared_from_this<Database> {
 
   /// Rolls back what is not committed and closes the file, whoever still holds statements.
   void close();
+  /// Closes the file, and removes it if open() made it: nothing became of it.
+  void discard();
   [[nodiscard]] bool is_open() const { return handle_ != nullptr; }
   /// The full path of the file.
   [[nodiscard]] const std::wstring& path() const { return path_; }
@@ -135,6 +137,7 @@ class Database : public std::enable_shared_from_this<Database> {
   std::wstring path_;
   std::shared_ptr<Turns> turns_ = std::make_shared<Turns>();
   sqlite3* handle_ = nullptr;
+  bool is_made_ = false;  // there was no file before
   Authorizer authorizer_;
   TimeLimit time_limit_;
   StatementCache cache_;

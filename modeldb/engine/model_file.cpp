@@ -123,6 +123,12 @@ void require_model_header(const std::wstring& path, int newest_version) {
   require_model(header->identity(), path, newest_version);
 }
 
+bool file_exists(const std::wstring& path) {
+  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+void remove_file(const std::wstring& path) noexcept { DeleteFileW(path.c_str()); }
+
 bool is_write_protected(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) &&

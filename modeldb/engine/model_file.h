@@ -34,6 +34,12 @@ void require_model(const FileIdentity& identity, const std::wstring& path, int n
 /// cannot be read is left to SQLite.
 void require_model_header(const std::wstring& path, int newest_version);
 
+/// Whether something goes by that path.
+bool file_exists(const std::wstring& path);
+
+/// Removes the file, if that can be done.
+void remove_file(const std::wstring& path) noexcept;
+
 /// Whether there is a file with the attribute that forbids to write it.
 bool is_write_protected(const std::wstring& path);
 

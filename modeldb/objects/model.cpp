@@ -28,7 +28,7 @@ Model::Model(std::wstring_view location)
     keep_links_with_records(*database_, catalogue_);
     database_->mark_unchanged();
   } catch (...) {
-    database_->close();
+    database_->discard();
     throw;
   }
 }

@@ -95,6 +95,16 @@ TEST_F(OpenTest, PathsThatCannotBeOpenedAreToldApart) {
                   HasSubstr("is write-protected, or the name is none for a file"));
 }
 
+TEST_F(OpenTest, FileOfAModelThatCannotBeMadeDoesNotStay) {
+  const TemporaryFile other;
+  const std::wstring journal = other.path() + L"-journal";
+  ASSERT_TRUE(CreateDirectoryW(journal.c_str(), nullptr));
+  const auto model = create<ModelDatabase, IModelDatabaseFile>();
+  EXPECT_SENTENCE(model->Open(bstr(other.path()).get()), HasSubstr("write-protected"));
+  EXPECT_EQ(GetFileAttributesW(other.path().c_str()), INVALID_FILE_ATTRIBUTES);
+  RemoveDirectoryW(journal.c_str());
+}
+
 TEST_F(OpenTest, TableWhoseKeysAreUsedUpSaysSo) {
   for (const wchar_t* const greatest : {L"2147483647", L"9223372036854775807"}) {
     execute(L"INSERT INTO NodalForces (NodalForceID) VALUES (" + std::wstring(greatest) + L")");
