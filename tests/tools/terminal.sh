@@ -39,6 +39,9 @@ printf 'NodalForceID;VertexID;Magnitude;Vz;LoadSets;Description\r\n' >forces.csv
 printf '1;3;-7.25;;"Step 1, CLOAD";first\r\n;13;1e-3;-1;Step 2: wind; Step 1, CLOAD;"second; ""new"""\r\n' |
   sed 's/Step 2: wind; Step 1, CLOAD/"&"/' >>forces.csv
 orv csv-import "$model" force forces.csv
+printf 'VertexID;Magnitude;Description\r\n1;250;B\366\r\n' >latin.csv
+orv csv-import "$model" force latin.csv
+rm latin.csv
 orv csv-export "$model" force out.csv
 head -2 out.csv
 tail -1 out.csv
@@ -53,3 +56,4 @@ orv draw "$model" --deck "$deck" -o picture.svg --step 1
 head -c 4 picture.svg
 echo
 orv list
+orv frobnicate

@@ -4,11 +4,15 @@
 
 #include "tools/text/failure.h"
 #include "tools/text/file.h"
+#include "tools/text/utf8.h"
 
 namespace orv {
 namespace {
 
 constexpr int kEnd = std::char_traits<char>::eof();
+
+/// What is no character of UTF-8 does not come back as it was.
+bool is_utf8(const std::string& field) { return text::to_utf8(text::to_wide(field)) == field; }
 
 }  // namespace
 
@@ -73,6 +77,14 @@ bool CsvReader::ends_row() {
   return c == '\n' || c == '\r' || c == kEnd;
 }
 
+void CsvReader::require_utf8(const std::vector<std::string>& fields) const {
+  if (is_utf8(fields.back())) return;
+  text::fail(text::kInvalidArgument,
+             path_ + ", row " + std::to_string(row_) + ", field " + std::to_string(fields.size()) +
+                 ": the text is not in UTF-8. Save the file as UTF-8 (in a spreadsheet: \"CSV "
+                 "UTF-8\").");
+}
+
 bool CsvReader::next(std::vector<std::string>& fields) {
   while (peek() != kEnd) {
     fields.clear();
@@ -81,6 +93,7 @@ bool CsvReader::next(std::vector<std::string>& fields) {
       std::string field = peek() == '"' ? quoted_field() : std::string();
       field += plain_field();
       fields.push_back(std::move(field));
+      require_utf8(fields);
     } while (!ends_row());
     if (std::ranges::any_of(fields, [](const std::string& field) { return !field.empty(); })) {
       return true;

@@ -15,7 +15,7 @@ class CsvReader {
   explicit CsvReader(const std::string& path);
 
   /// The fields of the next row that is not blank; false at the end of the file. Raises, with a
-  /// sentence, a quotation mark that is not closed.
+  /// sentence, a quotation mark that is not closed, and a text that is not in UTF-8.
   bool next(std::vector<std::string>& fields);
   /// The number of that row, from 1, as a spreadsheet counts.
   [[nodiscard]] long row() const { return row_; }
@@ -29,6 +29,8 @@ class CsvReader {
   std::string quoted_field();
   std::string plain_field();
   bool ends_row();
+  /// Raises, with a sentence, when the last of the fields is no text in UTF-8.
+  void require_utf8(const std::vector<std::string>& fields) const;
 
   std::string path_;
   std::ifstream stream_;

@@ -59,7 +59,20 @@ ExitStatus fail_with(const std::string& sentence) {
   return kFailed;
 }
 
+/// The library would only say that a command is missing.
+bool names_no_command(const CLI::App& program, const std::vector<std::string>& arguments) {
+  if (arguments.empty() || arguments.front().starts_with('-')) return false;
+  return program
+      .get_subcommands([&](const CLI::App* each) { return each->check_name(arguments.front()); })
+      .empty();
+}
+
 ExitStatus parse_and_run(CLI::App& program, std::vector<std::string> arguments) {
+  if (names_no_command(program, arguments)) {
+    std::cerr << "orv: there is no command \"" << arguments.front()
+              << "\"; 'orv --help' lists them.\n";
+    return kWrongUsage;
+  }
   const Apartment apartment;
   try {
     // From the last to the first.
