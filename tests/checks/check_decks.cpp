@@ -1,19 +1,20 @@
-// Checks decks, without a model database in between: prints for each deck what orv check --json
-// prints for its model, with what acts in its steps.
+// Checks decks, without a model database in between.
 //
 //   check_decks FOLDER < NAMES
 //
-// NAMES are names of decks, one a line. What is printed for a deck is an object on one line:
-// "deck", "error" of a deck that cannot be read, or else "answer", and "steps" with the nodes that
-// are held or moved, and the nodes that carry forces, with freedom and value.
+// NAMES are names of decks, one a line. Prints an object a line: "deck", and "error" of a deck that
+// cannot be read, or else "answer" as orv check --json prints it, and "steps" with what there is to
+// hold against the solver's reactions.
 
 #include <iostream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "tools/checks/acting.h"
 #include "tools/checks/check.h"
 #include "tools/checks/json.h"
+#include "tools/checks/places.h"
 #include "tools/checks/resultants.h"
 #include "tools/deck/deck.h"
 #include "tools/deck/import.h"
@@ -23,25 +24,53 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+/// The nodes that are held or moved in a step, and what acts on all others: the solver's reactions
+/// are in balance with that, since it does not print loads on what is held.
+Json reactions_in(const checks::Subject& subject, const checks::Acting& acting) {
+  const checks::Places places(subject.content.vertices);
+  std::map<content::Key, content::Vector> held;
+  bool has_held_rotation = false;
+  bool has_amplitude = false;
+  checks::Resultant sum;
+  acting.each([&](const checks::Action& action) {
+    const checks::Statement& what = action.what;
+    const bool is_support =
+        what.effect == checks::Effect::held || what.effect == checks::Effect::moved;
+    if (!is_support || what.freedom > 6) return;
+    has_held_rotation |= what.freedom > 3;
+    if (const content::Vector* const place = places.of(what.node)) held.emplace(what.node, *place);
+  });
+  acting.each([&](const checks::Action& action) {
+    const checks::Statement& what = action.what;
+    if (what.effect != checks::Effect::force || action.load_case != 1) return;
+    has_amplitude |= what.multiplier != 0;
+    const auto vector = checks::global_vector(subject, what);
+    const content::Vector* const place = places.of(what.node);
+    if (!vector || place == nullptr || held.contains(what.node)) return;
+    if (what.freedom > 3) {
+      sum.add_moment(*vector);
+    } else {
+      sum.add_force(*vector, *place);
+    }
+  });
+  Json nodes = Json::array();
+  for (const auto& [node, place] : held) nodes.push_back({node, place});
+  return {{"held", nodes},
+          {"has_held_rotation", has_held_rotation},
+          {"has_amplitude", has_amplitude},
+          {"force", sum.force},
+          {"moment", sum.moment},
+          {"force_size", sum.force_size},
+          {"moment_size", sum.moment_size}};
+}
+
 Json steps_of(const checks::Subject& subject) {
   const checks::Schedule schedule = checks::schedule_of(subject);
   checks::Acting acting(subject, schedule);
-  acting.enter(0);
   Json steps = Json::array();
   for (int step = 1; step <= schedule.steps; ++step) {
     acting.enter(step);
-    Json held = Json::array();
-    Json loads = Json::array();
-    acting.each([&](const checks::Action& action) {
-      const checks::Statement& what = action.what;
-      if (what.effect == checks::Effect::held || what.effect == checks::Effect::moved) {
-        held.push_back({what.node, what.freedom});
-      }
-      if (what.effect == checks::Effect::force && action.load_case == 1) {
-        loads.push_back({what.node, what.freedom, what.value, what.system, what.multiplier});
-      }
-    });
-    steps.push_back({{"held", held}, {"loads", loads}});
+    steps.push_back(reactions_in(subject, acting));
   }
   return steps;
 }

@@ -92,7 +92,7 @@ class Summing {
       // The second load case is the imaginary part of the first.
       if (action.what.effect != Effect::force || action.load_case != 1) return;
       const bool is_added =
-          add(sum, action.what.freedom > 3, vector_of(action.what), action.what.node);
+          add(sum, action.what.freedom > 3, global_vector(subject_, action.what), action.what.node);
       for (const Origin& from : action.from) {
         (is_added ? added : left_out).emplace_back(from.batch->table, from.record);
         if (action.what.multiplier == 0) continue;
@@ -116,19 +116,6 @@ class Summing {
     return records.size() - rest.size();
   }
 
-  std::optional<content::Vector> vector_of(const Statement& force) const {
-    const std::size_t axis = (force.freedom - 1U) % 3;
-    content::Vector vector{};
-    if (force.system == 0) {
-      vector.at(axis) = force.value;
-      return vector;
-    }
-    const auto axes = subject_.axes ? subject_.axes(force.system, force.node) : std::nullopt;
-    if (!axes) return std::nullopt;
-    for (std::size_t i = 0; i < 3; ++i) vector.at(i) = force.value * axes->at(axis).at(i);
-    return vector;
-  }
-
   const Subject& subject_;
   const std::array<double, 3>& about_;
   Places places_;
@@ -136,6 +123,19 @@ class Summing {
 };
 
 }  // namespace
+
+std::optional<content::Vector> global_vector(const Subject& subject, const Statement& force) {
+  const std::size_t axis = (force.freedom - 1U) % 3;
+  content::Vector vector{};
+  if (force.system == 0) {
+    vector.at(axis) = force.value;
+    return vector;
+  }
+  const auto axes = subject.axes ? subject.axes(force.system, force.node) : std::nullopt;
+  if (!axes) return std::nullopt;
+  for (std::size_t i = 0; i < 3; ++i) vector.at(i) = force.value * axes->at(axis).at(i);
+  return vector;
+}
 
 std::vector<Resultant> resultants_of(const Subject& subject, const std::array<double, 3>& about) {
   return Summing(subject, about).run();

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
+#include <optional>
 #include <vector>
 
 #include "tools/checks/resultant.h"
+#include "tools/checks/statements.h"
 #include "tools/checks/subject.h"
 
 namespace checks {
@@ -12,5 +15,9 @@ namespace checks {
 /// Amplitudes count as 1. Moments are about the point.
 std::vector<Resultant> resultants_of(const Subject& subject,
                                      const std::array<double, 3>& about = {});
+
+/// A force or moment along the axes of the global system; nothing, if those of its own are not
+/// known.
+std::optional<content::Vector> global_vector(const Subject& subject, const Statement& force);
 
 }  // namespace checks
