@@ -127,10 +127,10 @@ class Meaning:
                       if text.startswith("*ELEMENT,") and "TYPE=" in text]
         self.is_static = "STATIC" in self.words and not any(
             word.startswith(DYNAMIC) for word in self.words)
-        self.is_nonlinear = any("NLGEOM" in text for text in texts) or any(
+        self.is_iterated = any("NLGEOM" in text or "ITERATIVE" in text for text in texts) or any(
             word.startswith(NONLINEAR) for word in self.words)
         # Moments of beams and shells act on their rotations too, and large displacements move forces.
-        self.has_moments = not self.is_nonlinear and all(
+        self.has_moments = not self.is_iterated and all(
             kind.startswith("C3D") for kind in self.types)
         self.others = {OTHERS[word] for word in self.words if word in OTHERS}
         if any(kind.startswith(AXISYMMETRIC) for kind in self.types):
@@ -154,10 +154,10 @@ class Verdicts:
         self.largest[verdict] = max(self.largest[verdict], value)
 
 
-def verdict_of(difference, is_nonlinear, reasons):
+def verdict_of(difference, is_iterated, reasons):
     if difference <= AGREES:
         return "agree"
-    if difference <= ITERATED and is_nonlinear:
+    if difference <= ITERATED and is_iterated:
         return "agree as iterated"
     return "other loads" if reasons else "differ"
 
@@ -176,7 +176,7 @@ def hold_against_reactions(options, name, steps, verdicts):
             continue
         reasons = meaning.others | ({"amplitudes"} if step["has_amplitude"] else set())
         force, moment = imbalance(step, printed[number])
-        verdict = verdict_of(force, meaning.is_nonlinear, reasons)
+        verdict = verdict_of(force, meaning.is_iterated, reasons)
         why = "has " + ", ".join(sorted(reasons)) if verdict == "other loads" else ""
         verdicts.tell(name, number, "forces: " + verdict, force, why)
         if verdict == "agree" and meaning.has_moments:
