@@ -24,6 +24,11 @@ orv list "$model" LoadSets
 orv list "$model" spring
 orv list nowhere.orvdb
 
+orv check "$model"
+orv check "$model" --about 1.5,0,0 --json | tail -n 2
+orv acting "$model" 2 | sed -n 1,6p
+orv acting "$model" 3
+
 orv export "$deck" "$model" same.inp
 cmp "$deck" same.inp && echo 'the deck is the same'
 orv export "$deck" "$model" "./$deck"

@@ -10,8 +10,11 @@ namespace checks {
 /// The sum of the forces and moments of a set, a step or a selection.
 struct Resultant {
   std::string of;  ///< the set's name, or "Step 2"
+  int step = 0;    ///< 0: it is that of a set or a selection
   std::size_t records = 0;
-  std::array<double, 3> point{};  ///< about which the moment is taken
+  std::size_t left_out = 0;        ///< records without finite numbers, coordinates or known axes
+  std::size_t with_amplitude = 0;  ///< records that count in full, and follow an amplitude
+  std::array<double, 3> point{};   ///< about which the moment is taken
   std::array<double, 3> force{};
   std::array<double, 3> moment{};
   /// Sums of absolute values, by which rounding is told from what does not balance.

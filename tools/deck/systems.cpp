@@ -52,4 +52,23 @@ std::optional<Vector> components_in(const Transform& transform, const Vector& pl
   return Vector{dot(vector, x), dot(vector, y), dot(vector, z)};
 }
 
+content::LocalAxes axes_of(const Deck& deck) {
+  return [&deck](content::Key system, content::Key node) -> std::optional<std::array<Vector, 3>> {
+    const auto place = deck.index_of_node.find(node);
+    if (!place || system < 1 || static_cast<std::size_t>(system) > deck.transforms.size()) {
+      return std::nullopt;
+    }
+    const Transform& transform = deck.transforms[static_cast<std::size_t>(system) - 1];
+    std::array<Vector, 3> axes{};
+    for (std::size_t i = 0; i < 3; ++i) {
+      Vector unit{};
+      unit.at(i) = 1;
+      const auto local = components_in(transform, deck.mesh.coordinates[*place], unit);
+      if (!local) return std::nullopt;
+      for (std::size_t axis = 0; axis < 3; ++axis) axes.at(axis).at(i) = local->at(axis);
+    }
+    return axes;
+  };
+}
+
 }  // namespace deck

@@ -3,6 +3,7 @@
 #include <array>
 #include <optional>
 
+#include "tools/content/loads.h"
 #include "tools/deck/deck.h"
 
 namespace deck {
@@ -13,5 +14,8 @@ using Vector = std::array<double, 3>;
 /// where the transform has no axes.
 std::optional<Vector> components_in(const Transform& transform, const Vector& place,
                                     const Vector& vector);
+
+/// The axes of the deck's transforms at its nodes. The deck must live as long as the result.
+content::LocalAxes axes_of(const Deck& deck);
 
 }  // namespace deck

@@ -12,33 +12,10 @@
 
 #include "tools/deck/import.h"
 #include "tools/deck/systems.h"
-#include "tools/geometry/places.h"
 #include "tools/geometry/view.h"
 #include "tools/picture/picture.h"
 
 namespace {
-
-content::LocalAxes axes_of(const deck::Deck& deck) {
-  return [&deck, places = geometry::Places(deck.mesh.node_ids)](
-             content::Key system,
-             content::Key vertex) -> std::optional<std::array<content::Vector, 3>> {
-    const std::uint32_t place = places.of(vertex);
-    if (system < 1 || static_cast<std::size_t>(system) > deck.transforms.size() ||
-        place == geometry::Places::none) {
-      return {};
-    }
-    const deck::Transform& transform = deck.transforms[system - 1];
-    std::array<content::Vector, 3> axes{};
-    for (std::size_t i = 0; i < 3; ++i) {
-      content::Vector global{};
-      global.at(i) = 1;
-      const auto local = deck::components_in(transform, deck.mesh.coordinates[place], global);
-      if (!local) return {};
-      for (std::size_t axis = 0; axis < 3; ++axis) axes.at(axis).at(i) = local->at(axis);
-    }
-    return axes;
-  };
-}
 
 int draw(const std::vector<std::string>& arguments) {
   if (arguments.size() < 2 || arguments.size() > 3) {
@@ -48,7 +25,7 @@ int draw(const std::vector<std::string>& arguments) {
   const deck::Deck deck = deck::read(arguments[0]);
   picture::Options options;
   options.title = arguments[0].substr(arguments[0].find_last_of('/') + 1);
-  options.axes = axes_of(deck);
+  options.axes = deck::axes_of(deck);
   if (arguments.size() == 3) {
     const auto from = geometry::read_direction(arguments[2]);
     if (!from) {

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "tools/checks/subject.h"
+#include "tools/model/database.h"
+#include "tools/model/origin.h"
+
+namespace model {
+
+/// What the checks look at, read from a model.
+class CheckedModel {
+ public:
+  explicit CheckedModel(Database& database);
+  CheckedModel(const CheckedModel&) = delete;
+  CheckedModel& operator=(const CheckedModel&) = delete;
+
+  [[nodiscard]] const checks::Subject& subject() const { return subject_; }
+
+ private:
+  content::Content content_;
+  Origin origin_;
+  checks::Subject subject_;
+};
+
+}  // namespace model
