@@ -109,8 +109,8 @@ std::vector<std::string> draw(model::Database& database, const Options& options,
   require_valid(options);
   const model::CheckedModel model(database);
   const checks::Subject& subject = model.subject();
-  picture::Picture drawn = picture::draw(mesh_of(options.deck), subject.content,
-                                         picture_of(database, subject, options));
+  picture::Picture drawn =
+      picture::draw(mesh_of(options.deck), subject.content, picture_of(database, subject, options));
   write(path, drawn.svg);
   return std::move(drawn.notes);
 }
