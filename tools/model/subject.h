@@ -21,4 +21,8 @@ class CheckedModel {
   checks::Subject subject_;
 };
 
+/// Raises kInvalidArgument, with a sentence, unless the model has that step; 0 is the part before
+/// the first.
+void require_step(const checks::Subject& subject, int step);
+
 }  // namespace model

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 #include "tools/orv/listing.h"
 #include "tools/orv/output.h"
@@ -45,7 +46,7 @@ double read_real(const std::string& column, const std::string& text) {
 }  // namespace
 
 RecordImport::RecordImport(model::Database& database, const model::Kind& kind,
-                           const std::vector<std::string>& columns)
+                           const std::vector<std::string>& columns, std::vector<double> new_record)
     : database_(database),
       kind_(kind),
       columns_(columns),
@@ -54,6 +55,7 @@ RecordImport::RecordImport(model::Database& database, const model::Kind& kind,
       vertex_(place_of("VertexID")),
       coordinates_{place_of("X"), place_of("Y"), place_of("Z")},
       sets_(place_of(kind.sets)),
+      new_record_(std::move(new_record)),
       new_vertices_(database, "Vertices", "VertexID, Description, X, Y, Z"),
       new_records_(database, kind.table, kind.key() + ", " + insert_columns()) {
   for (const std::string& column : kind.columns) values_.push_back(place_of(column));
@@ -184,12 +186,11 @@ void RecordImport::add_values(model::Insertion& rows, const Cells& cells, long v
   rows.add(vertex);
   for (std::size_t i = 0; i < values_.size(); ++i) {
     const std::string& text = cell(cells, values_[i]);
-    if (text.empty()) {
-      rows.add(0L);
-    } else if (kind_.is_whole[i]) {
-      rows.add(read_whole(kind_.columns[i], text));
+    if (kind_.is_whole[i]) {
+      rows.add(text.empty() ? static_cast<long>(new_record_[i])
+                            : read_whole(kind_.columns[i], text));
     } else {
-      rows.add(read_real(kind_.columns[i], text));
+      rows.add(text.empty() ? new_record_[i] : read_real(kind_.columns[i], text));
     }
   }
 }
@@ -224,7 +225,8 @@ void RecordImport::change(const Cells& cells, long key, long vertex,
   for (std::size_t i = 0; i < values_.size(); ++i) {
     if (values_[i] == kAbsent) continue;
     const std::string& column = kind_.columns[i];
-    const std::string text = cell(cells, values_[i]).empty() ? "0" : cell(cells, values_[i]);
+    const std::string& given = cell(cells, values_[i]);
+    const std::string text = given.empty() ? number_text(new_record_[i]) : given;
     sql += ", " + column + " = " +
            (kind_.is_whole[i] ? std::to_string(read_whole(column, text))
                               : number_text(read_real(column, text)));

@@ -23,13 +23,14 @@ struct RowFault {
 /// begun. Columns bear the names that Listing gives them, in any order.
 ///
 /// A row with a key changes that record; one without makes a new record. A column that is not there
-/// leaves a record as it is, and a new one with 0. Sets that the model does not have are made; so
-/// are vertices, when their coordinates are given.
+/// leaves a record as it is; there, and where a cell is empty, a new one keeps its own value. Sets
+/// that the model does not have are made; so are vertices, when their coordinates are given.
 class RecordImport {
  public:
-  /// Raises, with a sentence, a name that is no column, is there twice, or is missing.
+  /// `new_record` has the values of a new record in the kind's columns. Raises, with a sentence, a
+  /// name that is no column, is there twice, or is missing.
   RecordImport(model::Database& database, const model::Kind& kind,
-               const std::vector<std::string>& columns);
+               const std::vector<std::string>& columns, std::vector<double> new_record);
 
   /// Throws RowFault; then the transaction is of no use any more.
   void add(const std::vector<std::string>& cells);
@@ -65,6 +66,8 @@ class RecordImport {
   std::array<std::size_t, 3> coordinates_;
   std::size_t sets_;
   std::vector<std::size_t> values_;  // places of the kind's columns, kAbsent for those not given
+
+  std::vector<double> new_record_;
 
   std::unordered_set<long> keys_;  // of records that may still be changed
   std::unordered_map<long, std::array<double, 3>> vertices_;

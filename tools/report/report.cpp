@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <string_view>
 
 #include "tools/picture/svg.h"
 #include "tools/report/style.h"
@@ -30,6 +31,13 @@ SetNames names_of_sets(const content::Content& content) {
     for (const content::Set& set : table.sets) names[{table.name, set.id}] = set.name;
   }
   return names;
+}
+
+// Whether a column says yes or no: a degree of freedom that is held.
+bool is_truth(const content::Table& table, const std::string& column) {
+  constexpr std::array<std::string_view, 6> kFreedoms = {"Tx", "Ty", "Tz", "Rx", "Ry", "Rz"};
+  return table.name == "NodalBoundaryConditions" &&
+         std::ranges::find(kFreedoms, column) != kFreedoms.end();
 }
 
 class Page {
@@ -119,6 +127,18 @@ class Page {
       text_ += "</tr>\n";
     }
     end_table();
+    for (const checks::Resultant& sum : options_.resultants) {
+      if (sum.left_out > 0) {
+        text_ += paragraph(sum.of + ": without " + counted(sum.left_out, "record") +
+                               ", of which no coordinates, axes or finite numbers are known.",
+                           " class=\"quiet\"");
+      }
+      if (sum.with_amplitude > 0) {
+        text_ += paragraph(sum.of + ": " + counted(sum.with_amplitude, "record") +
+                               " with an amplitude, which counts as 1.",
+                           " class=\"quiet\"");
+      }
+    }
   }
 
   void sets() {
@@ -187,7 +207,12 @@ class Page {
     }
     cell(std::to_string(table.vertices[record]), "number");
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
-      cell(svg::exact(table.values[record * table.columns.size() + column]), "number");
+      const double value = table.values[record * table.columns.size() + column];
+      if (is_truth(table, table.columns[column])) {
+        cell(value == 0 ? "" : "held", "");
+      } else {
+        cell(svg::exact(value), "number");
+      }
     }
     std::string sets;
     for (const content::Key id : table.set_ids[record]) {

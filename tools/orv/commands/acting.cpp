@@ -3,12 +3,10 @@
 #include <iostream>
 #include <memory>
 
-#include "tools/checks/schedule.h"
 #include "tools/checks/text.h"
 #include "tools/model/subject.h"
 #include "tools/orv/command.h"
 #include "tools/orv/model_file.h"
-#include "tools/text/failure.h"
 
 namespace orv {
 namespace {
@@ -24,12 +22,7 @@ void run(const Options& options) {
   model::Database database = file.database();
   const model::CheckedModel checked(database);
   const checks::Subject& subject = checked.subject();
-  const int steps = checks::schedule_of(subject).steps;
-  if (options.step < 0 || options.step > steps) {
-    text::fail(text::kInvalidArgument, "The model has no step " + std::to_string(options.step) +
-                                           ". Its steps are 1 to " + std::to_string(steps) +
-                                           "; 0 is the part before the first.");
-  }
+  model::require_step(subject, options.step);
   if (options.json) {
     std::cout << checks::acting_json(subject, options.step);
     return;

@@ -2,10 +2,12 @@
 
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "tools/orv/command.h"
 #include "tools/orv/csv_reader.h"
 #include "tools/orv/model_file.h"
+#include "tools/orv/new_record.h"
 #include "tools/orv/progress.h"
 #include "tools/orv/record_import.h"
 #include "tools/text/failure.h"
@@ -54,8 +56,9 @@ void run(const Options& options) {
                "The file \"" + options.file + "\" is empty. Its first row must name the columns.");
   }
   const Progress progress("Reading " + options.file);
+  std::vector<double> new_record = values_of_new_record(file, kind);
   model::Transaction transaction(database);
-  RecordImport records(database, kind, header);
+  RecordImport records(database, kind, header, std::move(new_record));
   take_rows(reader, records);
   records.finish();
   transaction.commit();

@@ -1,0 +1,39 @@
+// orv report: a page about a model.
+
+#include <memory>
+
+#include "tools/orv/model_file.h"
+#include "tools/orv/progress.h"
+#include "tools/orv/view_options.h"
+
+namespace orv {
+namespace {
+
+struct Options {
+  std::string model;
+  std::string out;
+  views::Options view;
+};
+
+void run(const Options& options) {
+  const ModelFile file = ModelFile::open(options.model);
+  model::Database database = file.database();
+  const Progress progress("Writing " + options.out);
+  views::report(database, options.view, options.out);
+}
+
+const Command command(70, [](CLI::App& program) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const report = program.add_subcommand(
+      "report", "Writes a page about a model: picture, findings, resultants, sets and records");
+  report->add_option("MODEL", options->model, "The model")->required();
+  report->add_option("-o,--output", options->out, "The page to write")->required();
+  add_view_options(*report, options->view);
+  add_example(report,
+              "orv report plate.orvdb --deck plate.inp -o report.html\n"
+              "The options choose what the picture shows; the rest is about the whole model.");
+  report->callback([options] { run(*options); });
+});
+
+}  // namespace
+}  // namespace orv
