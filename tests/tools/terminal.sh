@@ -69,3 +69,10 @@ orv csv-import "$model" NodalRigidBoundaries rigid.csv
 orv csv-export "$model" NodalRigidBoundaries
 orv list
 orv frobnicate
+orv list "$model" force --where '1=1) UNION ALL SELECT 1 FROM LoadSets WHERE (1=1'
+orv draw "$model" --deck "$deck" -o "$deck"
+orv csv-export "$model" force "$model"
+printf 'VertexID;LoadSets\r\n1;"""a;b""; snow"\r\n' >names.csv
+orv csv-import "$model" force names.csv
+orv csv-export "$model" force names.csv
+tail -1 names.csv

@@ -1,7 +1,13 @@
 #include "tools/orv/listing.h"
 
+#include <orv_modeldb.h>
+
 #include <algorithm>
 
+#include "com/bstr.h"
+#include "com/error.h"
+#include "com/ptr.h"
+#include "com/variant.h"
 #include "tools/text/failure.h"
 #include "tools/text/utf8.h"
 
@@ -33,6 +39,30 @@ void require_set(model::Database& database, const std::string& table, const std:
 
 bool is_set_table(const std::string& table) {
   return std::ranges::find(model::kSetTables, table) != std::end(model::kSetTables);
+}
+
+/// A condition that is one expression can stand in any place for one; a text that closes the
+/// parenthesis around it, to go on with something else, fails in the second place.
+void require_condition(model::Database& database, const std::string& name,
+                       const std::string& where) {
+  const std::string table = is_set_table(name) || name == "Vertices"
+                                ? name
+                                : model::find_kind(model::kinds_of(database), name).table;
+  try {
+    database.query("SELECT 1 FROM " + table + " WHERE (" + where + ") LIMIT 1");
+    database.query("SELECT CASE WHEN " + where + " THEN 1 END FROM " + table + " LIMIT 1");
+  } catch (const com::Error& error) {
+    // What the model says of such a condition names it, and the column that was meant.
+    const auto model = com::Ptr<IDispatch>(database.object()).query<IModelDatabaseFile>();
+    com::Ptr<IDispatch> records;
+    const com::Variant none = com::Variant::omitted();
+    if (model) {
+      com::check(model->Load(com::Bstr(text::to_wide(table)).get(),
+                             com::Variant(com::Bstr(text::to_wide(where))), none, records.put()),
+                 model);
+    }
+    throw;
+  }
 }
 
 /// With the card of the deck that each comes from.
@@ -79,6 +109,7 @@ Listing::Listing(model::Database& database, const std::string& table, const std:
                  const std::string& set) {
   const std::string condition = where.empty() ? "" : "(" + where + ")";
   const bool is_of_sets = is_set_table(table);
+  if (!where.empty()) require_condition(database, table, where);
   if (!is_of_sets && table != "Vertices") {
     open_records(database, model::find_kind(model::kinds_of(database), table), condition, set);
     return;

@@ -4,7 +4,9 @@
 #include <io.h>
 #include <windows.h>
 
+#include <cstdio>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -59,6 +61,20 @@ ExitStatus fail_with(const std::string& sentence) {
   return kFailed;
 }
 
+constexpr char kLostOutput[] =
+    "What was printed could not be written to its end. Is there room for it, and does somebody "
+    "read it?";
+
+/// Whether all that was printed has arrived.
+bool is_output_whole() {
+  std::cout.flush();
+  return std::cout.good() && std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
+void require_output() {
+  if (!is_output_whole()) throw std::runtime_error(kLostOutput);
+}
+
 /// The library would only say that a command is missing.
 bool names_no_command(const CLI::App& program, const std::vector<std::string>& arguments) {
   if (arguments.empty() || arguments.front().starts_with('-')) return false;
@@ -77,11 +93,12 @@ ExitStatus parse_and_run(CLI::App& program, std::vector<std::string> arguments) 
   try {
     // From the last to the first.
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    require_output();
     return kDone;
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? kDone : kWrongUsage;
   } catch (const EndWith& end) {
-    return end.status;
+    return is_output_whole() ? end.status : fail_with(kLostOutput);
   } catch (const com::Error& error) {
     return fail_with(words_of(error));
   } catch (const std::bad_alloc&) {

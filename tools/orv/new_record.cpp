@@ -33,8 +33,8 @@ std::vector<double> values_of_new_record(const ModelFile& file, const model::Kin
   com::check(file.object()->AppendRows(com::Bstr(text::to_wide(kind.table)).get(), column,
                                        one_blank_cell(), keys.put()),
              file.object());
-  model::Rows rows = database.query("SELECT * FROM " + kind.table + " ORDER BY " + kind.key() +
-                                    " DESC LIMIT 1");
+  model::Rows rows =
+      database.query("SELECT * FROM " + kind.table + " ORDER BY " + kind.key() + " DESC LIMIT 1");
   rows.next();
   const std::vector<model::Column> columns = rows.columns();
   std::vector<double> values;

@@ -6,11 +6,14 @@
 namespace orv {
 namespace {
 
-std::string csv_field(const std::string& text) {
-  if (text.find_first_of(",;\"\r\n") == std::string::npos) return text;
+std::string quoted_field(const std::string& text) {
   std::string field = "\"";
   for (const char c : text) field += c == '"' ? std::string("\"\"") : std::string(1, c);
   return field + '"';
+}
+
+std::string csv_field(const std::string& text) {
+  return text.find_first_of(",;\"\r\n") == std::string::npos ? text : quoted_field(text);
 }
 
 nlohmann::ordered_json json_of(const Cell& cell) {
@@ -23,6 +26,13 @@ nlohmann::ordered_json json_of(const Cell& cell) {
         }
       },
       cell);
+}
+
+/// A name that would not read back among others stands between quotation marks.
+std::string set_name_text(const std::string& name) {
+  const bool is_plain = !name.empty() && name.front() != ' ' && name.back() != ' ' &&
+                        name.find_first_of(";\"") == std::string::npos;
+  return is_plain ? name : quoted_field(name);
 }
 
 }  // namespace
@@ -38,7 +48,11 @@ std::string cell_text(const Cell& cell) {
   if (const auto* const text = std::get_if<std::string>(&cell)) return *text;
   std::string text;
   if (const auto* const names = std::get_if<Names>(&cell)) {
-    for (const std::string& name : *names) text += (text.empty() ? "" : "; ") + name;
+    bool is_first = true;
+    for (const std::string& name : *names) {
+      text += (is_first ? "" : "; ") + set_name_text(name);
+      is_first = false;
+    }
   }
   return text;
 }

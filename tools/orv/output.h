@@ -9,7 +9,8 @@ namespace orv {
 
 /// A number in its shortest form that reads back as the same one.
 std::string number_text(double number);
-/// A cell as text: numbers as above, names of sets with "; " between them.
+/// A cell as text: numbers as above, names of sets with "; " between them, those
+/// that hold a semicolon or a quotation mark, or a blank at an end, between quotation marks.
 std::string cell_text(const Cell& cell);
 
 /// Comma-separated values with a header of the columns' names, as RFC 4180 has them, with line ends

@@ -18,6 +18,30 @@ std::string trimmed(const std::string& text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+/// The names in a cell, as cell_text writes them: with semicolons between them, and between
+/// quotation marks where a name could be misread.
+std::vector<std::string> names_in(const std::string& cell) {
+  std::vector<std::string> names;
+  for (std::size_t place = cell.find_first_not_of(' '); place < cell.size();) {
+    std::string name;
+    if (cell[place] == '"') {
+      for (++place; place < cell.size(); ++place) {
+        if (cell[place] == '"' && (++place == cell.size() || cell[place] != '"')) break;
+        name += cell[place];
+      }
+      place = cell.find(';', place);
+      names.push_back(name);
+    } else {
+      const std::size_t end = std::min(cell.find(';', place), cell.size());
+      name = trimmed(cell.substr(place, end - place));
+      place = end;
+      if (!name.empty()) names.push_back(name);
+    }
+    place = place < cell.size() ? cell.find_first_not_of(' ', place + 1) : place;
+  }
+  return names;
+}
+
 template <class Number>
 bool read(const std::string& text, Number& number) {
   const char* first = text.data();
@@ -161,12 +185,7 @@ long RecordImport::read_vertex(const Cells& cells) {
 
 std::vector<long> RecordImport::read_sets(const Cells& cells) {
   std::vector<long> sets;
-  const std::string& names = cell(cells, sets_);
-  for (std::size_t start = 0; start < names.size();) {
-    const std::size_t end = std::min(names.find(';', start), names.size());
-    const std::string name = trimmed(names.substr(start, end - start));
-    start = end + 1;
-    if (name.empty()) continue;
+  for (const std::string& name : names_in(cell(cells, sets_))) {
     const auto [set, is_new] = set_ids_.try_emplace(name, 0);
     if (is_new) {
       database_.execute("INSERT INTO " + kind_.sets + " (Description) VALUES (" +

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <system_error>
 
 #include "tools/text/failure.h"
@@ -40,7 +41,24 @@ std::string read_file(std::string_view path) {
   return bytes;
 }
 
+namespace {
+
+/// What such a file begins with is all that a model is known by without opening it.
+bool is_database(const std::filesystem::path& path) {
+  constexpr std::string_view kBeginning = "SQLite format 3";
+  std::array<char, kBeginning.size()> bytes{};
+  std::ifstream stream(path, std::ios::binary);
+  return stream.read(bytes.data(), bytes.size()) &&
+         std::string_view(bytes.data(), bytes.size()) == kBeginning;
+}
+
+}  // namespace
+
 NewFile::NewFile(std::string_view path) : name_(path), path_(path_of(path)) {
+  if (is_database(path_)) {
+    fail(kCannotWriteFile,
+         "The file \"" + name_ + "\" is a model, which is not written over. Choose another name.");
+  }
   temporary_ = path_;
   temporary_ += L"." + std::to_wstring(GetCurrentProcessId()) + L".partial";
   stream_.open(temporary_, std::ios::binary | std::ios::trunc);

@@ -19,9 +19,10 @@ bool is_same_file(const std::filesystem::path& first, const std::filesystem::pat
 std::string read_file(std::string_view path);
 
 /// A file that is written under a temporary name beside its own, which it gets when it is complete:
-/// until then what had the name before is untouched.
+/// until then what had the name before is untouched. It takes the place of any file but a model.
 class NewFile {
  public:
+  /// Raises kCannotWriteFile when the file cannot be made, or a model has the name.
   explicit NewFile(std::string_view path);
   /// Removes what was written, unless it was completed.
   ~NewFile();

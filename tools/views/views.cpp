@@ -87,7 +87,13 @@ picture::Options picture_of(model::Database& database, const checks::Subject& su
   return picture;
 }
 
-void write(const std::string& path, const std::string& text) {
+void write(const Options& options, const std::string& path, const std::string& text) {
+  if (!options.deck.empty() &&
+      text::is_same_file(text::path_of(options.deck), text::path_of(path))) {
+    text::fail(text::kInvalidArgument, "\"" + path +
+                                           "\" is the deck itself, which is not written over. "
+                                           "Choose another name.");
+  }
   text::NewFile out(path);
   out.write(text);
   out.complete();
@@ -111,7 +117,7 @@ std::vector<std::string> draw(model::Database& database, const Options& options,
   const checks::Subject& subject = model.subject();
   picture::Picture drawn =
       picture::draw(mesh_of(options.deck), subject.content, picture_of(database, subject, options));
-  write(path, drawn.svg);
+  write(options, path, drawn.svg);
   return std::move(drawn.notes);
 }
 
@@ -127,7 +133,7 @@ void report(model::Database& database, const Options& options, const std::string
   page.resultants = checks::resultants_of(subject);
   if (page.title.empty()) page.title = deck.empty() ? "Loads and supports" : deck;
   if (!deck.empty()) page.subtitle = "Imported from the deck " + deck + ".";
-  write(path, report::html(mesh_of(options.deck), subject.content, page));
+  write(options, path, report::html(mesh_of(options.deck), subject.content, page));
 }
 
 }  // namespace views
