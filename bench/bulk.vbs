@@ -5,7 +5,7 @@
 folder = WScript.Arguments(0)
 many = CLng(WScript.Arguments(1))
 few = CLng(WScript.Arguments(2))
-Dim cells()
+Dim cells
 
 Set model = OpenModel("one_by_one")
 began = Timer

@@ -1,7 +1,7 @@
 // A reserve of memory for exceptions, for when there is no other: without it a lack of memory could
-// not be reported. The compiler's runtime has one as well, but guards it by a lock that takes memory
-// when it is first used, and keeps a note for each thread, which takes memory at the thread's first
-// exception; failing at either it never comes back or ends the process.
+// not be reported. The compiler's runtime has one as well, but guards it by a lock that takes
+// memory when it is first used, and keeps a note for each thread, which takes memory at the
+// thread's first exception; failing at either it never comes back or ends the process.
 //
 // Compiled into every module, which is linked with --wrap for the functions below.
 
@@ -66,9 +66,7 @@ void* __wrap_calloc(std::size_t count, std::size_t size) {
   return memory || !in_need() || count > sizeof(Place) ? memory : take_place(count * size);
 }
 
-void __wrap_free(void* memory) {
-  is_place(memory) ? give_back(memory) : __real_free(memory);
-}
+void __wrap_free(void* memory) { is_place(memory) ? give_back(memory) : __real_free(memory); }
 
 void* __wrap_realloc(void* memory, std::size_t size) {
   if (!memory) return __wrap_malloc(size);
