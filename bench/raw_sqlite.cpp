@@ -43,7 +43,7 @@ RawDatabase::RawDatabase(const ScratchFile& file) {
   handle_.reset(handle);
   check(result);
   for (const char* const setting : {"PRAGMA journal_mode = DELETE", "PRAGMA synchronous = FULL",
-                                    "PRAGMA cache_size = -65536", "PRAGMA foreign_keys = OFF"}) {
+                                    "PRAGMA cache_size = -65536", "PRAGMA foreign_keys = ON"}) {
     run(setting);
   }
 }

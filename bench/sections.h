@@ -10,5 +10,6 @@ void run_late_binding(const Options& options);
 void run_creation(const Options& options);
 void run_collections(const Options& options);
 void run_database(const Options& options);
+void run_bulk(const Options& options);
 
 }  // namespace bench

@@ -26,13 +26,16 @@ add_custom_target(modules)
 #              IDL_TARGETS node_idl PROXIES kinds_idl LIBS collections)
 function(orv_module name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "RC" "SOURCES;IDL_TARGETS;PROXIES;LIBS")
-  add_library(${name} MODULE ${arg_SOURCES} ${arg_RC}
-                             ${CMAKE_SOURCE_DIR}/com/module.def)
+  add_library(${name} MODULE ${arg_SOURCES} ${CMAKE_SOURCE_DIR}/com/exception_reserve.cpp
+                             ${arg_RC} ${CMAKE_SOURCE_DIR}/com/module.def)
   set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${ORV_OUT_DIR})
   target_include_directories(
     ${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR} ${ORV_GENERATED_DIR})
   target_link_libraries(${name} PRIVATE ${arg_LIBS} ${arg_IDL_TARGETS} ole32 oleaut32 rpcrt4 uuid)
   orv_fix_image_base(${name})
+  foreach(function malloc calloc realloc free __cxa_allocate_exception)
+    target_link_options(${name} PRIVATE -Wl,--wrap=${function})  # com/exception_reserve.cpp
+  endforeach()
   if(arg_PROXIES)
     orv_add_proxies(${name} "${arg_PROXIES}")
   endif()

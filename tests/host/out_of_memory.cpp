@@ -28,6 +28,14 @@ bool fails() {
 
 void* allocate(std::size_t size) { return fails() ? nullptr : std::malloc(size); }
 
+void* allocate_zeros(std::size_t count, std::size_t size) {
+  return fails() ? nullptr : std::calloc(count, size);
+}
+
+void* reallocate(void* memory, std::size_t size) {
+  return fails() ? nullptr : std::realloc(memory, size);
+}
+
 BSTR WINAPI allocate_string(const OLECHAR* text, UINT length) {
   return fails() ? nullptr : SysAllocStringLen(text, length);
 }
@@ -57,6 +65,8 @@ void* address(Function* function) {
 
 Replacement replacements[] = {
     {"malloc", address(allocate)},
+    {"calloc", address(allocate_zeros)},
+    {"realloc", address(reallocate)},
     {"SysAllocStringLen", address(allocate_string)},
     {"SafeArrayCreateVector", address(allocate_array)},
     {"VariantCopy", address(copy)},
@@ -126,11 +136,5 @@ OutOfMemory::~OutOfMemory() {
 bool OutOfMemory::ran_out() const { return state.allocations >= state.first; }
 void OutOfMemory::start() { state.counting = true; }
 void OutOfMemory::stop() { state.counting = false; }
-
-void use_reserve_for_exceptions() {
-  // The object that is made, and the exception that says that it cannot be.
-  OutOfMemory memory(1, 2);
-  memory.during([] { return server::make(__uuidof(NodalCharge)) ? S_OK : E_OUTOFMEMORY; });
-}
 
 }  // namespace server

@@ -41,10 +41,6 @@ class OutOfMemory {
   static void stop();
 };
 
-/// Runs something that fails for want of memory, after which the C++ runtime can do so again: the
-/// first exception allocates the lock of the reserve from which it then allocates exceptions.
-void use_reserve_for_exceptions();
-
 /// Whether every one of several runs leaves blocks of memory over. What is made once and kept, and
 /// the heap's own growth, show in some runs only.
 template <class Run>
@@ -61,7 +57,6 @@ bool leaks(Run&& run) {
 /// left that could fail; then the same with every later allocation failing as well.
 template <class Scenario>
 void with_each_allocation_failing(Scenario&& scenario) {
-  use_reserve_for_exceptions();
   for (const bool only_one : {true, false}) {
     std::size_t number = 1;
     for (bool ran_out = true; ran_out; ++number) {
