@@ -13,3 +13,5 @@ for (var i = 0; i < parseInt(WScript.Arguments(2), 10); i++) {
     deck.CopyTo(model);
     model.Close();
 }
+// The measuring program sees what was consumed before this one is gone.
+WScript.Sleep(500);

@@ -56,7 +56,7 @@ def find(mark):
 
 
 def run(words, folder, expected, mark=None):
-    """What the program consumed, as it was seen last, a fiftieth of a second before its end."""
+    """What the program consumed, as it was seen last: deck.js rests before it ends."""
     child = subprocess.Popen(words, cwd=folder, stdin=subprocess.DEVNULL,
                              stdout=subprocess.DEVNULL, env=dict(os.environ, OMP_NUM_THREADS="1"))
     process = None if mark else Path(f"/proc/{child.pid}")
