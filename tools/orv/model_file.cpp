@@ -19,8 +19,9 @@ bool is_there(const std::string& path) {
 
 }  // namespace
 
-ModelFile::ModelFile(const std::string& path)
-    : object_(create<::ModelDatabase, IModelDatabaseFile>()) {
+ModelFile::ModelFile() : object_(create<::ModelDatabase, IModelDatabaseFile>()) {}
+
+void ModelFile::attach(const std::string& path) {
   com::check(object_->Open(com::Bstr(text::to_wide(path)).get()), object_);
 }
 
@@ -29,13 +30,16 @@ ModelFile ModelFile::open(const std::string& path) {
     text::fail(text::kCannotReadFile,
                "There is no model \"" + path + "\". 'orv import' makes one from a deck.");
   }
-  return ModelFile(path);
+  ModelFile file;
+  file.attach(path);
+  return file;
 }
 
 ModelFile ModelFile::open_or_make(const std::string& path) {
-  const bool is_new = !is_there(path);
-  ModelFile file(path);
-  if (is_new) file.made_ = path;
+  ModelFile file;
+  // Before it is opened: what a full disk leaves of it is removed, too.
+  if (!is_there(path)) file.made_ = path;
+  file.attach(path);
   return file;
 }
 

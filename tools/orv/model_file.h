@@ -27,7 +27,8 @@ class ModelFile {
   [[nodiscard]] model::Database database() const { return model::Database(object_.get()); }
 
  private:
-  explicit ModelFile(const std::string& path);
+  ModelFile();
+  void attach(const std::string& path);
 
   com::Ptr<IModelDatabaseFile> object_;
   std::string made_;  // path of a file that was not there before
