@@ -14,6 +14,7 @@ The faults stand in faults.txt beside this program: blocks of lines, a blank lin
 The copy is built once and then piece by piece. The program ends with 1 when a fault survives without
 a reason, is caught in spite of one, does not build, or is no longer found.
 """
+import fcntl
 import os
 import re
 import shutil
@@ -126,6 +127,12 @@ def main():
               if chosen.search(fault['file'] + ' ' + fault['text'])]
     if not faults:
         sys.exit('mutate: no fault is chosen')
+    os.makedirs(target, exist_ok=True)
+    lock = open(target.rstrip('/') + '.lock', 'w')
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        sys.exit('mutate: another run is at work in this copy; wait for it, or end it')
     copy_checkout(checkout, target)
     copy = Copy(target)
     names = sorted({name for fault in faults
