@@ -46,4 +46,21 @@ TEST_F(RegistrationFreeModelTest, ForceIsSavedAndLoaded) {
   EXPECT_EQ(value, 4.5);
 }
 
+TEST_F(RegistrationFreeModelTest, FirstOfTwoModelsThatClosesLeavesTheClassesToTheOther) {
+  const model_test::TemporaryFile other_file;
+  const auto other = model_test::create<ModelDatabase, IModelDatabaseFile>();
+  ASSERT_EQ(other->Open(model_test::bstr(other_file.path()).get()), S_OK);
+  // What the models themselves serve: nothing else is found outside of the manifest.
+  const frame::Activated no_manifest(nullptr);
+  const auto makes_a_vertex = [] {
+    com::Ptr<IUnknown> vertex;
+    return CoCreateInstance(__uuidof(HostVertex), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                            vertex.put_void());
+  };
+  database->Close();
+  EXPECT_EQ(makes_a_vertex(), S_OK);
+  other->Close();
+  EXPECT_TRUE(FAILED(makes_a_vertex()));
+}
+
 }  // namespace
