@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/automation/acting.h"
 #include "tools/automation/answer.h"
 #include "tools/checks/check.h"
 #include "tools/checks/json.h"
@@ -12,12 +13,6 @@
 
 namespace automation {
 namespace {
-
-template <class Number>
-HRESULT number(Number* out, Number value) {
-  *out = value;
-  return S_OK;
-}
 
 double coordinate(const VARIANT& argument) {
   return com::is_omitted(argument) ? 0 : com::Variant(argument).as(VT_R8).get().dblVal;
@@ -97,6 +92,20 @@ STDMETHODIMP Check::Resultants(IDispatch* pModelDatabase, VARIANT vX, VARIANT vY
       items.push_back(com::make<Resultant>(std::move(sum)));
     }
     *pVal = com::make<automation::Resultants>(std::move(items)).detach();
+  });
+}
+
+STDMETHODIMP Check::Acting(IDispatch* pModelDatabase, long Step, IStepActions** pVal) {
+  return com::boundary([&] {
+    *pVal = nullptr;
+    model::Database database(pModelDatabase);
+    const model::CheckedModel checked(database);
+    model::require_step(checked.subject(), static_cast<int>(Step));
+    std::vector<com::Ptr<IDispatch>> items;
+    checks::each_action(
+        checked.subject(), static_cast<int>(Step),
+        [&](const checks::StepAction& action) { items.push_back(com::make<StepAction>(action)); });
+    *pVal = com::make<StepActions>(std::move(items)).detach();
   });
 }
 

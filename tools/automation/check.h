@@ -59,6 +59,8 @@ class Check : public com::AutomationObject<ICheck, kLibrary> {
   STDMETHODIMP Run(IDispatch* pModelDatabase, IFindings** pVal) override;
   STDMETHODIMP Resultants(IDispatch* pModelDatabase, VARIANT vX, VARIANT vY, VARIANT vZ,
                           IResultants** pVal) override;
+  /// Fails, with a sentence, when the model has no such step.
+  STDMETHODIMP Acting(IDispatch* pModelDatabase, long Step, IStepActions** pVal) override;
 };
 
 }  // namespace automation

@@ -13,9 +13,10 @@ namespace checks {
 std::string text(const std::vector<Finding>& findings);
 std::string text(const std::vector<Resultant>& resultants);
 
-/// What acts in a step, and which records said it: a table, or an array of JSON objects, one a
-/// line.
+/// What acts in a step, and which records said it: a table; empty, if nothing acts.
 std::string acting_text(const Subject& subject, int step);
-std::string acting_json(const Subject& subject, int step);
+
+/// A number as people read it, with six digits.
+std::string number_text(double value);
 
 }  // namespace checks

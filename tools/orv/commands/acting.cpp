@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "tools/checks/step_actions.h"
 #include "tools/checks/text.h"
 #include "tools/model/subject.h"
 #include "tools/orv/command.h"
@@ -24,7 +25,7 @@ void run(const Options& options) {
   const checks::Subject& subject = checked.subject();
   model::require_step(subject, options.step);
   if (options.json) {
-    std::cout << checks::acting_json(subject, options.step);
+    std::cout << checks::actions_json(subject, options.step);
     return;
   }
   const std::string text = checks::acting_text(subject, options.step);
