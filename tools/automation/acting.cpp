@@ -12,9 +12,8 @@ STDMETHODIMP ActingRecord::get_ID(long* pVal) { return number<long>(pVal, record
 STDMETHODIMP ActingRecord::get_SetName(BSTR* pVal) { return answer(pVal, record_.set); }
 
 STDMETHODIMP StepAction::get_Text(BSTR* pVal) {
-  return com::boundary([&] {
-    *pVal = com::Bstr(text::to_wide(checks::sentence_of(action_))).detach();
-  });
+  return com::boundary(
+      [&] { *pVal = com::Bstr(text::to_wide(checks::sentence_of(action_))).detach(); });
 }
 STDMETHODIMP StepAction::get_Node(long* pVal) { return number<long>(pVal, action_.node); }
 STDMETHODIMP StepAction::get_Freedom(long* pVal) { return number<long>(pVal, action_.freedom); }
