@@ -1,6 +1,7 @@
 #include "tools/checks/check.h"
 
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
@@ -147,7 +148,7 @@ TEST(Check, OneFindingStandsForAllRecordsWithTheSameFault) {
 }
 
 TEST(Check, EveryCodeStandsInTheDocumentsWithItsSeverity) {
-  std::ifstream file(ORV_DOCS "/checks.md");
+  std::ifstream file(std::filesystem::path(u8"" ORV_DOCS "/checks.md"));
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   const char* const severities[] = {"note", "warning", "error"};
   for (const checks::CodeWords& words : checks::all_codes()) {

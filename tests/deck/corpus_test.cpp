@@ -8,8 +8,8 @@
 
 TEST(DeckCorpus, WhatTheFuzzerFoundIsStillRead) {
   int decks = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(ORV_CORPUS)) {
-    SCOPED_TRACE(entry.path().string());
+  for (const auto& entry : std::filesystem::directory_iterator(u8"" ORV_CORPUS)) {
+    SCOPED_TRACE(entry.path().filename().string());
     std::ifstream file(entry.path(), std::ios::binary);
     try_deck({std::istreambuf_iterator<char>(file), {}});
     ++decks;

@@ -10,6 +10,7 @@ import argparse
 import hashlib
 import os
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -117,7 +118,7 @@ class Solver:
 
 def bring(names, options, out):
     """Runs the decks through the records; what was said of each deck."""
-    command = [*options.chain.split(), str(options.decks), str(out)]
+    command = [*shlex.split(options.chain), str(options.decks), str(out)]
     command += ["--scale", repr(options.scale)] if options.scale != 1 else []
     command += ["--empty"] if options.empty else []
     command += ["--rows"] if options.scale == 1 and not options.empty else []
@@ -152,7 +153,7 @@ def judge(name, said, options, out, solver):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--chain", required=True, help="the command that brings decks through")
+    parser.add_argument("--chain", required=True, help="the command that brings decks through, as a shell has it")
     parser.add_argument("--decks", required=True, type=Path, help="the folder of the decks")
     parser.add_argument("--work", required=True, type=Path, help="a folder for results")
     parser.add_argument("--scale", type=float, default=1)

@@ -6,7 +6,8 @@
 // a row, --scale multiplies forces and moments, --empty deletes all records. Prints "NAME: records
 // N", "NAME: stays LINE" for each line about which there is a remark, and "NAME: error TEXT".
 
-#include <cstdlib>
+#include <cwchar>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -18,8 +19,8 @@
 namespace {
 
 struct Options {
-  std::string from;
-  std::string to;
+  std::filesystem::path from;
+  std::filesystem::path to;
   bool every_row = false;
   bool is_empty = false;
   double factor = 1;
@@ -38,8 +39,13 @@ void clear(content::Table& table) {
   table.set_ids.clear();
 }
 
+std::string utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
 void bring(const Options& options, const std::string& name) {
-  const deck::Deck deck = deck::read(options.from + "/" + name);
+  const deck::Deck deck = deck::read(utf8(options.from / name));
   deck::Imported imported = deck::import(deck);
   std::size_t records = 0;
   for (content::Table& table : imported.content.tables) {
@@ -57,19 +63,19 @@ void bring(const Options& options, const std::string& name) {
   for (const std::string& refusal : exported.refusals) {
     std::cout << name << ": error " << refusal << "\n";
   }
-  std::ofstream(options.to + "/" + name, std::ios::binary) << exported.text;
+  std::ofstream(options.to / name, std::ios::binary) << exported.text;
 }
 
 }  // namespace
 
-int main(int count, char** arguments) {
+int wmain(int count, wchar_t** arguments) {
   if (count < 3) return 2;
   Options options{arguments[1], arguments[2]};
   for (int i = 3; i < count; ++i) {
-    const std::string argument = arguments[i];
-    if (argument == "--rows") options.every_row = true;
-    if (argument == "--empty") options.is_empty = true;
-    if (argument == "--scale" && i + 1 < count) options.factor = std::atof(arguments[++i]);
+    const std::wstring argument = arguments[i];
+    if (argument == L"--rows") options.every_row = true;
+    if (argument == L"--empty") options.is_empty = true;
+    if (argument == L"--scale" && i + 1 < count) options.factor = std::wcstod(arguments[++i], nullptr);
   }
   for (std::string name; std::getline(std::cin, name);) {
     while (!name.empty() && name.back() == '\r') name.pop_back();
@@ -79,4 +85,5 @@ int main(int count, char** arguments) {
       std::cout << name << ": error " << error.what() << "\n";
     }
   }
+  return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -78,12 +79,13 @@ TEST(Draw, SmallModelsAreDrawnAsInTheirGoldens) {
   Options options;
   options.title = "A plate & its <loads>";
   options.labels = Labels::values;
+  const std::filesystem::path goldens = u8"" GOLDENS;
   const std::map<std::string, std::string> pictures = {
       {"plate.svg", draw(tests::plate("CPS4", {2, 1}, 2, 1), plate, options).svg},
       {"kinds.svg", draw(tests::box("C3D8", {1, 1, 1}), tests::all_kinds()).svg}};
   for (const auto& [name, svg] : pictures) {
     std::stringstream golden;
-    golden << std::ifstream(std::string(GOLDENS) + "/" + name, std::ios::binary).rdbuf();
+    golden << std::ifstream(goldens / name, std::ios::binary).rdbuf();
     if (golden.str() == svg) continue;
     std::ofstream(name, std::ios::binary) << svg;
     ADD_FAILURE() << name << " is another than tests/picture/goldens/" << name;
