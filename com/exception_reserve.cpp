@@ -5,6 +5,7 @@
 //
 // Compiled into every module, which is linked with --wrap for the functions below.
 
+#include <unwind.h>
 #include <windows.h>
 
 #include <atomic>
@@ -45,6 +46,20 @@ void* take_place(std::size_t size) {
 }
 
 void give_back(void* memory) { taken[static_cast<Place*>(memory) - places] = false; }
+
+#ifdef __i386__
+/// Walks to the first frame and no further: in 32 bits the runtime makes a table of registers and
+/// sorts the module's unwind information when it first looks at a frame, and takes memory for both,
+/// unchecked.
+void prepare_unwinding() {
+  static std::atomic<bool> is_prepared = false;
+  if (is_prepared) return;
+  _Unwind_Backtrace([](_Unwind_Context*, void*) { return _URC_NORMAL_STOP; }, nullptr);
+  is_prepared = true;
+}
+#else
+void prepare_unwinding() {}
+#endif
 
 }  // namespace
 
@@ -87,6 +102,7 @@ void* __wrap___cxa_allocate_exception(std::size_t size) noexcept {
   thread_in_need = GetCurrentThreadId();
   void* const exception = __real___cxa_allocate_exception(size);
   static_cast<void>(std::current_exception());  // has the runtime make its note for the thread
+  prepare_unwinding();
   thread_in_need = 0;
   return exception;
 }

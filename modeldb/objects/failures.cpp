@@ -2,6 +2,7 @@
 
 #include "com/enumerator.h"
 #include "com/free_threaded.h"
+#include "modeldb/engine/failure.h"
 
 namespace modeldb {
 
@@ -27,7 +28,8 @@ STDMETHODIMP Failures::Item(int Index, IFailure** pVal) {
   return com::boundary([&] {
     *pVal = nullptr;
     if (Index < 0 || static_cast<std::size_t>(Index) >= failures_.size()) {
-      throw com::Error(E_INVALIDARG);
+      fail(E_INVALIDARG, L"There is no failure " + std::to_wstring(Index) + L": " +
+                             std::to_wstring(failures_.size()) + L" are listed, counted from 0.");
     }
     *pVal = failures_[static_cast<std::size_t>(Index)].query<IFailure>().detach();
   });

@@ -46,24 +46,38 @@ std::wstring advice(const Kind& kind, std::wstring_view clause, std::wstring_vie
 /// stands in different surroundings can be run: what closes the parenthesis around it, to go on
 /// with something else, or makes use of what follows, fails in one of the others.
 struct Part {
+  std::wstring text;
   std::wstring subject;  // "The condition "Magnitude > 100" on the table NodalForces"
   std::wstring_view advice;
   std::vector<std::wstring> queries;
 };
+
+/// The clause of a failure, without a word that the client did not write: SQLite names the one at
+/// which it gave up, which stands behind the part when the part ends too early.
+std::wstring clause_on(const Part& part, const std::wstring& clause) {
+  constexpr std::wstring_view kNear = L": near \"";
+  const auto place = clause.find(kNear);
+  if (place == std::wstring::npos) return clause;
+  const auto word = place + kNear.size();
+  const auto end = clause.find(L'"', word);
+  const bool is_theirs = part.text.find(clause.substr(word, end - word)) != std::wstring::npos;
+  return is_theirs ? clause : L" is not complete.";
+}
 
 void require_sound(const Model& model, const Kind& kind, const Part& part) {
   for (const std::wstring& query : part.queries) {
     try {
       (void)model.database()->execute_text(query, Trust::kRead);
     } catch (const TextError& error) {
-      fail(error.result(),
-           part.subject + error.clause() + L" " + advice(kind, error.clause(), part.advice));
+      fail(error.result(), part.subject + clause_on(part, error.clause()) + L" " +
+                               advice(kind, error.clause(), part.advice));
     }
   }
 }
 
 Part condition_part(const Kind& kind, const std::wstring& condition) {
-  return {.subject = L"The condition " + quoted(condition) + L" on the table " + kind.table,
+  return {.text = condition,
+          .subject = L"The condition " + quoted(condition) + L" on the table " + kind.table,
           .advice =
               L"A condition is one expression over the table's columns, such as "
               L"\"VertexID = 12\".",
@@ -72,12 +86,13 @@ Part condition_part(const Kind& kind, const std::wstring& condition) {
 }
 
 Part order_part(const Kind& kind, const std::wstring& order) {
-  return {.subject = L"The order " + quoted(order) + L" of the table " + kind.table,
+  return {.text = order,
+          .subject = L"The order " + quoted(order) + L" of the table " + kind.table,
           .advice =
               L"An order is a list of the table's columns, such as \"VertexID, Magnitude "
               L"DESC\".",
-          .queries = {L"SELECT 1 FROM " + kind.table + L" ORDER BY " + order + L", " + kind.key,
-                      L"SELECT row_number() OVER (ORDER BY " + order + L") FROM " + kind.table}};
+          .queries = {L"SELECT row_number() OVER (ORDER BY " + order + L") FROM " + kind.table,
+                      L"SELECT 1 FROM " + kind.table + L" ORDER BY " + order + L", " + kind.key}};
 }
 
 com::Ptr<_Recordset> open_rows(const Model& model, const Kind& kind, const Selection& selection) {

@@ -131,7 +131,7 @@ std::wstring Record::name() const {
 }
 
 Record RecordFinder::find(IDispatch* object) {
-  if (!object) fail(E_POINTER, L"No record was passed to the record store.");
+  if (!object) fail(E_POINTER, L"No record was passed. Pass one such as an Orv_Node.NodalForce.");
   if (last_) {
     if (auto found = query(object, last_->kind())) return {*last_, std::move(found)};
   }
@@ -142,7 +142,7 @@ Record RecordFinder::find(IDispatch* object) {
     }
   }
   fail(E_NOINTERFACE,
-       L"The object that was passed to the record store is no record: the model has "
+       L"What was passed is no record: the model has "
        L"no table for it. Pass a record such as an Orv_Node.NodalForce.");
 }
 

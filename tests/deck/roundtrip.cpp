@@ -75,7 +75,8 @@ int wmain(int count, wchar_t** arguments) {
     const std::wstring argument = arguments[i];
     if (argument == L"--rows") options.every_row = true;
     if (argument == L"--empty") options.is_empty = true;
-    if (argument == L"--scale" && i + 1 < count) options.factor = std::wcstod(arguments[++i], nullptr);
+    if (argument == L"--scale" && i + 1 < count)
+      options.factor = std::wcstod(arguments[++i], nullptr);
   }
   for (std::string name; std::getline(std::cin, name);) {
     while (!name.empty() && name.back() == '\r') name.pop_back();

@@ -77,6 +77,8 @@ TEST_F(LoadTest, WhatIsWrongIsSaidOfTheTextThatWasGiven) {
   EXPECT_THAT(magnitudes(L"", L"ID"), HasSubstr("Use the column NodalForceID."));
   EXPECT_THAT(magnitudes(L"Vertex.ID = 1"), HasSubstr("Use the column VertexID."));
   EXPECT_THAT(magnitudes(L"Nonsense = 1"), HasSubstr("such as \"VertexID = 12\""));
+  EXPECT_THAT(magnitudes(L"Magnitude > "), HasSubstr("is not complete. A condition is"));
+  EXPECT_THAT(magnitudes(L"", L"VertexID LIMIT 0"), HasSubstr("\"LIMIT\": syntax error"));
   EXPECT_SENTENCE(execute(L"UPDATE NodalForces SET Magnitud = 5"),
                   HasSubstr("\"UPDATE NodalForces SET Magnitud = 5\""));
 }
