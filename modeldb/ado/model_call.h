@@ -9,11 +9,11 @@ namespace modeldb {
 /// A member's body, run as com::boundary does and as one call of the model whose line is `turns`.
 /// Null, for what belongs to no model yet, stands for no line.
 template <class Body>
-HRESULT model_call(std::shared_ptr<Turns> turns, Body&& body) noexcept {
+HRESULT model_call(const std::shared_ptr<Turns>& turns, Body&& body) noexcept {
   return com::boundary([&] {
     const RecordLoad::OtherCall call;
     if (!turns) return body();
-    const Turn turn(std::move(turns));
+    const Turn turn(turns);
     return body();
   });
 }

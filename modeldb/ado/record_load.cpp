@@ -1,23 +1,27 @@
 #include "modeldb/ado/record_load.h"
 
-#include <utility>
+#include "com/thread_value.h"
 
 namespace modeldb {
 namespace {
 
-enum class Stage { kNone, kHasConnection, kHasSets };
-thread_local Stage stage = Stage::kNone;
+enum Stage : std::intptr_t { kNone, kHasConnection, kHasSets };
+com::ThreadValue stage;
 
 }  // namespace
 
-void RecordLoad::connection_asked_for() { stage = Stage::kHasConnection; }
+void RecordLoad::connection_asked_for() { stage.set(kHasConnection); }
 
-void RecordLoad::sets_created() {
-  stage = stage == Stage::kHasConnection ? Stage::kHasSets : Stage::kNone;
+void RecordLoad::sets_created() { stage.set(stage.get() == kHasConnection ? kHasSets : kNone); }
+
+bool RecordLoad::takes_recordset() {
+  const bool takes = stage.get() == kHasSets;
+  forget();
+  return takes;
 }
 
-bool RecordLoad::takes_recordset() { return std::exchange(stage, Stage::kNone) == Stage::kHasSets; }
-
-void RecordLoad::forget() { stage = Stage::kNone; }
+void RecordLoad::forget() {
+  if (stage.get() != kNone) stage.set(kNone);
+}
 
 }  // namespace modeldb

@@ -15,7 +15,7 @@ struct Turns::Waiting {
   Waiting* behind = nullptr;
 };
 
-void Turns::begin(DWORD patience) {
+bool Turns::begin(DWORD patience) {
   const DWORD thread = GetCurrentThreadId();
   if (thread_.load(std::memory_order_relaxed) != thread) {
     DWORD nobody = 0;
@@ -24,7 +24,7 @@ void Turns::begin(DWORD patience) {
       wait(thread, patience);
     }
   }
-  ++depth_;
+  return ++depth_ == 1;
 }
 
 void Turns::end() noexcept {

@@ -21,8 +21,9 @@ class Turns {
   Turns(const Turns&) = delete;
   Turns& operator=(const Turns&) = delete;
 
+  /// Returns whether the turn is the thread's outermost.
   /// kLocked, with a sentence: another thread's turn did not end while this one waited.
-  void begin() { begin(patience_); }
+  bool begin() { return begin(patience_); }
   /// Waits for however long it takes: for what must not fail, such as the release of an object.
   void begin_surely() noexcept { begin(INFINITE); }
   void end() noexcept;
@@ -30,7 +31,7 @@ class Turns {
  private:
   struct Waiting;
 
-  void begin(DWORD patience);
+  bool begin(DWORD patience);
   void wait(DWORD thread, DWORD patience);
   /// Gives the turn, if nobody has it, to whoever has waited longest.
   void hand_over();
@@ -46,13 +47,17 @@ class Turns {
 /// A turn, for as long as this lives.
 class Turn {
  public:
-  explicit Turn(std::shared_ptr<Turns> turns) : turns_(std::move(turns)) { turns_->begin(); }
-  ~Turn() { turns_->end(); }
+  explicit Turn(const std::shared_ptr<Turns>& turns) : turns_(*turns) {
+    if (turns_.begin()) kept_ = turns;
+  }
+  ~Turn() { turns_.end(); }
   Turn(const Turn&) = delete;
   Turn& operator=(const Turn&) = delete;
 
  private:
-  const std::shared_ptr<Turns> turns_;
+  Turns& turns_;
+  // Whoever owns the line may go within the outermost turn, and others do not outlast that.
+  std::shared_ptr<Turns> kept_;
 };
 
 }  // namespace modeldb
