@@ -19,10 +19,13 @@ namespace com {
 ///     long id() const;               the item's identifier now, 0 when it has none
 ///     IDispatch* object() const;     the item as it was added, borrowed
 ///
+/// Base is the object that it is otherwise, with IEnumVARIANT beside Interface.
+///
 /// One cursor serves enumeration, Remove, and whoever walks entries(): each moves it for the
 /// others.
-template <class Interface, class ItemInterface, const TypeLibrary& library, class Entry>
-class Collection : public AutomationObject<Interface, library, IEnumVARIANT> {
+template <class Interface, class ItemInterface, const TypeLibrary& library, class Entry,
+          class Base = AutomationObject<Interface, library, IEnumVARIANT>>
+class Collection : public Base {
  public:
   /// E_INVALIDARG: no such index. Else the result of asking the item for ItemInterface.
   STDMETHODIMP Item(int Index, ItemInterface** pVal) override {

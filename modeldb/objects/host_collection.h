@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/collection.h"
+#include "com/free_threaded.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/model_access.h"
 #include "modeldb/objects/set.h"
@@ -37,11 +38,10 @@ class HostEntry {
 /// set that is not there.
 template <class Interface, class ItemInterface, long event>
 class HostCollection
-    : public com::Collection<Interface, ItemInterface, kLibrary, HostEntry<ItemInterface>> {
+    : public com::Collection<
+          Interface, ItemInterface, kLibrary, HostEntry<ItemInterface>,
+          com::FreeThreaded<com::DispatchObject<Interface, kLibrary, IEnumVARIANT>>> {
  public:
-  // As those of sets: .NET's finalizer releases beside the thread that works.
-  using ReferenceCount = std::atomic<long>;
-
   /// Saves every object, in one transaction with one notification, or as part of the record that is
   /// being saved. The failure of one stops no other; the last is reported.
   STDMETHODIMP Save(IDispatch* pModelDatabase, VARIANT vCascadeDown, VARIANT vCascadeUp) override {
