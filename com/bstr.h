@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -53,6 +55,45 @@ class Bstr {
 
  private:
   BSTR string_ = nullptr;
+};
+
+/// A text as the automation string of an argument, which the callee borrows: a short one, such as
+/// the name of a column, takes no memory.
+class ArgumentBstr {
+ public:
+  /// Throws std::bad_alloc.
+  explicit ArgumentBstr(std::wstring_view text) {
+    if (text.size() > kShort) {
+      long_ = Bstr(text);
+      return;
+    }
+    short_.bytes = static_cast<UINT>(text.size() * sizeof(wchar_t));
+    *std::ranges::copy(text, short_.text).out = L'\0';
+  }
+  ArgumentBstr(const ArgumentBstr&) = delete;
+  ArgumentBstr& operator=(const ArgumentBstr&) = delete;
+
+  [[nodiscard]] BSTR get() { return long_ ? long_.get() : short_.text; }
+  /// The string in a variant, to be passed by value.
+  [[nodiscard]] VARIANT variant() {
+    VARIANT value{};
+    value.vt = VT_BSTR;
+    value.bstrVal = get();
+    return value;
+  }
+
+ private:
+  static constexpr std::size_t kShort = 60;
+
+  // The length in bytes stands before the characters.
+  struct Short {
+    UINT unused;
+    UINT bytes;
+    wchar_t text[kShort + 1];
+  };
+
+  alignas(void*) Short short_;
+  Bstr long_;
 };
 
 }  // namespace com

@@ -49,7 +49,7 @@ class Variant {
   }
   Variant(const Variant& other) : Variant(other.value_) {}
   Variant(Variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
-  ~Variant() { VariantClear(&value_); }
+  ~Variant() { clear(); }
 
   Variant& operator=(Variant other) noexcept {
     std::swap(value_, other.value_);
@@ -84,7 +84,7 @@ class Variant {
 
   /// The address for an out parameter; what was held is cleared first.
   VARIANT* put() {
-    VariantClear(&value_);
+    clear();
     return &value_;
   }
 
@@ -96,7 +96,10 @@ class Variant {
   }
 
   /// The value converted to `type` by the platform's rules; a failing conversion is raised.
-  [[nodiscard]] Variant as(VARTYPE type) const {
+  [[nodiscard]] Variant as(VARTYPE type) && {
+    return value_.vt == type ? std::move(*this) : std::as_const(*this).as(type);
+  }
+  [[nodiscard]] Variant as(VARTYPE type) const& {
     Variant result;
     check(VariantChangeType(&result.value_, mutable_address(value_), 0, type));
     return result;
@@ -107,6 +110,23 @@ class Variant {
   operator const VARIANT&() const { return value_; }
 
  private:
+  /// The platform's function looks at every type there is; what holds nothing needs no look.
+  void clear() {
+    switch (value_.vt) {
+      case VT_EMPTY:
+      case VT_NULL:
+      case VT_I2:
+      case VT_I4:
+      case VT_R8:
+      case VT_BOOL:
+      case VT_ERROR:
+        value_.vt = VT_EMPTY;
+        break;
+      default:
+        VariantClear(&value_);
+    }
+  }
+
   VARIANT value_;
 };
 
@@ -114,6 +134,10 @@ class Variant {
 /// convert, such as one that is left out, counts as true.
 struct OptionalFlag {
   explicit OptionalFlag(const VARIANT& argument) {
+    if (argument.vt == VT_BOOL) {
+      value = argument.boolVal != VARIANT_FALSE;
+      return;
+    }
     // Into a value of its own: a string in the argument belongs to the caller.
     VARIANT converted;
     VariantInit(&converted);
@@ -122,7 +146,7 @@ struct OptionalFlag {
   }
 
   bool value;
-  HRESULT status;
+  HRESULT status = S_OK;
 };
 
 /// True for an optional argument that the client left out.

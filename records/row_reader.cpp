@@ -1,6 +1,7 @@
 #include "records/row_reader.h"
 
 #include <new>
+#include <utility>
 
 #include "records/text.h"
 
@@ -10,15 +11,15 @@ std::optional<com::Variant> RowReader::read(std::wstring_view column, VARTYPE ty
                                             com::Outcome& outcome) const {
   std::optional<com::Variant> value;
   try {
-    const com::Variant bare_name{com::Bstr(column)};
+    com::ArgumentBstr bare_name(column);
     com::Outcome first;
     bool found_first = false;
-    first.attempt([&] { value = value_of(bare_name, type, found_first); });
+    first.attempt([&] { value = value_of(bare_name.variant(), type, found_first); });
     if (value) return value;
-    const com::Variant qualified_name((Text() << qualifier_ << L"." << column).str());
+    com::ArgumentBstr qualified_name((Text() << qualifier_ << L"." << column).view());
     com::Outcome second;
     bool found_second = false;
-    second.attempt([&] { value = value_of(qualified_name, type, found_second); });
+    second.attempt([&] { value = value_of(qualified_name.variant(), type, found_second); });
     if (!value) outcome = found_first && !found_second ? first : second;
   } catch (const std::bad_alloc&) {
     // A name that cannot be allocated skips the column; the load goes on without it.
@@ -26,7 +27,7 @@ std::optional<com::Variant> RowReader::read(std::wstring_view column, VARTYPE ty
   return value;
 }
 
-com::Variant RowReader::value_of(const com::Variant& name, VARTYPE type, bool& found) const {
+com::Variant RowReader::value_of(const VARIANT& name, VARTYPE type, bool& found) const {
   if (!recordset_) throw com::Error(E_NOINTERFACE);
   com::Ptr<Fields> fields;
   com::check(recordset_->get_Fields(fields.put()), recordset_);
@@ -37,7 +38,7 @@ com::Variant RowReader::value_of(const com::Variant& name, VARTYPE type, bool& f
   found = true;
   com::Variant value;
   com::check<Field20>(field->get_Value(value.put()), field.get());
-  return value.as(type);
+  return std::move(value).as(type);
 }
 
 }  // namespace orv

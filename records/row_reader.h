@@ -41,7 +41,7 @@ class RowReader {
 
  private:
   /// Also tells whether there is such a field.
-  com::Variant value_of(const com::Variant& name, VARTYPE type, bool& found) const;
+  com::Variant value_of(const VARIANT& name, VARTYPE type, bool& found) const;
 
   com::Ptr<Recordset15> recordset_;
   std::wstring_view qualifier_;

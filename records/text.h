@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <concepts>
@@ -37,8 +38,7 @@ class Text {
   }
 
   Text& operator<<(double number) {
-    // Sign, 17 digits, point, and an exponent of up to five characters.
-    char digits[32];
+    char digits[kLongestNumber];
     constexpr int kSignificantDigits = 17;
     const auto end = std::to_chars(digits, std::end(digits), number, std::chars_format::general,
                                    kSignificantDigits);
@@ -51,11 +51,14 @@ class Text {
   [[nodiscard]] com::Bstr str() const { return com::Bstr(text_); }
 
  private:
+  // Sign, 17 digits, point, and an exponent of up to five characters.
+  static constexpr std::size_t kLongestNumber = 32;
   // Holds the row of every kind unless its description is long.
   static constexpr std::size_t kUsualLength = 400;
 
   Text& append_ascii(const char* first, const char* last) {
-    for (; first != last; ++first) text_.push_back(static_cast<wchar_t>(*first));
+    wchar_t wide[kLongestNumber];
+    text_.append(std::wstring_view(wide, std::copy(first, last, wide)));
     return *this;
   }
 

@@ -12,15 +12,15 @@ ColumnReader::ColumnReader(IDispatch* recordset) {
 
 com::Variant ColumnReader::read(std::wstring_view column) const {
   com::Ptr<Field> field;
-  com::check(fields_->get_Item(com::Variant(com::Bstr(column)), field.put()), fields_);
+  com::ArgumentBstr name(column);
+  com::check(fields_->get_Item(name.variant(), field.put()), fields_);
   com::Variant value;
   com::check(field->get_Value(value.put()), field);
   return value;
 }
 
 com::Variant ColumnReader::read(std::wstring_view column, VARTYPE type) const {
-  const com::Variant value = read(column);
-  return value.type() == type ? value : value.as(type);
+  return read(column).as(type);
 }
 
 std::optional<com::Variant> ColumnReader::try_read(std::wstring_view column, VARTYPE type) const {
