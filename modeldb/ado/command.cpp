@@ -1,5 +1,6 @@
 #include "modeldb/ado/command.h"
 
+#include "com/bstr.h"
 #include "com/variant.h"
 #include "modeldb/ado/connection.h"
 #include "modeldb/ado/execution.h"
@@ -20,11 +21,11 @@ void require_no_parameters(const VARIANT* parameters) {
 }  // namespace
 
 STDMETHODIMP AdoCommand::get_CommandText(BSTR* str) {
-  return model_call(database_->turns(), [&] { *str = com::Bstr(text_.view()).detach(); });
+  return model_call(database_->turns(), [&] { *str = com::Bstr(text_).detach(); });
 }
 
 STDMETHODIMP AdoCommand::put_CommandText(BSTR str) {
-  return model_call(database_->turns(), [&] { text_ = com::Bstr(com::Bstr::view(str)); });
+  return model_call(database_->turns(), [&] { text_ = com::Bstr::view(str); });
 }
 
 STDMETHODIMP AdoCommand::get_CommandType(CommandTypeEnum* cmd_type) {
@@ -43,7 +44,7 @@ STDMETHODIMP AdoCommand::Execute(VARIANT* records_affected, VARIANT* parameters,
     require_no_parameters(parameters);
     if (options == adOptionUnspecified) options = type_;
     if (options == adExecuteNoRecords) options |= type_;
-    execute(*database_, text_.view(), records_affected, options, time_limit_, record_set);
+    execute(*database_, text_, records_affected, options, time_limit_, record_set);
   });
 }
 

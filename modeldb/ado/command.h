@@ -1,8 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
-#include "com/bstr.h"
 #include "modeldb/ado/unavailable_command.h"
 #include "modeldb/engine/database.h"
 
@@ -37,7 +37,7 @@ class AdoCommand : public UnavailableCommand {
   void require_own(IDispatch* connection) const;
 
   std::shared_ptr<Database> database_;
-  com::Bstr text_;
+  std::wstring text_;
   CommandTypeEnum type_ = adCmdUnknown;
   Seconds time_limit_ = kDefaultTimeLimit;
 };

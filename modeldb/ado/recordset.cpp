@@ -69,13 +69,14 @@ STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, Curso
 }
 
 void AdoRecordset::take_source(const VARIANT& source) {
-  const com::Variant value = value_of(source);
+  com::Variant value = value_of(source);
   if (value.type() != VT_DISPATCH) {
-    const com::Variant text =
-        argument_as(VT_BSTR, value,
-                    L"The source of the recordset is no text. Pass the text of "
-                    L"a query.");
-    source_ = com::Bstr(com::Bstr::view(text.get().bstrVal));
+    if (value.type() != VT_BSTR) {
+      value = argument_as(VT_BSTR, value,
+                          L"The source of the recordset is no text. Pass the text of "
+                          L"a query.");
+    }
+    source_ = com::Bstr::adopt(value.detach().bstrVal);
     return;
   }
   const auto command = com::Ptr<IDispatch>(value.get().pdispVal).query<Command15>();
