@@ -193,9 +193,13 @@ void compare_loading(long count) {
 
 }  // namespace
 
-void run_database(const Options& options) {
-  print_heading("Forces through the model database / SQLite alone");
+void run_saving(const Options& options) {
+  print_heading("Forces saved in the model database / SQLite alone");
   compare_saving(options.saved_forces);
+}
+
+void run_loading(const Options& options) {
+  print_heading("Forces loaded from the model database / SQLite alone");
   compare_loading(options.saved_forces);
 }
 

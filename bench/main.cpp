@@ -14,8 +14,8 @@ namespace {
 constexpr char kUsage[] =
     "orv_bench [SECTION] [--collection N] [--saved N]\n"
     "\n"
-    "  SECTION         text, late-binding, creation, collections, database or bulk; all unless "
-    "told\n"
+    "  SECTION         text, late-binding, creation, collections, database-save, database-load or\n"
+    "                  bulk, or a part of the name, such as database; all unless told\n"
     "  --collection N  size of the largest collection (1000000); smaller by tenths down to 10000\n"
     "  --saved N       number of forces to compare with SQLite alone (100000)\n";
 
@@ -25,9 +25,13 @@ struct Section {
 };
 
 constexpr Section kSections[] = {
-    {"text", bench::run_text},         {"late-binding", bench::run_late_binding},
-    {"creation", bench::run_creation}, {"collections", bench::run_collections},
-    {"database", bench::run_database}, {"bulk", bench::run_bulk},
+    {"text", bench::run_text},
+    {"late-binding", bench::run_late_binding},
+    {"creation", bench::run_creation},
+    {"collections", bench::run_collections},
+    {"database-save", bench::run_saving},
+    {"database-load", bench::run_loading},
+    {"bulk", bench::run_bulk},
 };
 
 [[noreturn]] void stop_with_usage() {

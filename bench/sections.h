@@ -9,7 +9,8 @@ void run_text(const Options& options);
 void run_late_binding(const Options& options);
 void run_creation(const Options& options);
 void run_collections(const Options& options);
-void run_database(const Options& options);
+void run_saving(const Options& options);
+void run_loading(const Options& options);
 void run_bulk(const Options& options);
 
 }  // namespace bench
