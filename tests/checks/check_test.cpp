@@ -77,6 +77,7 @@ TEST(Check, FindsRecordsThatScriptsLeftUnfinished) {
       {9, {1, 5, 1, 0, 0, 0}, {1}, "no-coordinates"},
       {6, {1, nan, 1, 0, 0, 0}, {1}, "not-finite"},
       {6, {1, -1.2345678901234567e-8, 1, 0, 0, 0}, {1}, "too-long"},
+      {6, {1, -1e-7, 1, 1, 1, 0}, {1}, "too-long"},
       {6, {7, 5, 1, 0, 0, 0}, {1}, "dead-amplitude-link"},
       {6, {1, 5, 1, 0, 0, 4}, {1}, "dead-system-link"},
       {6, {1, 5, 1, 0, 0, 0}, {8}, "dead-set-link"},

@@ -1,6 +1,10 @@
 #include "tests/picture/models.h"
 
+#include <algorithm>
 #include <map>
+#include <stdexcept>
+
+#include "tests/kinds/expected.h"
 
 namespace tests {
 namespace {
@@ -21,7 +25,7 @@ const std::map<std::string, Columns> columns = {
     {"NodalLumpedMasses", {"Wx", "Wy", "Wz", "Mx", "My", "Mz", "UseMassUnits"}},
     {"NodalPrescribedVelocities",
      {"MagnitudeX", "MagnitudeY", "MagnitudeZ", "UseX", "UseY", "UseZ"}},
-    {"NodalPrescribedDisplacements", {"IsRotation", "ScalarVector", "Vx", "Vy", "Vz", "Magnitude"}},
+    {"NodalPrescribedDisplacements", {"IsRotation", "Direction", "Vx", "Vy", "Vz", "Magnitude"}},
     {"NodalAppliedTemperatures", {"Magnitude", "Stiffness"}},
     {"NodalAppliedVoltages", {"Magnitude", "Stiffness"}},
     {"NodalRigidBoundaries", {"FixedX", "FixedY", "FixedZ", "Stiffness", "IsRotation"}},
@@ -32,6 +36,14 @@ const std::map<std::string, Columns> columns = {
     {"NodalPrescribedInOutlets", {"Type"}},
 };
 
+/// A picture of a column that the kind does not have would show nothing of a real model.
+void require_column(const std::string& table, const std::string& column) {
+  const auto kind = std::ranges::find(expected_kinds(), table, &ExpectedKind::collection);
+  if (std::ranges::find(kind->columns, column, &ExpectedColumn::name) == kind->columns.end()) {
+    throw std::logic_error(table + " have no column " + column);
+  }
+}
+
 }  // namespace
 
 content::Table table(const std::string& name) {
@@ -39,6 +51,7 @@ content::Table table(const std::string& name) {
   table.name = name;
   table.sets = "LoadSets";
   table.columns = columns.at(name);
+  for (const std::string& column : table.columns) require_column(name, column);
   return table;
 }
 

@@ -36,6 +36,12 @@ content::Content of(content::Table table) {
   return content;
 }
 
+// On the nodes 1 and 3, far from each other.
+content::Content content_with_nodes(content::Content content) {
+  content.vertices = {{1, 3}, {{0, 0, 0}, {9, 5, 0}}};
+  return content;
+}
+
 TEST(Draw, EveryRecordOfEveryKindHasItsGlyph) {
   const content::Content content = tests::all_kinds();
   ASSERT_THAT(content.tables, SizeIs(18));
@@ -138,15 +144,38 @@ TEST(Draw, ForcesAddUpToTheResultantInTheirCoordinateSystems) {
   EXPECT_THAT(picture.notes, Contains(HasSubstr("1 record is not drawn")));
 }
 
-TEST(Draw, FiltersBySetKindAndStep) {
+TEST(Draw, SupportsAndDisplacementsAreAlongTheAxesOfTheirNodes) {
+  // Seen along z, where the turned axes are y, -x and z. What is held along the first axis of node
+  // 1 is what is held along the second of node 3.
+  content::Table supports = tests::table("NodalBoundaryConditions");
+  tests::add(supports, 1, {1, 0, 0});
+  tests::add(supports, 3, {0, 1, 0});
+  content::Table moved = tests::table("NodalPrescribedDisplacements");
+  tests::add(moved, 1, {0, 1, 0, 0, 0, -2});
+  tests::add(moved, 3, {0, 0, 0, 0, 0, 2});
+  content::Content content = of(supports);
+  content.tables.push_back(moved);
+  Options options;
+  options.from = {0, 0, 1};
+  options.node_axes = [](content::Key node) -> std::optional<std::array<content::Vector, 3>> {
+    if (node != 1) return {};
+    return std::array<content::Vector, 3>{{{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};
+  };
+  const Picture picture = draw({}, content_with_nodes(content), options);
+  const auto drawn = tests::read_picture(picture.svg).definition_of;
+  EXPECT_EQ(drawn.at("NodalBoundaryCondition 1"), drawn.at("NodalBoundaryCondition 2"));
+  EXPECT_EQ(drawn.at("NodalPrescribedDisplacement 1"), drawn.at("NodalPrescribedDisplacement 2"));
+  EXPECT_THAT(picture.legend,
+              Contains(::testing::Field(&LegendEntry::name, "Support x of the node's axes")));
+}
+
+TEST(Draw, FiltersBySetAndKind) {
   content::Content content = of(tests::table("NodalForces"));
   content.tables.push_back(tests::table("NodalMoments"));
   content.set_tables.push_back({"LoadSets", {{1, "Wind"}, {2, "Snow"}}});
   tests::add(content.tables[0], 1, {1, 1, 0, 0}, {1});
   tests::add(content.tables[0], 2, {1, 1, 0, 0}, {1, 2});
   tests::add(content.tables[1], 3, {1, 1, 0, 0}, {2});
-  content::Source source;
-  source.sets.push_back({"LoadSets", 2, 3, "CLOAD", "", 1});
   const mesh::Mesh mesh = tests::box("C3D8", {1, 1, 1});
   const auto drawn = [&](const Options& options) {
     return tests::read_picture(draw(mesh, content, options).svg).records;
@@ -157,11 +186,6 @@ TEST(Draw, FiltersBySetKindAndStep) {
   Options by_kind = by_set;
   by_kind.kinds = {"NodalMoments"};
   EXPECT_THAT(drawn(by_kind), SizeIs(1));
-  Options by_step;
-  by_step.filter = in_step(source, 3);
-  EXPECT_THAT(drawn(by_step), SizeIs(2));
-  by_step.filter = in_step(source, 1);
-  EXPECT_THAT(drawn(by_step), IsEmpty());
 }
 
 TEST(Draw, TakesNodesFromTheTablesAndCountsRecordsWithoutCoordinates) {

@@ -30,6 +30,7 @@ WScript.Echo "[" & picture.Deck & picture.View & picture.Sets & picture.Kinds & 
 picture.Draw model, "all.svg"
 picture.Deck = "mesh.inp"
 picture.Draw model, "mesh.svg"
+WScript.Echo picture.Remarks(0)
 WScript.Echo Glyphs("all.svg") & " glyphs, with mesh " & Glyphs("mesh.svg") & ", another " & _
              (Content("mesh.svg") <> Content("all.svg"))
 picture.Kinds = "NodalForces;moment"
@@ -42,6 +43,15 @@ picture.Sets = ""
 picture.Step = 0
 picture.Draw model, "before.svg"
 WScript.Echo Glyphs("forces.svg") & " " & Glyphs("set.svg") & " " & Glyphs("before.svg")
+Set gust = CreateObject("Orv_Node.NodalForce")
+gust.Vertex.ID = 3 : gust.Magnitude = 1 : gust.Vz = 1
+gust.LoadSets.Add model.LoadSet("Step 2: gust")
+gust.Save model
+picture.Kinds = "force" : picture.Step = 2
+picture.Draw model, "second.svg"
+WScript.Echo "gust " & (InStr(Content("second.svg"), "NodalForce " & gust.ID) > 0)
+gust.Delete model
+picture.Kinds = ""
 
 On Error Resume Next
 picture.View = "sideways"

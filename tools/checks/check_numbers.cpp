@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <cmath>
 
 #include "tools/checks/single_checks.h"
+#include "tools/checks/statements.h"
 #include "tools/deck/fields.h"
+#include "tools/deck/kinds.h"
 
 namespace checks {
 namespace {
@@ -12,6 +15,23 @@ bool is_rounded(double value) {
   return std::trunc(value) != value && !deck::number_text(value).is_exact;
 }
 
+/// What a deck would say of the degrees of freedom: of a force its components, not its Magnitude.
+void check_texts(const content::Table& table, Findings& findings) {
+  if (std::ranges::find(deck::kKindNames, table.name, &deck::KindNames::table) ==
+      deck::kKindNames.end()) {
+    return;
+  }
+  std::vector<Statement> statements;
+  for (std::size_t record = 0; record < table.size(); ++record) {
+    read_statements(table, record, statements);
+    for (const Statement& statement : statements) {
+      if (std::isfinite(statement.value) && is_rounded(statement.value)) {
+        findings.add(Code::too_long, table, record);
+      }
+    }
+  }
+}
+
 }  // namespace
 
 void check_numbers(const Subject& subject, Findings& findings) {
@@ -20,10 +40,9 @@ void check_numbers(const Subject& subject, Findings& findings) {
     for (std::size_t i = 0; i < table.values.size(); ++i) {
       if (!std::isfinite(table.values[i])) {
         findings.add(Code::not_finite, table, i / width);
-      } else if (table.columns[i % width] == "Magnitude" && is_rounded(table.values[i])) {
-        findings.add(Code::too_long, table, i / width);
       }
     }
+    check_texts(table, findings);
   }
 }
 

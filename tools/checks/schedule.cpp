@@ -59,6 +59,9 @@ class Scheduler {
           target.is_initial = named->is_initial;
         }
         schedule_.steps = std::max(schedule_.steps, target.step.value_or(0));
+        if (target.step || target.is_initial) {
+          schedule_.sets.push_back({table.name, set.id, target.step.value_or(0)});
+        }
         targets_.emplace(SetKey(table.name, set.id), std::move(target));
       }
     }
@@ -154,6 +157,22 @@ class Scheduler {
 };
 
 }  // namespace
+
+std::vector<bool> records_in_step(const Schedule& schedule, const content::Table& table, int step) {
+  std::map<Key, int> step_of_set;
+  for (const SetStep& set : schedule.sets) {
+    if (set.table == table.sets) step_of_set[set.set] = set.step;
+  }
+  const int otherwise = schedule.steps == 1 ? 1 : -1;
+  std::vector<bool> belongs;
+  for (const std::vector<Key>& sets : table.set_ids) {
+    belongs.push_back(sets.empty() ? step == otherwise : std::ranges::any_of(sets, [&](Key set) {
+      const auto found = step_of_set.find(set);
+      return step == (found == step_of_set.end() ? otherwise : found->second);
+    }));
+  }
+  return belongs;
+}
 
 Schedule schedule_of(const Subject& subject) { return Scheduler(subject).run(); }
 

@@ -38,13 +38,25 @@ struct Idle {
   std::vector<std::size_t> records;
 };
 
+/// A set that belongs to a step.
+struct SetStep {
+  std::string table;
+  content::Key set = 0;
+  int step = 0;  ///< 0 of initial conditions, too
+};
+
 /// When a deck of the model would say what: its batches in the order in which the solver reads
 /// them.
 struct Schedule {
   int steps = 1;
   std::vector<Batch> batches;  ///< initial temperatures are not among them
   std::vector<Idle> idle;
+  std::vector<SetStep> sets;  ///< those that belong to a step
 };
+
+/// Whether each record of a table belongs to a step: what a model of one step says without a step
+/// belongs to that one.
+std::vector<bool> records_in_step(const Schedule& schedule, const content::Table& table, int step);
 
 Schedule schedule_of(const Subject& subject);
 

@@ -17,6 +17,10 @@ using Vector = std::array<double, 3>;
 using LocalAxes =
     std::function<std::optional<std::array<Vector, 3>>(Key coordinate_system, Key vertex)>;
 
+/// The axes of a vertex's degrees of freedom, likewise. Nothing, if they are those of the global
+/// system.
+using NodeAxes = std::function<std::optional<std::array<Vector, 3>>(Key vertex)>;
+
 /// Reads the values of a table's records by the names of its columns.
 class Row {
  public:

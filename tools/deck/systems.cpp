@@ -71,4 +71,12 @@ content::LocalAxes axes_of(const Deck& deck) {
   };
 }
 
+content::NodeAxes node_axes_of(const Deck& deck) {
+  return [&deck, axes = axes_of(deck)](content::Key node) -> std::optional<std::array<Vector, 3>> {
+    const auto found = deck.transform_of_node.find(node);
+    if (found == deck.transform_of_node.end()) return std::nullopt;
+    return axes(found->second, node);
+  };
+}
+
 }  // namespace deck

@@ -14,6 +14,8 @@ class CheckedModel {
   CheckedModel& operator=(const CheckedModel&) = delete;
 
   [[nodiscard]] const checks::Subject& subject() const { return subject_; }
+  /// Whether the deck that it came from has coordinate systems.
+  [[nodiscard]] bool has_systems() const { return !origin_.systems.empty(); }
 
  private:
   content::Content content_;

@@ -9,7 +9,7 @@ void add_view_options(CLI::App& command, views::Options& options) {
   command.add_option("--set", options.sets,
                      "Draw only the records in the set of that name; may be given repeatedly");
   command.add_option("--step", options.step,
-                     "Draw only what the deck says in that step; 0 for the part before the first");
+                     "Draw only what is said in that step; 0 for the part before the first");
   command.add_option("--view", options.view,
                      "Where to look from: iso, an axis with its sign such as +x, or three numbers "
                      "such as 1,-2,0.5");

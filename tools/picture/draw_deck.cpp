@@ -26,6 +26,7 @@ int draw(const std::vector<std::string>& arguments) {
   picture::Options options;
   options.title = arguments[0].substr(arguments[0].find_last_of('/') + 1);
   options.axes = deck::axes_of(deck);
+  options.node_axes = deck::node_axes_of(deck);
   if (arguments.size() == 3) {
     const auto from = geometry::read_direction(arguments[2]);
     if (!from) {

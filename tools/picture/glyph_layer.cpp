@@ -136,7 +136,11 @@ class Layer {
   };
 
   Setting setting(const Symbol& symbol, const Sort& sort) const {
-    Setting setting{view_, symbols_.nodes[symbol.node].outward, Point::Zero(), symbol.ends_at_node};
+    const Carrier& node = symbols_.nodes[symbol.node];
+    // Of the kinds that decks have only supports ask for axes.
+    const bool is_support = sort.kind->table == "NodalBoundaryConditions";
+    Setting setting{view_, node.outward, axes_at(node.id, is_support ? options_ : Options()),
+                    Point::Zero(), symbol.ends_at_node};
     if (sort.kind->has_arrow) setting.arrow = arrow_of(symbol, sort, view_);
     return setting;
   }

@@ -9,11 +9,12 @@
 namespace picture {
 namespace {
 
-using content::LocalAxes;
 using content::Row;
 using content::Table;
 
-constexpr int rotation = 8;  // a variant's bit; the lower three are axes
+// Bits of variants; the lowest three are axes.
+constexpr int rotation = 8;
+constexpr int turned = 64;  // axes of the node's own
 
 Point to_point(const content::Vector& v) { return {v[0], v[1], v[2]}; }
 
@@ -42,65 +43,70 @@ std::string rotation_name(int variant) { return variant == rotation ? ", rotatio
 
 // Supports stand outside the body, and where nobody knows it, below.
 Point side_of(int axis, const Setting& setting) {
-  return Point::Unit(axis) * (setting.outward[axis] > 0.1 ? 1 : -1);
+  const Point& along = setting.axes.at(static_cast<std::size_t>(axis));
+  return along * (setting.outward.dot(along) > 0.1 ? 1 : -1);
 }
 
 // Reading -----------------------------------------------------------------------------------------
 
-std::optional<Mark> read_load(const Table& table, std::size_t record, const LocalAxes& axes) {
-  const auto vector = content::load_vector(table, record, axes);
+std::optional<Mark> read_load(const Table& table, std::size_t record, const Options& options) {
+  const auto vector = content::load_vector(table, record, options.axes);
   if (!vector) return {};
   return Mark{0, to_point(*vector), Row(table, record)["Magnitude"]};
 }
 
-std::optional<Mark> read_value(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_value(const Table& table, std::size_t record, const Options&) {
   return Mark{0, Point::Zero(), Row(table, record)["Magnitude"]};
 }
 
-std::optional<Mark> read_type(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_type(const Table& table, std::size_t record, const Options&) {
   return Mark{0, Point::Zero(), Row(table, record)["Type"]};
 }
 
-std::optional<Mark> read_support(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_support(const Table& table, std::size_t record, const Options& options) {
   const Row row(table, record);
-  return Mark{axes_of(row, "Tx", "Ty", "Tz") | axes_of(row, "Rx", "Ry", "Rz") << 3, Point::Zero(),
-              0};
+  const int held = axes_of(row, "Tx", "Ty", "Tz") | axes_of(row, "Rx", "Ry", "Rz") << 3;
+  const bool is_turned = options.node_axes && options.node_axes(table.vertices[record]);
+  return Mark{held == 0 || !is_turned ? held : held | turned, Point::Zero(), 0};
 }
 
-std::optional<Mark> read_rigid(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_rigid(const Table& table, std::size_t record, const Options&) {
   const Row row(table, record);
   return Mark{axes_of(row, "FixedX", "FixedY", "FixedZ") | rotation_of(row), Point::Zero(),
               row["Stiffness"]};
 }
 
-std::optional<Mark> read_elastic(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_elastic(const Table& table, std::size_t record, const Options&) {
   const Row row(table, record);
   return Mark{rotation_of(row), direction_of(row), row["Stiffness"]};
 }
 
-std::optional<Mark> read_moved(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_moved(const Table& table, std::size_t record, const Options&) {
   const Row row(table, record);
   return Mark{rotation_of(row), direction_of(row) * row["Magnitude"], row["Magnitude"]};
 }
 
-std::optional<Mark> read_displacement(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_displacement(const Table& table, std::size_t record,
+                                      const Options& options) {
   const Row row(table, record);
-  const double direction = row["ScalarVector"];
+  const double direction = row["Direction"];
   Point along = Point::Zero();
   if (direction == 3) along = direction_of(row);
-  for (int axis = 0; axis < 3; ++axis) {
-    if (direction == axis) along = Point::Unit(axis);
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    if (direction == static_cast<double>(axis)) {
+      along = axes_at(table.vertices[record], options).at(axis);
+    }
   }
   return Mark{rotation_of(row), along * row["Magnitude"], row["Magnitude"]};
 }
 
-std::optional<Mark> read_velocity(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_velocity(const Table& table, std::size_t record, const Options&) {
   const Row row(table, record);
   const Point v = to_point(row.vector("MagnitudeX", "MagnitudeY", "MagnitudeZ"));
   return Mark{axes_of(row, "UseX", "UseY", "UseZ"), v, v.norm()};
 }
 
-std::optional<Mark> read_mass(const Table& table, std::size_t record, const LocalAxes&) {
+std::optional<Mark> read_mass(const Table& table, std::size_t record, const Options&) {
   const Row row(table, record);
   return Mark{0, Point::Zero(), std::max({row["Wx"], row["Wy"], row["Wz"]})};
 }
@@ -138,9 +144,10 @@ Drawing draw_held(int translations, int rotations, bool has_block, const Setting
 }
 
 Drawing draw_support(const Mark& mark, const Setting& setting) {
-  return draw_held(mark.variant & 7, mark.variant >> 3, false, setting);
+  return draw_held(mark.variant & 7, mark.variant >> 3 & 7, false, setting);
 }
 
+// Decks have no such kind, and so no axes of a node for it.
 Drawing draw_rigid(const Mark& mark, const Setting& setting) {
   const int axes = mark.variant & 7;
   const bool is_rotation = (mark.variant & rotation) != 0;
@@ -197,10 +204,11 @@ Drawing draw_in_outlet(const Mark&, const Setting&) { return glyphs::in_outlet()
 
 std::string support_name(int variant) {
   const std::string translations = axis_names(variant & 7);
-  const std::string rotations = axis_names(variant >> 3);
+  const std::string rotations = axis_names(variant >> 3 & 7);
+  const std::string own = (variant & turned) != 0 ? " of the node's axes" : "";
   if (variant == 0) return " that holds nothing";
-  if (rotations.empty()) return translations;
-  return translations + (translations.empty() ? " rotation" : ", rotation") + rotations;
+  if (rotations.empty()) return translations + own;
+  return translations + (translations.empty() ? " rotation" : ", rotation") + rotations + own;
 }
 
 std::string rigid_name(int variant) {
@@ -247,6 +255,12 @@ constexpr std::array kinds = {
 };
 
 }  // namespace
+
+std::array<Point, 3> axes_at(content::Key node, const Options& options) {
+  const auto own = options.node_axes ? options.node_axes(node) : std::nullopt;
+  if (!own) return {Point::UnitX(), Point::UnitY(), Point::UnitZ()};
+  return {to_point((*own)[0]), to_point((*own)[1]), to_point((*own)[2])};
+}
 
 const Kind* find_kind(std::string_view table) {
   const auto* const found = std::ranges::find(kinds, table, &Kind::table);

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "tools/content/loads.h"
 #include "tools/geometry/view.h"
 #include "tools/picture/drawing.h"
+#include "tools/picture/picture.h"
 
 namespace picture {
 
@@ -18,10 +21,14 @@ struct Mark {
   double value = 0;              ///< for the label and the legend's range
 };
 
+/// The axes of the degrees of freedom of a record's node.
+std::array<Point, 3> axes_at(content::Key node, const Options& options);
+
 /// How the glyph of a record is turned.
 struct Setting {
   const geometry::View& view;
   Point outward;              ///< away from the body at the node, global; 0 where nobody can tell
+  std::array<Point, 3> axes;  ///< along which a support holds, global
   Point arrow;                ///< the mark's vector on the screen, in units of the glyph
   bool ends_at_node = false;  ///< the arrow, with its tip
 };
@@ -37,7 +44,7 @@ struct Kind {
   bool is_colored_by_value = false;
   double width = 1;  ///< what it takes of the screen, in its own unit
   /// Nothing, if the record's coordinate system is not known.
-  std::optional<Mark> (*read)(const content::Table&, std::size_t record, const content::LocalAxes&);
+  std::optional<Mark> (*read)(const content::Table&, std::size_t record, const Options&);
   std::string (*variant_name)(int variant);  ///< behind the name
   Drawing (*draw)(const Mark&, const Setting&);
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "tools/picture/body.h"
 #include "tools/picture/glyph_layer.h"
@@ -138,7 +139,8 @@ Picture draw(const mesh::Mesh& mesh, const content::Content& content, const Opti
 
   Picture picture;
   picture.legend = glyphs.legend;
-  picture.notes = notes_of(shape, symbols, glyphs);
+  picture.notes = options.notes;
+  std::ranges::move(notes_of(shape, symbols, glyphs), std::back_inserter(picture.notes));
   picture.resultant = symbols.resultant;
   picture.svg = frame_begin(options);
   if (!glyphs.definitions.empty()) {

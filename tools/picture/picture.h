@@ -37,13 +37,13 @@ struct Options {
   Labels labels = Labels::none;
   std::vector<std::string> kinds;  ///< names of tables; empty: all
   std::vector<std::string> sets;   ///< names; empty: all, and records without a set
-  Filter filter;                   ///< a further one, such as in_step
+  Filter filter;                   ///< a further one
   content::LocalAxes axes;         ///< of coordinate systems; records in unknown ones are not drawn
+  /// Of supports and prescribed displacements; without it they are along the global axes.
+  content::NodeAxes node_axes;
+  std::vector<std::string> notes;  ///< further ones, that stand in front of the picture's
   std::string id_prefix;           ///< before the identifiers, for several pictures on one page
 };
-
-/// Chooses the records whose set came from the cards of a step; 0 is the part before the first.
-Filter in_step(const content::Source& source, int step);
 
 /// Chooses what Options::kinds and Options::sets name. `content` must live as long as the filter.
 Filter in_sets(const content::Content& content, const std::vector<std::string>& kinds,

@@ -93,7 +93,7 @@ class Finder {
       ++result_.without_node;
       return;
     }
-    const auto mark = kind.read(table, record, options_.axes);
+    const auto mark = kind.read(table, record, options_);
     if (!mark || !is_number(mark->vector)) {
       ++result_.without_system;
       return;
@@ -186,19 +186,6 @@ class Finder {
 };
 
 }  // namespace
-
-Filter in_step(const content::Source& source, int step) {
-  std::map<std::string, std::unordered_set<content::Key>> sets;
-  for (const content::SetSource& set : source.sets) {
-    if (set.step == step) sets[set.table].insert(set.set);
-  }
-  return [sets = std::move(sets)](const content::Table& table, std::size_t record) {
-    const auto found = sets.find(table.sets);
-    return found != sets.end() && std::ranges::any_of(table.set_ids[record], [&](content::Key id) {
-             return found->second.contains(id);
-           });
-  };
-}
 
 Filter in_sets(const content::Content& content, const std::vector<std::string>& kinds,
                const std::vector<std::string>& sets) {

@@ -33,11 +33,15 @@ SetNames names_of_sets(const content::Content& content) {
   return names;
 }
 
-// Whether a column says yes or no: a degree of freedom that is held.
-bool is_truth(const content::Table& table, const std::string& column) {
-  constexpr std::array<std::string_view, 6> kFreedoms = {"Tx", "Ty", "Tz", "Rx", "Ry", "Rz"};
-  return table.name == "NodalBoundaryConditions" &&
-         std::ranges::find(kFreedoms, column) != kFreedoms.end();
+// What a column says when it is not 0; empty, if it has a number. The names of these columns mean
+// the same in all kinds.
+std::string_view word_of(std::string_view column) {
+  constexpr std::array<std::string_view, 9> kHeld = {"Tx", "Ty",     "Tz",     "Rx",    "Ry",
+                                                     "Rz", "FixedX", "FixedY", "FixedZ"};
+  constexpr std::array<std::string_view, 7> kTrue = {
+      "UseX", "UseY", "UseZ", "UseMassUnits", "IsRotation", "IsTimeVarying", "SeparateWindow"};
+  if (std::ranges::find(kHeld, column) != kHeld.end()) return "held";
+  return std::ranges::find(kTrue, column) != kTrue.end() ? "yes" : "";
 }
 
 class Page {
@@ -208,8 +212,8 @@ class Page {
     cell(std::to_string(table.vertices[record]), "number");
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
       const double value = table.values[record * table.columns.size() + column];
-      if (is_truth(table, table.columns[column])) {
-        cell(value == 0 ? "" : "held", "");
+      if (const auto word = word_of(table.columns[column]); !word.empty()) {
+        cell(value == 0 ? "" : std::string(word), "");
       } else {
         cell(svg::exact(value), "number");
       }

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <utility>
 
 #include "tools/checks/check.h"
 #include "tools/checks/resultants.h"
+#include "tools/checks/schedule.h"
 #include "tools/deck/deck.h"
+#include "tools/deck/systems.h"
 #include "tools/geometry/view.h"
 #include "tools/model/kinds.h"
 #include "tools/model/subject.h"
@@ -19,10 +22,11 @@
 namespace views {
 namespace {
 
-mesh::Mesh mesh_of(const std::string& path) {
+/// The deck whose mesh is shown; an empty one without a path.
+deck::Deck deck_at(const std::string& path) {
   if (path.empty()) return {};
   try {
-    return std::move(deck::read(path).mesh);
+    return deck::read(path);
   } catch (const deck::Error& error) {
     text::fail(text::kCannotReadFile, error.what());
   }
@@ -66,8 +70,48 @@ void require_sets(const content::Content& content, const std::vector<std::string
   }
 }
 
-picture::Options picture_of(model::Database& database, const checks::Subject& subject,
-                            const Options& options) {
+/// What tells the deck of a picture from the one that the model came from, as a sentence; empty,
+/// if it is that deck.
+std::string note_of_deck(const deck::Deck& deck, const checks::Subject& subject,
+                         const Options& options) {
+  const content::Vertices& vertices = subject.content.vertices;
+  if (options.deck.empty() || subject.source.checksum.empty()) return "";
+  if (deck.checksum() == subject.source.checksum) return "";
+  std::size_t elsewhere = 0;
+  for (std::size_t i = 0; i < vertices.ids.size(); ++i) {
+    const auto place = deck.index_of_node.find(vertices.ids[i]);
+    if (!place || deck.mesh.coordinates[*place] != vertices.coordinates[i]) ++elsewhere;
+  }
+  return "The mesh is that of \"" + options.deck + "\". It is not, or no more, the deck \"" +
+         subject.source.deck + "\" from which the model was imported: " +
+         (elsewhere == 0 ? "all nodes of the model lie where they lie in it."
+                         : std::to_string(elsewhere) + " of the model's " +
+                               std::to_string(vertices.ids.size()) +
+                               " nodes lie elsewhere in it, or are not there.");
+}
+
+/// Nodes with axes of their own are known from the deck alone.
+std::string note_of_axes(const model::CheckedModel& model, const Options& options) {
+  if (!options.deck.empty() || !model.has_systems()) return "";
+  return "The deck has coordinate systems (*TRANSFORM). Without it supports and displacements are "
+         "drawn along the global axes; name it, with --deck or as Deck, to see them along those of "
+         "their nodes.";
+}
+
+picture::Filter in_step(const checks::Subject& subject, int step) {
+  const checks::Schedule schedule = checks::schedule_of(subject);
+  std::map<const content::Table*, std::vector<bool>> belongs;
+  for (const content::Table& table : subject.content.tables) {
+    belongs[&table] = checks::records_in_step(schedule, table, step);
+  }
+  return [belongs = std::move(belongs)](const content::Table& table, std::size_t record) {
+    return belongs.at(&table)[record];
+  };
+}
+
+picture::Options picture_of(model::Database& database, const model::CheckedModel& model,
+                            const deck::Deck& deck, const Options& options) {
+  const checks::Subject& subject = model.subject();
   picture::Options picture;
   picture.title = options.title;
   picture.from = direction_of(options.view);
@@ -75,6 +119,10 @@ picture::Options picture_of(model::Database& database, const checks::Subject& su
   picture.labels = labels_of(options.labels);
   picture.sets = options.sets;
   picture.axes = subject.axes;
+  picture.node_axes = deck::node_axes_of(deck);
+  for (std::string note : {note_of_deck(deck, subject, options), note_of_axes(model, options)}) {
+    if (!note.empty()) picture.notes.push_back(std::move(note));
+  }
   require_sets(subject.content, options.sets);
   const auto kinds = model::kinds_of(database);
   for (const std::string& kind : options.kinds) {
@@ -82,7 +130,7 @@ picture::Options picture_of(model::Database& database, const checks::Subject& su
   }
   if (options.step) {
     model::require_step(subject, *options.step);
-    picture.filter = picture::in_step(subject.source, *options.step);
+    picture.filter = in_step(subject, *options.step);
   }
   return picture;
 }
@@ -114,9 +162,9 @@ std::vector<std::string> draw(model::Database& database, const Options& options,
                               const std::string& path) {
   require_valid(options);
   const model::CheckedModel model(database);
-  const checks::Subject& subject = model.subject();
+  const deck::Deck deck = deck_at(options.deck);
   picture::Picture drawn =
-      picture::draw(mesh_of(options.deck), subject.content, picture_of(database, subject, options));
+      picture::draw(deck.mesh, model.subject().content, picture_of(database, model, deck, options));
   write(options, path, drawn.svg);
   return std::move(drawn.notes);
 }
@@ -125,15 +173,16 @@ void report(model::Database& database, const Options& options, const std::string
   require_valid(options);
   const model::CheckedModel model(database);
   const checks::Subject& subject = model.subject();
-  const std::string& deck = subject.source.deck;
+  const deck::Deck deck = deck_at(options.deck);
+  const std::string& source = subject.source.deck;
   report::Options page;
   page.title = options.title;
-  page.picture = picture_of(database, subject, options);
+  page.picture = picture_of(database, model, deck, options);
   page.findings = checks::check(subject);
   page.resultants = checks::resultants_of(subject);
-  if (page.title.empty()) page.title = deck.empty() ? "Loads and supports" : deck;
-  if (!deck.empty()) page.subtitle = "Imported from the deck " + deck + ".";
-  write(options, path, report::html(mesh_of(options.deck), subject.content, page));
+  if (page.title.empty()) page.title = source.empty() ? "Loads and supports" : source;
+  if (!source.empty()) page.subtitle = "Imported from the deck " + source + ".";
+  write(options, path, report::html(deck.mesh, subject.content, page));
 }
 
 }  // namespace views

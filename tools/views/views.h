@@ -18,7 +18,7 @@ struct Options {
   double scale = 1;                ///< of the glyphs
   std::vector<std::string> kinds;  ///< as model::find_kind takes them; empty: all
   std::vector<std::string> sets;   ///< names; empty: all, and records without a set
-  std::optional<int> step;         ///< only what the deck says in that step
+  std::optional<int> step;         ///< only what is said in that step
   std::string title;
 };
 
