@@ -84,10 +84,30 @@ class Object : public First, public Rest... {
   IUnknown* outer_ = nullptr;
 };
 
+/// The own IUnknown of a complete object, which derives from it: the non-delegating one.
+template <class Whole, class ReferenceCount>
+class OwnUnknown : public IUnknown {
+ public:
+  STDMETHODIMP QueryInterface(REFIID iid, void** out) final {
+    return whole()->query_own(this, iid, out);
+  }
+  STDMETHODIMP_(ULONG) AddRef() final { return static_cast<ULONG>(++references); }
+  STDMETHODIMP_(ULONG) Release() final {
+    const long left = --references;
+    if (left == 0) delete whole();
+    return static_cast<ULONG>(left);
+  }
+
+  ReferenceCount references = 0;
+
+ private:
+  Whole* whole() { return static_cast<Whole*>(this); }
+};
+
 /// A complete object of the implementation class T: stand-alone, or part of an outer object.
 /// Its own IUnknown is the non-delegating one; that of every other interface is the outer's.
 template <class T>
-class Instance final : public T {
+class Instance final : public T, private OwnUnknown<Instance<T>, typename T::ReferenceCount> {
  public:
   /// Creates an object and asks it for `iid`. With an outer object `iid` must be IUnknown.
   /// The caller owns the reference in `out`.
@@ -95,7 +115,7 @@ class Instance final : public T {
     return boundary([&] {
       *out = nullptr;
       std::unique_ptr<Instance> object = construct(outer);
-      const HRESULT result = object->own_.QueryInterface(iid, out);
+      const HRESULT result = object->own().QueryInterface(iid, out);
       if (SUCCEEDED(result)) (void)object.release();
       return result;
     });
@@ -108,7 +128,7 @@ class Instance final : public T {
   }
 
   ~Instance() {
-    own_.references = kDestroying;
+    own().references = kDestroying;
     this->final_release();
     Module::instance().unlock();
   }
@@ -117,27 +137,13 @@ class Instance final : public T {
   /// References taken and dropped during destruction must not destroy the object again.
   static constexpr long kDestroying = LONG_MIN / 2;
 
-  struct NonDelegating final : IUnknown {
-    explicit NonDelegating(Instance* owner) : object(owner) {}
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-      return object->query_own(this, iid, out);
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references); }
-    STDMETHODIMP_(ULONG) Release() override {
-      const long left = --references;
-      if (left == 0) delete object;
-      return static_cast<ULONG>(left);
-    }
-
-    Instance* object;
-    typename T::ReferenceCount references = 0;
-  };
+  using Own = OwnUnknown<Instance, typename T::ReferenceCount>;
+  friend Own;
 
   template <class... Arguments>
   explicit Instance(IUnknown* outer, Arguments&&... arguments)
-      : T(std::forward<Arguments>(arguments)...), own_(this) {
-    this->outer_ = outer ? outer : &own_;
+      : T(std::forward<Arguments>(arguments)...) {
+    this->outer_ = outer ? outer : &own();
     Module::instance().lock();
   }
 
@@ -146,13 +152,13 @@ class Instance final : public T {
     std::unique_ptr<Instance> object(new Instance(outer, std::forward<Arguments>(arguments)...));
     // Final construction may hand the object out and take it back; the extra reference keeps that
     // from destroying it.
-    ++object->own_.references;
+    ++object->own().references;
     object->final_construct();
-    --object->own_.references;
+    --object->own().references;
     return object;
   }
 
-  NonDelegating own_;
+  Own& own() { return *this; }
 };
 
 /// Creates an object of the implementation class T without a class object; failures are raised.
