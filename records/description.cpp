@@ -11,14 +11,15 @@ std::wstring_view trimmed(std::wstring_view text) {
 }
 
 void Description::assign(BSTR text) {
-  current_ = text ? com::Bstr(trimmed(std::wstring_view(text))) : com::Bstr();
+  current_ = text ? held(trimmed(std::wstring_view(text))) : com::Bstr();
+  is_null_ = !text;
 }
 
 com::Bstr Description::trimmed_copy() {
   const std::wstring_view shorter = trimmed(current());
   // A loaded text may be longer than its trimmed form; a text that was put never is.
-  if (shorter.size() != current().size()) current_ = com::Bstr(shorter);
-  return current_;
+  if (shorter.size() != current().size()) current_ = held(shorter);
+  return is_null_ ? com::Bstr() : com::Bstr(current());
 }
 
 }  // namespace orv

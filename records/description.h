@@ -12,9 +12,6 @@ std::wstring_view trimmed(std::wstring_view text);
 /// A record's description: as it is now, and as it was last loaded or committed.
 class Description {
  public:
-  /// Both are empty, not null.
-  Description() : current_(std::wstring_view()), saved_(std::wstring_view()) {}
-
   [[nodiscard]] std::wstring_view current() const { return current_.view(); }
   [[nodiscard]] std::wstring_view saved() const { return saved_.view(); }
 
@@ -23,9 +20,10 @@ class Description {
 
   /// Takes the text of the row, up to its first NUL, as both; neither when memory is short.
   void load(std::wstring_view text) {
-    com::Bstr loaded(text.substr(0, text.find(L'\0')));
+    com::Bstr loaded = held(text.substr(0, text.find(L'\0')));
     saved_ = loaded;
     current_ = std::move(loaded);
+    is_null_ = false;
   }
 
   void commit() { saved_ = current_; }
@@ -34,8 +32,14 @@ class Description {
   com::Bstr trimmed_copy();
 
  private:
+  /// An empty text is held as none: most records have no description.
+  static com::Bstr held(std::wstring_view text) {
+    return text.empty() ? com::Bstr() : com::Bstr(text);
+  }
+
   com::Bstr current_;
   com::Bstr saved_;
+  bool is_null_ = false;  // the current one
 };
 
 }  // namespace orv
