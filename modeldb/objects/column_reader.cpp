@@ -1,5 +1,8 @@
 #include "modeldb/objects/column_reader.h"
 
+#include <algorithm>
+
+#include "modeldb/engine/ascii.h"
 #include "modeldb/engine/failure.h"
 
 namespace modeldb {
@@ -29,6 +32,21 @@ std::optional<com::Variant> ColumnReader::try_read(std::wstring_view column, VAR
   } catch (const com::Error&) {
     return std::nullopt;
   }
+}
+
+bool ColumnReader::has_one_of(std::span<const std::wstring_view> columns) const {
+  long count = 0;
+  com::check(fields_->get_Count(&count), fields_);
+  for (long number = 0; number < count; ++number) {
+    com::Ptr<Field> field;
+    com::check(fields_->get_Item(com::Variant(number), field.put()), fields_);
+    com::Bstr name;
+    com::check(field->get_Name(name.put()), field);
+    if (std::ranges::any_of(columns, [&](auto column) { return same_name(column, name.view()); })) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace modeldb

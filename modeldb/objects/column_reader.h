@@ -3,6 +3,7 @@
 #include <msado15_backcompat.h>
 
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "com/ptr.h"
@@ -22,6 +23,10 @@ class ColumnReader {
   [[nodiscard]] com::Variant read(std::wstring_view column, VARTYPE type) const;
   /// Nothing when the recordset has no such column, or nothing of the type in it, such as NULL.
   [[nodiscard]] std::optional<com::Variant> try_read(std::wstring_view column, VARTYPE type) const;
+
+  /// Whether the recordset has any of the columns. To ask for one that it does not have costs an
+  /// error with its sentence, as much as loading some records.
+  [[nodiscard]] bool has_one_of(std::span<const std::wstring_view> columns) const;
 
  private:
   com::Ptr<Fields> fields_;

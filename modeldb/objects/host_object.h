@@ -1,6 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <type_traits>
 
 #include "com/automation.h"
 #include "com/free_threaded.h"
@@ -13,13 +15,15 @@
 
 namespace modeldb {
 
+/// Whether the number of an object means the same in every model.
+enum class Identity { kByNumber, kInOneModel };
+
 /// An object that the model owns: a vertex or a set. It is saved and deleted by the record store
 /// under the same protocol as a record, but has neither vertex nor sets of its own.
 ///
-/// Self supplies the codes of its kind's events and its table (kEventType, table()), reads itself
-/// from rows (load_row), and says whether its number means the same in every model
-/// (kIsNamedByNumber).
-template <class Self, class Interface>
+/// Self supplies the codes of its kind's events and its table (kEventType, table()) and reads
+/// itself from rows (load_row).
+template <class Self, class Interface, Identity identity>
 class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibrary>> {
  public:
   STDMETHODIMP get_ID(long* pVal) override {
@@ -33,7 +37,7 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
     return com::boundary([&] {
       if (newVal != id_) {
         image_.change_row(newVal == 0);
-        home_.clear();
+        home_ = {};
       }
       id_ = newVal;
       dirty_ = 1;
@@ -150,18 +154,18 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
     if (id_ == 0) return {};
     const auto database = store.model()->database();
     StatementLease row = Self::table().find(*database, id_);
-    if (row) require_same_object(database->path(), *row);
+    if constexpr (identity == Identity::kInOneModel) {
+      if (row) require_same_object(database->path(), *row);
+    }
     return row;
   }
 
   /// An object that was stored in one model may be saved in another under its number, unless that
   /// stands for something else there.
   void require_same_object(const std::wstring& model, const Statement& row) const {
-    if (Self::kIsNamedByNumber || home_.empty() || home_ == model || image_.was_stored_as(row)) {
-      return;
-    }
+    if (!home_ || *home_ == model || image_.was_stored_as(row)) return;
     const std::wstring object = Self::table().kind().object + L" " + std::to_wstring(id_);
-    fail(kIllegalOperation, object + L" of the model " + quoted(home_) + L" is " +
+    fail(kIllegalOperation, object + L" of the model " + quoted(*home_) + L" is " +
                                 quoted(image_.stored_description()) + L", but in the model " +
                                 quoted(model) + L" " + object + L" is " + quoted(row.text(0)) +
                                 L". Set its ID to 0 to save it there as a new one, or take the one "
@@ -176,18 +180,23 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
     }
   }
 
-  void take_back(const RowImage& image, const std::wstring& home, long dirty) {
+  // A vertex needs none, and a model has as many of these as it has records.
+  struct NoHome {};
+  using Home = std::conditional_t<identity == Identity::kInOneModel,
+                                  std::shared_ptr<const std::wstring>, NoHome>;
+
+  void take_back(const RowImage& image, const Home& home, long dirty) {
     image_.take_back(image);
     home_ = home;
     dirty_ = dirty;
   }
 
   void remember(IDispatch* model_database) {
-    if constexpr (!Self::kIsNamedByNumber) {
-      home_.clear();
+    if constexpr (identity == Identity::kInOneModel) {
+      home_.reset();
       if (const auto store = own_store(model_database)) {
         const Turn turn(store->turns());
-        home_ = store->model()->database()->path();
+        home_ = store->model()->shared_path();
       }
     }
   }
@@ -195,7 +204,8 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   long id_ = 0;
   long dirty_ = 0;
   RowImage image_;
-  std::wstring home_;  // the model that has the stored values; empty when there is none
+  // The path of the model that has the stored values; null when there is none.
+  [[no_unique_address]] Home home_;
 };
 
 }  // namespace modeldb

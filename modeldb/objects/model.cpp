@@ -26,6 +26,7 @@ Model::Model(std::wstring_view location)
     make_tables(*database_, catalogue_);
     guard_vertices(*database_, catalogue_);
     keep_links_with_records(*database_, catalogue_);
+    path_ = std::make_shared<const std::wstring>(database_->path());
     database_->mark_unchanged();
   } catch (...) {
     database_->discard();

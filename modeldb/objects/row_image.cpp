@@ -1,6 +1,8 @@
 #include "modeldb/objects/row_image.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "host/protocol.h"
 
@@ -9,85 +11,107 @@ namespace {
 
 constexpr auto kCurrent = [](const auto& value) -> const auto& { return value.current; };
 constexpr auto kSaved = [](const auto& value) -> const auto& { return value.saved; };
+// Of a vertex whose coordinates need all of their digits.
+constexpr std::size_t kUsualLength = 100;
+
+void append_text(std::wstring& text, std::wstring_view words) { text += words; }
 
 /// The shortest text that gives the number back exactly.
-std::wstring digits(double number) {
-  char text[32];
-  return {text, std::to_chars(text, std::end(text), number).ptr};
+void append_text(std::wstring& text, double number) {
+  char digits[32];
+  wchar_t wide[std::size(digits)];
+  char* const end = std::to_chars(digits, std::end(digits), number).ptr;
+  text += std::wstring_view(wide, std::copy(digits, end, wide));
 }
 
 }  // namespace
 
-template <class T>
-void RowImage::Value<T>::change_row(bool is_new) {
-  if (origin != Origin::kStored) return;
-  if (is_new) {
-    origin = Origin::kPut;
-  } else {
-    *this = {};
-  }
-}
-
-template <class T>
-bool RowImage::Value<T>::complete(T stored) {
-  saved = stored;
-  if (origin != Origin::kPut) {
-    current = std::move(stored);
-    origin = Origin::kStored;
-  }
-  return current == saved;
-}
-
-template <class T>
-void RowImage::Value<T>::take_back(const Value& before) {
-  saved = before.saved;
-  if (origin == Origin::kStored && before.origin == Origin::kPut) origin = Origin::kPut;
+void RowImage::forget() {
+  description_ = {};
+  numbers_ = {};
+  origins_ = {};
 }
 
 void RowImage::change_row(bool is_new) {
-  description_.change_row(is_new);
-  for (auto& number : numbers(*this)) number.change_row(is_new);
+  for_each(*this, [&](auto& value, std::size_t column) {
+    Origin& origin = origins_[column];
+    if (origin != Origin::kStored) return;
+    if (!is_new) value = {};
+    origin = is_new ? Origin::kPut : Origin::kNone;
+  });
+}
+
+template <class T>
+bool RowImage::complete(Value<T>& value, std::size_t column, T stored) {
+  value.saved = std::move(stored);
+  Origin& origin = origins_[column];
+  if (origin != Origin::kPut) {
+    value.current = value.saved;
+    origin = Origin::kStored;
+  }
+  return value.current == value.saved;
+}
+
+RowImage::Text RowImage::stored(const Statement& row, const Value<Text>&, std::size_t column) {
+  return Text(row.text(static_cast<int>(column)));
+}
+
+double RowImage::stored(const Statement& row, const Value<double>&, std::size_t column) {
+  return row.real(static_cast<int>(column));
 }
 
 bool RowImage::complete(const Statement& row) {
-  int column = 0;
-  bool same = description_.complete(std::wstring(row.text(column)));
-  for (auto& number : numbers(*this)) same &= number.complete(row.real(++column));
+  bool same = true;
+  for_each(*this, [&](auto& value, std::size_t column) {
+    same &= complete(value, column, stored(row, value, column));
+  });
   return same;
 }
 
 bool RowImage::was_stored_as(const Statement& row) const {
-  int column = 0;
-  bool same = description_.saved == row.text(column);
-  for (const auto& number : numbers(*this)) same &= number.saved == row.real(++column);
+  bool same = true;
+  for_each(*this, [&](const auto& value, std::size_t column) {
+    same &= value.saved == stored(row, value, column);
+  });
   return same;
 }
 
 void RowImage::commit() {
-  description_.store(description_.current);
-  for (auto& number : numbers(*this)) number.store(number.current);
+  for_each(*this, [&](auto& value, std::size_t column) { store(value, column, value.current); });
 }
 
 void RowImage::take_back(const RowImage& before) {
-  description_.take_back(before.description_);
-  auto earlier = numbers(before).begin();
-  for (auto& number : numbers(*this)) number.take_back(*earlier++);
+  description_.saved = before.description_.saved;
+  for (std::size_t index = 0; index < numbers_.size(); ++index) {
+    numbers_[index].saved = before.numbers_[index].saved;
+  }
+  for (std::size_t column = 0; column < origins_.size(); ++column) {
+    const bool was_put = before.origins_[column] == Origin::kPut;
+    if (was_put && origins_[column] == Origin::kStored) origins_[column] = Origin::kPut;
+  }
 }
 
 template <class Pick>
 std::wstring RowImage::values(Pick pick) const {
-  std::wstring text = L"'" + pick(description_) + L"'";
-  for (const auto& number : numbers(*this)) text += L", " + digits(pick(number));
+  std::wstring text;
+  text.reserve(kUsualLength);
+  for_each(*this, [&](const auto& value, std::size_t column) {
+    text += column == 0 ? L"'" : L", ";
+    append_text(text, pick(value));
+    if (column == 0) text += L'\'';
+  });
   return text;
 }
 
 template <class Pick>
 std::wstring RowImage::assignments(Pick pick) const {
-  auto column = table_.kind().columns.begin();
-  std::wstring text = column->name + L" = '" + pick(description_) + L"'";
-  for (const auto& number : numbers(*this)) {
-    text += L", " + (++column)->name + L" = " + digits(pick(number));
-  }
+  std::wstring text;
+  for_each(*this, [&](const auto& value, std::size_t column) {
+    if (column > 0) text += L", ";
+    text.append(table_.kind().columns[column].name).append(column == 0 ? L" = '" : L" = ");
+    append_text(text, pick(value));
+    if (column == 0) text += L'\'';
+  });
   return text;
 }
 

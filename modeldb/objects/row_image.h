@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
-#include <span>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "com/bstr.h"
 #include "modeldb/schema/table.h"
@@ -20,21 +22,18 @@ class RowImage {
  public:
   explicit RowImage(const Table& table) : table_(table) {}
 
-  [[nodiscard]] const std::wstring& description() const { return description_.current; }
-  void put_description(std::wstring_view text) { description_.put(std::wstring(text)); }
-  [[nodiscard]] const std::wstring& stored_description() const { return description_.saved; }
+  [[nodiscard]] std::wstring_view description() const { return description_.current.view(); }
+  void put_description(std::wstring_view text) { put(description_, 0, Text(text)); }
+  [[nodiscard]] std::wstring_view stored_description() const { return description_.saved.view(); }
   [[nodiscard]] double number(std::size_t index) const { return numbers_[index].current; }
-  void put_number(std::size_t index, double value) { numbers_[index].put(value); }
+  void put_number(std::size_t index, double value) { put(numbers_[index], index + 1, value); }
 
   // Values read from a stored row.
-  void store_description(std::wstring_view text) { description_.store(std::wstring(text)); }
-  void store_number(std::size_t index, double value) { numbers_[index].store(value); }
+  void store_description(std::wstring_view text) { store(description_, 0, Text(text)); }
+  void store_number(std::size_t index, double value) { store(numbers_[index], index + 1, value); }
 
   /// Nothing is known of the row any more.
-  void forget() {
-    description_ = {};
-    numbers_ = {};
-  }
+  void forget();
 
   /// The object now stands for another row, or for a new one (`is_new`): a new row begins with the
   /// values of the old, another row has values of its own.
@@ -55,31 +54,55 @@ class RowImage {
   [[nodiscard]] com::Bstr text(long code) const;
 
  private:
-  template <class T>
-  struct Value {
-    enum class Origin { kNone, kStored, kPut };
+  // A model has as many of these as it has records: an empty text takes no memory, and where the
+  // values came from stands apart from them, in a byte each.
+  class Text {
+   public:
+    Text() = default;
+    explicit Text(std::wstring_view text) : text_(text.empty() ? com::Bstr() : com::Bstr(text)) {}
 
-    T current{};
-    T saved{};
-    Origin origin = Origin::kNone;
+    [[nodiscard]] std::wstring_view view() const { return text_.view(); }
+    operator std::wstring_view() const { return view(); }
+    bool operator==(const Text& other) const { return view() == other.view(); }
 
-    void put(T value) {
-      current = std::move(value);
-      origin = Origin::kPut;
-    }
-    void store(T value) {
-      saved = current = std::move(value);
-      origin = Origin::kStored;
-    }
-    void change_row(bool is_new);
-    bool complete(T stored);
-    void take_back(const Value& before);
+   private:
+    com::Bstr text_;
   };
 
-  /// The numbers that the table has columns for.
-  template <class Self>
-  static auto numbers(Self& self) {
-    return std::span(self.numbers_).first(self.table_.kind().columns.size() - 1);
+  template <class T>
+  struct Value {
+    T current{};
+    T saved{};
+  };
+
+  enum class Origin : std::uint8_t { kNone, kStored, kPut };
+
+  static constexpr std::size_t kMostNumbers = 3;
+
+  template <class T>
+  void put(Value<T>& value, std::size_t column, T put) {
+    value.current = std::move(put);
+    origins_[column] = Origin::kPut;
+  }
+  template <class T>
+  void store(Value<T>& value, std::size_t column, T stored) {
+    value.saved = value.current = std::move(stored);
+    origins_[column] = Origin::kStored;
+  }
+  template <class T>
+  bool complete(Value<T>& value, std::size_t column, T stored);
+
+  // What the row says of a value in its column.
+  static Text stored(const Statement& row, const Value<Text>& value, std::size_t column);
+  static double stored(const Statement& row, const Value<double>& value, std::size_t column);
+
+  /// Calls `visit` with every value and its column, the description's 0.
+  template <class Self, class Visit>
+  static void for_each(Self& self, Visit visit) {
+    visit(self.description_, std::size_t{0});
+    for (std::size_t column = 1; column < self.table_.kind().columns.size(); ++column) {
+      visit(self.numbers_[column - 1], column);
+    }
   }
 
   template <class Pick>
@@ -88,8 +111,9 @@ class RowImage {
   [[nodiscard]] std::wstring assignments(Pick pick) const;
 
   const Table& table_;
-  Value<std::wstring> description_;
-  std::array<Value<double>, 3> numbers_;
+  Value<Text> description_;
+  std::array<Value<double>, kMostNumbers> numbers_;
+  std::array<Origin, 1 + kMostNumbers> origins_{};
 };
 
 }  // namespace modeldb

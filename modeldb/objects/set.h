@@ -8,10 +8,9 @@ namespace modeldb {
 /// A set that records belong to: a load set, a constraint set or a design scenario. Its description
 /// is its name.
 template <class Interface, const Kind& (*kind)(), long event>
-class Set : public HostObject<Set<Interface, kind, event>, Interface> {
+class Set : public HostObject<Set<Interface, kind, event>, Interface, Identity::kInOneModel> {
  public:
   static constexpr long kEventType = event;
-  static constexpr bool kIsNamedByNumber = false;
 
   static const Table& table() {
     static const Table table(kind());

@@ -10,11 +10,12 @@ namespace modeldb {
 ///
 /// A load or constraint names its node by the ID alone as often as not: coordinates that a script
 /// did not put are never written over those that the model has.
-class Vertex : public Inheriting<HostObject<Vertex, ICoordinateVertex>, IVertex> {
+///
+/// Node 12 of one model is node 12 of the next, wherever it lies there.
+class Vertex
+    : public Inheriting<HostObject<Vertex, ICoordinateVertex, Identity::kByNumber>, IVertex> {
  public:
   static constexpr long kEventType = 1;
-  /// Node 12 of one model is node 12 of the next, wherever it lies there.
-  static constexpr bool kIsNamedByNumber = true;
   static const Table& table();
 
   STDMETHODIMP get_X(double* pVal) override { return get(0, pVal); }
