@@ -14,8 +14,9 @@ namespace {
 constexpr char kUsage[] =
     "orv_bench [SECTION] [--collection N] [--saved N]\n"
     "\n"
-    "  SECTION         text, late-binding, creation, collections, database-save, database-load or\n"
-    "                  bulk, or a part of the name, such as database; all unless told\n"
+    "  SECTION         text, late-binding, creation, memory, collections, database-save,\n"
+    "                  database-load or bulk, or a part of a name, such as database; all unless "
+    "told\n"
     "  --collection N  size of the largest collection (1000000); smaller by tenths down to 10000\n"
     "  --saved N       number of forces to compare with SQLite alone (100000)\n";
 
@@ -28,6 +29,7 @@ constexpr Section kSections[] = {
     {"text", bench::run_text},
     {"late-binding", bench::run_late_binding},
     {"creation", bench::run_creation},
+    {"memory", bench::run_memory},
     {"collections", bench::run_collections},
     {"database-save", bench::run_saving},
     {"database-load", bench::run_loading},

@@ -8,6 +8,7 @@ namespace bench {
 void run_text(const Options& options);
 void run_late_binding(const Options& options);
 void run_creation(const Options& options);
+void run_memory(const Options& options);
 void run_collections(const Options& options);
 void run_saving(const Options& options);
 void run_loading(const Options& options);
