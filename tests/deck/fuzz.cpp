@@ -4,6 +4,6 @@
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  try_deck(std::string(reinterpret_cast<const char*>(data), size));
+  ORV_FUZZED(std::string(reinterpret_cast<const char*>(data), size));
   return 0;
 }

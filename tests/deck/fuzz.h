@@ -2,6 +2,9 @@
 
 #include <string>
 
-/// Reads a deck, writes it back unchanged, row by row and with other loads, and ends the program
-/// where that contradicts what was read.
-void try_deck(const std::string& bytes);
+// Both end the program where what comes out contradicts what went in.
+
+/// Reads a deck and makes records of it.
+void try_reading(const std::string& bytes);
+/// Writes what was read back: unchanged, row by row, and with other loads.
+void try_round_trip(const std::string& bytes);

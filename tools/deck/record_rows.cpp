@@ -1,7 +1,9 @@
 #include "tools/deck/record_rows.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <utility>
@@ -18,6 +20,38 @@ using content::Key;
 constexpr double kRotationNoise = 1e-15;
 
 std::string plain(double value) { return number_text(value).text; }
+
+/// What the rows are made of.
+enum class Column : std::uint8_t {
+  kMultiplier,
+  kMagnitude,
+  kVx,
+  kVy,
+  kVz,
+  kSystem,
+  kTx,
+  kTy,
+  kTz,
+  kRx,
+  kRy,
+  kRz,
+  kIsRotation,
+  kDirection,
+  kActiveRange,
+  kStiffness,
+  kScale,
+  kActivationTime,
+  kIsTimeVarying,
+};
+
+constexpr auto kColumnNames = std::to_array<std::string_view>(
+    {"MultiplierTableID", "Magnitude", "Vx", "Vy", "Vz", "CoordinateSystemID", "Tx", "Ty", "Tz",
+     "Rx", "Ry", "Rz", "IsRotation", "Direction", "ActiveRangeID", "Stiffness", "Scale",
+     "ActivationTime", "IsTimeVarying"});
+
+constexpr std::string_view text_of(Column column) {
+  return kColumnNames[static_cast<std::size_t>(column)];
+}
 
 /// Where the records of a set belong.
 struct Target {
@@ -140,15 +174,24 @@ class RowMaker {
     result_.refusals.push_back(name_of(*table_, record_) + " " + why);
   }
 
-  double value_of(const char* column) const {
-    const auto found = std::find(table_->columns.begin(), table_->columns.end(), column);
-    if (found == table_->columns.end()) return 0;
-    const auto index = static_cast<std::size_t>(found - table_->columns.begin());
-    return table_->values[record_ * table_->columns.size() + index];
+  /// 0 if the table has no such column.
+  double value_of(Column column) const {
+    const std::size_t width = table_->columns.size();
+    const std::size_t at = column_at_[static_cast<std::size_t>(column)];
+    return at == width ? 0 : table_->values[record_ * width + at];
+  }
+
+  void find_columns() {
+    const auto& columns = table_->columns;
+    for (std::size_t i = 0; i < kColumnNames.size(); ++i) {
+      const auto found = std::find(columns.begin(), columns.end(), kColumnNames[i]);
+      column_at_[i] = static_cast<std::size_t>(found - columns.begin());
+    }
   }
 
   void add_table(const content::Table& table) {
     table_ = &table;
+    find_columns();
     static const std::vector<Key> no_sets;
     for (record_ = 0; record_ < table.size(); ++record_) {
       rows_.clear();
@@ -216,7 +259,7 @@ class RowMaker {
 
   /// The deck's number of the record's amplitude; nothing, and a refusal, if there is none.
   std::optional<Key> amplitude() {
-    const double multiplier = value_of("MultiplierTableID");
+    const double multiplier = value_of(Column::kMultiplier);
     if (multiplier == 0 || multiplier == 1) return 0;
     for (const content::Numbered& each : source_.amplitudes) {
       if (each.number != multiplier) continue;
@@ -252,7 +295,7 @@ class RowMaker {
       case Kind::kHeatSource:
         return make_thermal(row);
       case Kind::kTemperature:
-        row.value = value_of("Magnitude");
+        row.value = value_of(Column::kMagnitude);
         put(row);
         return true;
     }
@@ -265,8 +308,8 @@ class RowMaker {
     const auto number = amplitude();
     if (!number) return false;
     row.amplitude = *number;
-    const double magnitude = value_of("Magnitude");
-    Vector vector{value_of("Vx"), value_of("Vy"), value_of("Vz")};
+    const double magnitude = value_of(Column::kMagnitude);
+    Vector vector{value_of(Column::kVx), value_of(Column::kVy), value_of(Column::kVz)};
     const double length = std::hypot(vector[0], vector[1], vector[2]);
     if (!(length > 0) || !std::isfinite(length)) {
       refuse("has no direction: its vector is (" + plain(vector[0]) + ", " + plain(vector[1]) +
@@ -275,7 +318,7 @@ class RowMaker {
     }
     const auto found = deck_.transform_of_node.find(row.node);
     const Key of_node = found == deck_.transform_of_node.end() ? 0 : found->second;
-    const double system = value_of("CoordinateSystemID");
+    const double system = value_of(Column::kSystem);
     double noise = 0;
     if (system == 0 && of_node != 0) {
       const auto index = deck_.index_of_node.find(row.node);
@@ -308,7 +351,8 @@ class RowMaker {
   }
 
   bool make_support(Row& row) {
-    const std::array<const char*, 6> flags{"Tx", "Ty", "Tz", "Rx", "Ry", "Rz"};
+    constexpr std::array flags{Column::kTx, Column::kTy, Column::kTz,
+                               Column::kRx, Column::kRy, Column::kRz};
     for (std::uint8_t freedom = 1; freedom <= 6; ++freedom) {
       if (value_of(flags[freedom - 1U]) == 0) continue;
       row.first = freedom;
@@ -327,15 +371,15 @@ class RowMaker {
     const auto number = amplitude();
     if (!number) return false;
     row.amplitude = *number;
-    if (value_of("ActiveRangeID") != 0) {
-      refuse("has the ActiveRangeID " + plain(value_of("ActiveRangeID")) +
+    if (value_of(Column::kActiveRange) != 0) {
+      refuse("has the ActiveRangeID " + plain(value_of(Column::kActiveRange)) +
              ", which *BOUNDARY cannot say.");
       return false;
     }
-    double direction = value_of("Direction");
+    double direction = value_of(Column::kDirection);
     double sign = 1;
     if (direction == 3) {
-      const Vector vector{value_of("Vx"), value_of("Vy"), value_of("Vz")};
+      const Vector vector{value_of(Column::kVx), value_of(Column::kVy), value_of(Column::kVz)};
       int axes = 0;
       for (std::size_t axis = 0; axis < 3; ++axis) {
         if (vector[axis] == 0) continue;
@@ -357,9 +401,9 @@ class RowMaker {
       refuse("has the Direction " + plain(direction) + ", which is none of 0 to 3.");
       return false;
     }
-    const int first = static_cast<int>(direction) + (value_of("IsRotation") != 0 ? 4 : 1);
+    const int first = static_cast<int>(direction) + (value_of(Column::kIsRotation) != 0 ? 4 : 1);
     row.first = row.last = static_cast<std::uint8_t>(first);
-    row.value = sign * value_of("Magnitude");
+    row.value = sign * value_of(Column::kMagnitude);
     put(row);
     return true;
   }
@@ -368,14 +412,15 @@ class RowMaker {
     const auto number = amplitude();
     if (!number) return false;
     row.amplitude = *number;
-    for (const char* column : {"Stiffness", "Scale", "ActivationTime", "IsTimeVarying"}) {
+    for (const Column column :
+         {Column::kStiffness, Column::kScale, Column::kActivationTime, Column::kIsTimeVarying}) {
       if (value_of(column) == 0) continue;
-      refuse("has the " + std::string(column) + " " + plain(value_of(column)) + ", which *" +
-             std::string(keyword_of(kind_, false)) + " cannot say.");
+      refuse("has the " + std::string(text_of(column)) + " " + plain(value_of(column)) +
+             ", which *" + std::string(keyword_of(kind_, false)) + " cannot say.");
       return false;
     }
     row.first = row.last = kTemperatureFreedom;
-    row.value = value_of("Magnitude");
+    row.value = value_of(Column::kMagnitude);
     put(row);
     return true;
   }
@@ -389,6 +434,7 @@ class RowMaker {
   std::map<std::pair<std::string, Key>, Target> targets_;
   Kind kind_ = Kind::kForce;
   const content::Table* table_ = nullptr;
+  std::array<std::size_t, kColumnNames.size()> column_at_{};  ///< in the table, by Column
   std::size_t record_ = 0;
   std::vector<RecordRow> rows_;  ///< of the record
 };
