@@ -10,6 +10,7 @@ add_link_options(-fsanitize=address,undefined)
 add_compile_options(-fsanitize-coverage=inline-8bit-counters,pc-table)
 add_compile_definitions(FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION)
 
+add_subdirectory(tools/content)
 add_subdirectory(tools/deck)
 
 # add_fuzzer(NAME FUNCTION): what tests/deck/fuzz.h declares, tried with broken decks.

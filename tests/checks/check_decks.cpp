@@ -78,7 +78,8 @@ Json steps_of(const checks::Subject& subject) {
 Json look_at(const std::string& path) {
   const deck::Deck deck = deck::read(path);
   deck::Imported imported = deck::import(deck);
-  const checks::Subject subject{imported.content, imported.source, deck.steps, deck::axes_of(deck)};
+  const checks::Subject subject{imported.content, imported.source, deck.step_count(),
+                                deck::axes_of(deck)};
   Json answer{
       {"answer", Json::parse(checks::json(checks::check(subject), checks::resultants_of(subject)))},
       {"steps", steps_of(subject)}};

@@ -28,7 +28,7 @@ class Model {
     return *imported_.content.tables.insert(imported_.content.tables.begin(), table);
   }
   [[nodiscard]] checks::Subject subject() const {
-    return {imported_.content, imported_.source, deck_.steps, deck::axes_of(deck_)};
+    return {imported_.content, imported_.source, deck_.step_count(), deck::axes_of(deck_)};
   }
 
  private:

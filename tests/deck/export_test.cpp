@@ -70,7 +70,7 @@ TEST(ExportDeck, NewSetsFindTheirStepByTheirName) {
   append(table(imported, "NodalTemperatures"), 4, {20},
          {second, append_set(imported, "LoadSets", "Initial state")});
   append(table(imported, "NodalBoundaryConditions"), 1, {-1, 0, 1, 1, 0, 0},
-         {append_set(imported, "ConstraintSets", "Model")});
+         {append_set(imported, "ConstraintSets", "Model: piers")});
   EXPECT_EQ(
       kModel +
           "*BOUNDARY\n1,1\n1,3,4\n*INITIAL CONDITIONS, TYPE=TEMPERATURE\n4,20\n*STEP\n*STATIC\n"
@@ -121,6 +121,10 @@ TEST(ExportDeck, WhatADeckCannotSayIsRefusedByName) {
        "Step 1",
        "has the MultiplierID 7, which is no amplitude"},
       {"NodalForces", {1, 5, 1, 0, 0, 0}, "Step 3", "is in the set 'Step 3', and the deck has 2"},
+      {"NodalForces", {1, 5, 1, 0, 0, 0}, "Step 0", "begins like that of a step and tells"},
+      {"NodalForces", {1, 5, 1, 0, 0, 0}, "step -1", "begins like that of a step and tells"},
+      {"NodalForces", {1, 5, 1, 0, 0, 0}, "Step 1x, wind", "begins like that of a step and tells"},
+      {"NodalForces", {1, 5, 1, 0, 0, 0}, "Step 99999999999", "begins like that of a step and"},
       {"NodalForces", {1, 5, 1, 0, 0, 0}, "Wind", "is in the set 'Wind', whose name tells no step"},
       {"NodalForces", {1, 5, 1, 0, 0, 0}, "Model", "is in a set of the model part"},
       {"NodalForces", {1, 5, 1, 0, 0, 0}, "Initial", "is in a set of initial conditions"},
@@ -176,6 +180,20 @@ TEST(ExportDeck, VectorsAlongAnAxisAndOtherKindsAreToldOrWritten) {
   ASSERT_EQ(1U, exported.rounded.size());
   EXPECT_EQ("NodalForce 1", exported.rounded[0].record);
   EXPECT_LE(exported.rounded[0].text.size(), 20U);
+}
+
+TEST(ExportDeck, NodesThatDifferAreTold) {
+  const deck::Deck deck = read(in_step("*CLOAD\n1,1,1\n"));
+  deck::Imported imported = saved(deck);
+  content::Vertices& vertices = imported.content.vertices;
+  vertices.coordinates[2][1] += .5;
+  vertices.ids[7] = 4711;
+  EXPECT_EQ((std::vector<std::string>{
+                "Nodes that have other coordinates in the model than in the deck, which keeps its "
+                "own: 1; the first is 3.",
+                "Nodes that are not in the deck, and not written: 1; the first is 4711.",
+                "Nodes that are not in the model, and stay in the deck: 1."}),
+            deck::write(deck, imported.content, imported.source).remarks);
 }
 
 TEST(ExportDeck, AnotherDeckIsNoticed) {

@@ -59,7 +59,7 @@ void try_reading(const std::string& bytes) {
     for (const content::Table& table : imported.content.tables) {
       expect(table.values.size() == table.size() * table.columns.size(), "a value is missing");
       for (const content::Key vertex : table.vertices) {
-        expect(deck.index_of_node.find(vertex).has_value(), "a record is on no node");
+        expect(deck.index_of_node.contains(vertex), "a record is on no node");
       }
       for (const double value : table.values) expect(std::isfinite(value), "no finite number");
     }

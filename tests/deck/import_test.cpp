@@ -23,6 +23,7 @@ TEST(ImportDeck, EveryRowAndNodeIsARecordThatKeepsItsSignAndAxis) {
   EXPECT_EQ(24, source.sets[1].line);
   EXPECT_EQ(3, source.amplitudes[1].number);
   EXPECT_EQ("A2", source.amplitudes[1].name);
+  EXPECT_EQ(14, source.amplitudes[1].line);
 }
 
 TEST(ImportDeck, BoundariesAreSupportsDisplacementsOrTemperatures) {

@@ -21,6 +21,7 @@ struct Target {
   std::string name;
   std::optional<int> step;  ///< nothing: not named
   bool is_initial = false;
+  bool is_unclear = false;
   const content::SetSource* source = nullptr;
 };
 
@@ -55,7 +56,8 @@ class Scheduler {
           target.step = target.source->step;
           target.is_initial = target.source->keyword == "INITIALCONDITIONS";
         } else if (const auto named = deck::step_in_name(set.name)) {
-          target.step = named->step;
+          target.is_unclear = named->is_unclear;
+          if (!target.is_unclear) target.step = named->step;
           target.is_initial = named->is_initial;
         }
         schedule_.steps = std::max(schedule_.steps, target.step.value_or(0));
@@ -140,6 +142,7 @@ class Scheduler {
 
   std::optional<Idle::Why> why_idle(const Target& target, const std::string& keyword,
                                     bool is_carried) const {
+    if (target.is_unclear) return Idle::Why::no_such_step;
     if (!target.step && !target.is_initial) {
       return schedule_.steps > 1 && is_carried ? std::optional(Idle::Why::no_step) : std::nullopt;
     }

@@ -59,6 +59,7 @@ struct SetSource {
 struct Numbered {
   Key number = 0;
   std::string name;
+  std::int32_t line = 0;  ///< of its card, from 1
 };
 
 /// Where the records of a model came from.

@@ -135,13 +135,9 @@ class CardReader {
 
   Reason reason_of_parameter(const Card& card, const Parameter& parameter) {
     if (parameter.name == "AMPLITUDE") {
-      const auto found =
-          std::find(deck_.amplitudes.begin(), deck_.amplitudes.end(), parameter.value);
-      if (found == deck_.amplitudes.end()) {
-        return "The deck has no amplitude " + quoted(parameter.value) + ".";
-      }
-      card_.amplitude = static_cast<content::Key>(found - deck_.amplitudes.begin()) + 2;
-      return {};
+      card_.amplitude = deck_.number_of_amplitude(parameter.value);
+      if (card_.amplitude != 0) return {};
+      return "The deck has no amplitude " + quoted(parameter.value) + ".";
     }
     if (parameter.name == "OP" && is_one_of(parameter.value, {"NEW", "MOD"})) return {};
     if (parameter.name == "TIMEDELAY") return {};
@@ -232,7 +228,7 @@ class CardReader {
     const Card& card = *card_.card;
     const bool may_be_network = !card.is("CLOAD") && !card.is("BOUNDARY");
     for (const std::int32_t node : *nodes_) {
-      if (!deck_.index_of_node.find(node)) {
+      if (!deck_.index_of_node.contains(node)) {
         return "The deck does not define node " + std::to_string(node) +
                "; the solver drops what stands there, or refuses it.";
       }

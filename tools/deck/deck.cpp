@@ -28,6 +28,13 @@ std::optional<std::string> read_file(const std::filesystem::path& path) {
   return bytes;
 }
 
+void require_content(const Deck& deck) {
+  if (!deck.mesh.node_ids.empty() || !deck.steps.empty()) return;
+  throw Error(deck.files.front()->path +
+              ": The deck has no node and no step, so that there is nothing to import. Is it a "
+              "whole deck?");
+}
+
 /// A step that nothing ends is what is left of a file that was cut off.
 void check_end(Deck& deck) {
   const auto end = std::find_if(deck.cards.rbegin(), deck.cards.rend(), [](const Card& card) {
@@ -69,6 +76,11 @@ std::string Deck::checksum() const {
   return digest.finish();
 }
 
+content::Key Deck::number_of_amplitude(std::string_view name) const {
+  const auto found = std::ranges::find(amplitudes, name, &Amplitude::name);
+  return found == amplitudes.end() ? 0 : static_cast<content::Key>(found - amplitudes.begin()) + 2;
+}
+
 Remark Deck::remark_at(std::size_t line, std::string reason) const {
   return {files[lines[line].file]->path, lines[line].number, std::move(reason)};
 }
@@ -77,6 +89,9 @@ Deck read(const std::string& path, const OpenFile& open) {
   Deck deck;
   read_lines(deck, path, open);
   read_model_part(deck);
+  require_content(deck);
+  if (deck.mesh.node_ids.empty())
+    deck.remarks.push_back(deck.remark_at(0, "The deck has no node."));
   check_end(deck);
   return deck;
 }

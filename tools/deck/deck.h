@@ -13,8 +13,9 @@
 #include <unordered_set>
 #include <vector>
 
-#include "tools/deck/node_index.h"
+#include "tools/content/axes.h"
 #include "tools/mesh/mesh.h"
+#include "tools/mesh/node_index.h"
 
 /// Solver input decks: reading, what their cards mean, and writing them back. All texts are UTF-8.
 namespace deck {
@@ -89,8 +90,19 @@ struct NodeSet {
 struct Transform {
   std::size_t line = 0;  ///< index into Deck::lines
   std::string set;
-  bool is_cylindrical = false;
-  std::array<double, 6> points{};  ///< the two points that give its axes
+  content::System system;
+};
+
+/// A step, whose number is its place from 1.
+struct Step {
+  std::size_t line = 0;   ///< where it begins, index into Deck::lines
+  std::string procedure;  ///< keyword of the card that says what is solved: "STATIC"; may be empty
+};
+
+/// A card *AMPLITUDE; the first that has the name.
+struct Amplitude {
+  std::size_t line = 0;  ///< index into Deck::lines
+  std::string name;      ///< in capitals
 };
 
 /// A deck: its lines, and what they mean. Moving it keeps the lines valid, copying does not.
@@ -106,20 +118,27 @@ struct Deck {
   std::vector<Card> cards;
 
   mesh::Mesh mesh;
-  NodeIndex index_of_node;  ///< into the nodes of the mesh
+  mesh::NodeIndex index_of_node;  ///< into the nodes of the mesh
   std::int32_t highest_node = 0;
   std::unordered_set<std::int32_t> network_nodes;  ///< of network and flow elements
   std::unordered_map<std::string, NodeSet> sets;   ///< names in capitals
-  std::vector<std::string> amplitudes;             ///< names in capitals, in their order
+  std::vector<Amplitude> amplitudes;               ///< records count them from 2
   std::vector<Transform> transforms;               ///< the first is number 1
   std::unordered_map<std::int32_t, std::int32_t> transform_of_node;  ///< numbers of transforms
-  int steps = 0;
+  std::vector<Step> steps;
 
   std::vector<Remark> remarks;  ///< what was noticed while reading
 
   /// SHA-256 of the bytes of all files one after the other, in hexadecimal digits. For a deck that
   /// includes nothing it is the digest of the file.
   [[nodiscard]] std::string checksum() const;
+  [[nodiscard]] int step_count() const { return static_cast<int>(steps.size()); }
+  /// The number by which records know an amplitude; 0 if the deck does not have it.
+  [[nodiscard]] content::Key number_of_amplitude(std::string_view name) const;
+  /// The number of a line in its file, from 1.
+  [[nodiscard]] std::int32_t number_of_line(std::size_t line) const {
+    return static_cast<std::int32_t>(lines[line].number);
+  }
   [[nodiscard]] Remark remark_at(std::size_t line, std::string reason) const;
 };
 

@@ -28,6 +28,7 @@ class Exporter {
 
   Exported run() {
     check_deck();
+    note_nodes();
     const Carried carried = read_cards(deck_);
     records_ = rows_of(deck_, carried, content_, source_);
     append(result_.refusals, records_.refusals);
@@ -61,6 +62,36 @@ class Exporter {
                                  " is another deck or was changed since: the checksum of its bytes "
                                  "differs.");
     }
+  }
+
+  /// Nodes stay as the deck has them.
+  void note_nodes() {
+    const content::Vertices& vertices = content_.vertices;
+    std::size_t known = 0;
+    std::size_t moved = 0;
+    std::string first_moved;
+    std::string first_unknown;
+    for (std::size_t i = 0; i < vertices.ids.size(); ++i) {
+      const std::uint32_t place = deck_.index_of_node.of(vertices.ids[i]);
+      if (place == mesh::NodeIndex::none) {
+        if (first_unknown.empty()) first_unknown = std::to_string(vertices.ids[i]);
+        continue;
+      }
+      ++known;
+      if (vertices.coordinates[i] == deck_.mesh.coordinates[place]) continue;
+      if (moved++ == 0) first_moved = std::to_string(vertices.ids[i]);
+    }
+    note_count(moved, "have other coordinates in the model than in the deck, which keeps its own",
+               first_moved);
+    note_count(vertices.ids.size() - known, "are not in the deck, and not written", first_unknown);
+    note_count(deck_.mesh.node_ids.size() - known, "are not in the model, and stay in the deck",
+               {});
+  }
+
+  void note_count(std::size_t nodes, const std::string& what, const std::string& first) {
+    if (nodes == 0) return;
+    result_.remarks.push_back("Nodes that " + what + ": " + std::to_string(nodes) +
+                              (first.empty() ? "." : "; the first is " + first + "."));
   }
 
   // --- Places that the deck has
@@ -210,7 +241,7 @@ class Exporter {
     });
     if (end != deck_.cards.end()) {
       add_before(*end, lines);
-    } else if (step == deck_.steps) {
+    } else if (step == deck_.step_count()) {
       append(end_, lines);
     } else {
       result_.refusals.push_back("Step " + std::to_string(step) +
@@ -270,7 +301,7 @@ class Exporter {
     const bool is_thermal = row.row.kind == Kind::kTemperature ||
                             row.row.kind == Kind::kAppliedTemperature ||
                             row.row.kind == Kind::kHeatSource;
-    if (!deck_.index_of_node.find(node)) {
+    if (!deck_.index_of_node.contains(node)) {
       result_.refusals.push_back(name + " is on node " + std::to_string(node) +
                                  ", which the deck does not have.");
     } else if (!is_thermal && deck_.network_nodes.contains(node)) {

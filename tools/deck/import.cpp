@@ -59,11 +59,13 @@ class Importer {
     content::Source& source = result_.source;
     source.deck = deck_.files.front()->path;
     source.checksum = deck_.checksum();
-    for (const std::string& name : deck_.amplitudes) {
-      source.amplitudes.push_back({static_cast<Key>(source.amplitudes.size()) + 2, name});
+    for (const auto& [line, name] : deck_.amplitudes) {
+      source.amplitudes.push_back(
+          {deck_.number_of_amplitude(name), name, deck_.number_of_line(line)});
     }
     for (const Transform& transform : deck_.transforms) {
-      source.transforms.push_back({static_cast<Key>(source.transforms.size()) + 1, transform.set});
+      source.transforms.push_back({static_cast<Key>(source.transforms.size()) + 1, transform.set,
+                                   deck_.number_of_line(transform.line)});
     }
   }
 
@@ -90,9 +92,9 @@ class Importer {
       auto& sets = result_.content.set_tables[table == "LoadSets" ? 0 : 1].sets;
       known = static_cast<Key>(sets.size()) + 1;
       sets.push_back({known, card.place.name()});
-      const auto line = static_cast<std::int32_t>(deck_.lines[card.card->first].number);
-      result_.source.sets.push_back(
-          {table, known, card.place.step, card.place.keyword, card.place.parameters_text(), line});
+      result_.source.sets.push_back({table, known, card.place.step, card.place.keyword,
+                                     card.place.parameters_text(),
+                                     deck_.number_of_line(card.card->first)});
     }
     last_set_ = known;
     return known;

@@ -13,12 +13,12 @@ namespace {
 /// The solver reads so many characters of a line, and then the rest as a line of its own.
 constexpr std::size_t kLongestLine = 1319;
 
-/// Cards that begin a step where *STEP is missing behind *END STEP.
+/// Cards that say what a step solves; they begin one where *STEP is missing behind *END STEP.
 constexpr auto kProcedures = std::to_array<std::string_view>(
     {"STATIC", "DYNAMIC", "FREQUENCY", "BUCKLE", "HEATTRANSFER", "MODALDYNAMIC",
      "STEADYSTATEDYNAMICS", "COUPLEDTEMPERATURE", "UNCOUPLEDTEMPERATURE", "VISCO",
      "ELECTROMAGNETICS", "CFD", "COMPLEXFREQUENCY", "SENSITIVITY", "GREEN", "SUBSTRUCTUREGENERATE",
-     "CRACKPROPAGATION"});
+     "CRACKPROPAGATION", "FEASIBLEDIRECTION", "ROBUSTDESIGN"});
 
 enum class Sort { kEmpty, kComment, kKeyword, kData };
 
@@ -59,6 +59,7 @@ class LineReader {
     if (deck_.files.size() > kMostFiles) {
       refuse(from, path, "The deck includes more than 10,000 files.");
     }
+    check_encoding(from, path);
     open_paths_.push_back(path);
     split(static_cast<std::uint32_t>(deck_.files.size() - 1));
     open_paths_.pop_back();
@@ -80,6 +81,27 @@ class LineReader {
     throw Error(Remark{deck_.files[from->file]->path, from->number, reason}.text());
   }
 
+  /// A file in another encoding would be read as one without cards, or with one card less.
+  void check_encoding(const Line* from, const std::string& path) {
+    const std::string_view bytes = deck_.files.back()->bytes;
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
+      refuse(from, path,
+             "The file '" + path +
+                 "' is text in UTF-16, which the solver cannot read. Save it as UTF-8 without a "
+                 "byte order mark.");
+    }
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    const bool hides_keyword =
+        bytes.starts_with(kMark) &&
+        sort_of(bytes.substr(kMark.size(), bytes.find('\n') - kMark.size())) == Sort::kKeyword;
+    if (hides_keyword) {
+      const Line line{bytes.data(), 0, static_cast<std::uint32_t>(deck_.files.size() - 1), 1};
+      refuse(&line, path,
+             "A byte order mark stands before the keyword, which the solver does not see for it. "
+             "Save the file without one.");
+    }
+  }
+
   void split(std::uint32_t file) {
     const std::string& bytes = deck_.files[file]->bytes;
     const char* at = bytes.data();
@@ -99,6 +121,12 @@ class LineReader {
       const Line line{at, 0, file, number};
       refuse(&line, {}, "The line holds a byte 0; a deck is a text.");
     }
+    if (has_inner_return(at, end)) {
+      const Line line{at, 0, file, number};
+      refuse(&line, {},
+             "A carriage return stands within the line. To the solver, lines end with a line feed; "
+             "convert the line ends of the file.");
+    }
     const std::size_t characters = size - (size > 0 && end[-1] == '\n' ? 1 : 0);
     if (characters > kLongestLine) {
       deck_.remarks.push_back({deck_.files[file]->path, number,
@@ -111,6 +139,14 @@ class LineReader {
       add_piece(Line{at, kLongestLine, file, number});
     }
     add_piece(Line{at, static_cast<std::uint32_t>(end - at), file, number});
+  }
+
+  static bool has_inner_return(const char* at, const char* end) {
+    const auto* found =
+        static_cast<const char*>(std::memchr(at, '\r', static_cast<std::size_t>(end - at)));
+    if (found == nullptr) return false;
+    while (found != end && *found == '\r') ++found;
+    return found != end && *found != '\n';
   }
 
   void add_piece(Line line) {
@@ -165,12 +201,15 @@ class LineReader {
     const bool is_procedure =
         std::any_of(kProcedures.begin(), kProcedures.end(),
                     [&card](std::string_view keyword) { return card.is(keyword); });
-    if (card.is("STEP") || (is_procedure && deck_.steps > 0 && !within_step_)) {
-      ++deck_.steps;
+    if (card.is("STEP") || (is_procedure && !deck_.steps.empty() && !within_step_)) {
+      deck_.steps.push_back({card.first, {}});
       within_step_ = true;
     }
-    card.step = deck_.steps;
+    card.step = deck_.step_count();
     card.within_step = within_step_;
+    if (is_procedure && within_step_ && deck_.steps.back().procedure.empty()) {
+      deck_.steps.back().procedure = card.keyword;
+    }
     if (card.is("ENDSTEP")) within_step_ = false;
   }
 

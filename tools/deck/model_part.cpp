@@ -96,8 +96,9 @@ class ModelPartReader {
   }
 
   void put_node(std::int32_t node, const std::array<double, 3>& place) {
-    const auto [index, is_new] = deck_.index_of_node.insert(node, deck_.mesh.node_ids.size());
-    if (is_new) {
+    const std::size_t next = deck_.mesh.node_ids.size();
+    const std::size_t index = deck_.index_of_node.insert(node, next);
+    if (index == next) {
       deck_.mesh.node_ids.push_back(node);
       deck_.mesh.coordinates.push_back(place);
       deck_.highest_node = std::max(deck_.highest_node, node);
@@ -229,7 +230,7 @@ class ModelPartReader {
     } else {
       for (std::int64_t node = *first; node <= end; node += *step) {
         const auto number = static_cast<std::int32_t>(node);
-        if (deck_.index_of_node.find(number)) range.push_back(number);
+        if (deck_.index_of_node.contains(number)) range.push_back(number);
       }
     }
     add(nodes, range, line);
@@ -274,8 +275,7 @@ class ModelPartReader {
   void read_amplitude(const Card& card) {
     const std::string* name = card.find("NAME");
     if (name == nullptr || name->empty()) return;
-    auto& names = deck_.amplitudes;
-    if (known_amplitudes_.insert(*name).second) names.push_back(*name);
+    if (known_amplitudes_.insert(*name).second) deck_.amplitudes.push_back({card.first, *name});
   }
 
   void read_transform(const Card& card) {
@@ -284,10 +284,11 @@ class ModelPartReader {
     const std::string* set = card.find("NSET");
     const std::string* type = card.find("TYPE");
     transform.set = set == nullptr ? "" : *set;
-    transform.is_cylindrical = type != nullptr && type->starts_with("C");
+    transform.system.is_cylindrical = type != nullptr && type->starts_with("C");
     each_data_line(card, [&](std::size_t line) {
-      for (std::size_t i = 0; i < transform.points.size(); ++i) {
-        const Reading reading = read_number(fields_[i], transform.points[i]);
+      for (std::size_t i = 0; i < 6; ++i) {
+        content::Vector& point = i < 3 ? transform.system.a : transform.system.b;
+        const Reading reading = read_number(fields_[i], point.at(i % 3));
         if (reading != Reading::kNumber) {
           refuse(line, quoted(fields_[i]) + " is not a coordinate that the solver reads whole.");
         }

@@ -31,6 +31,13 @@ std::string canonical_keyword(const Card& card) {
   return card.keyword;
 }
 
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+/// "Step 1a" and "Step 1.5" name no step 1, but "Step 1-wind" does.
+bool continues_word(char c) {
+  return is_digit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' || c == '_';
+}
+
 std::string_view without_separators(std::string_view text) {
   while (!text.empty() && (is_blank(text.front()) || text.front() == ',')) text.remove_prefix(1);
   return text;
@@ -108,23 +115,28 @@ std::string_view keyword_of(Kind kind, bool is_initial) {
 }
 
 std::optional<NamedStep> step_in_name(std::string_view name) {
-  const std::string capitals = compact(name);
-  const auto begins = [&](std::string_view word) {
-    if (!capitals.starts_with(word)) return false;
-    return name.size() == word.size() || is_blank(name[word.size()]) || name[word.size()] == ',';
+  name = without_separators(name);
+  const auto is_word = [&](std::string_view word) {
+    return compact(name.substr(0, word.size())) == word;
   };
-  if (begins("INITIAL")) return NamedStep{0, true, without_separators(name.substr(7))};
-  if (begins("MODEL")) return NamedStep{0, false, without_separators(name.substr(5))};
-  if (!capitals.starts_with("STEP")) return std::nullopt;
+  const auto begins = [&](std::string_view word) {
+    if (!is_word(word)) return false;
+    return name.size() == word.size() || !continues_word(name[word.size()]);
+  };
+  if (begins("INITIAL")) {
+    return NamedStep{.is_initial = true, .rest = without_separators(name.substr(7))};
+  }
+  if (begins("MODEL")) return NamedStep{.rest = without_separators(name.substr(5))};
+  if (!is_word("STEP")) return std::nullopt;
   const std::string_view number = without_separators(name.substr(4));
+  const std::string_view digits = number.substr(number.starts_with('-') ? 1 : 0);
+  if (digits.empty() || !is_digit(digits.front())) return std::nullopt;
   NamedStep named;
   const auto [end, error] =
       std::from_chars(number.data(), number.data() + number.size(), named.step);
-  if (error != std::errc() || named.step < 1) return std::nullopt;
   const std::string_view rest = number.substr(static_cast<std::size_t>(end - number.data()));
-  if (!rest.empty() && !is_blank(rest.front()) && rest.front() != ',' && rest.front() != ':') {
-    return std::nullopt;
-  }
+  named.is_unclear =
+      error != std::errc() || named.step < 1 || (!rest.empty() && continues_word(rest.front()));
   named.rest = rest.empty() ? rest : without_separators(rest.substr(1));
   return named;
 }

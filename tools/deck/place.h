@@ -40,7 +40,8 @@ std::string_view keyword_of(Kind kind, bool is_initial);
 struct NamedStep {
   int step = 0;
   bool is_initial = false;
-  std::string_view rest;  ///< what follows, without comma and blanks
+  bool is_unclear = false;  ///< "Step 0", "Step 1x": a number that is none of a step
+  std::string_view rest{};  ///< what follows, without comma and blanks
 };
 std::optional<NamedStep> step_in_name(std::string_view name);
 

@@ -15,6 +15,7 @@ namespace deck {
 namespace {
 
 using content::Key;
+using content::Vector;
 
 /// What a rotation into another system leaves of a component that is none.
 constexpr double kRotationNoise = 1e-15;
@@ -66,7 +67,11 @@ class RowMaker {
  public:
   RowMaker(const Deck& deck, const Carried& carried, const content::Content& content,
            const content::Source& source)
-      : deck_(deck), carried_(carried), content_(content), source_(source) {}
+      : deck_(deck),
+        carried_(carried),
+        content_(content),
+        source_(source),
+        local_axes_(axes_of(deck)) {}
 
   RecordRows run() {
     find_targets();
@@ -114,9 +119,13 @@ class RowMaker {
     target.step = named->step;
     target.is_initial = named->is_initial;
     target.is_model = named->step == 0 && !named->is_initial;
-    if (named->step > deck_.steps) {
+    if (named->is_unclear) {
+      target.refusal = "is in the set '" + set.name +
+                       "', whose name begins like that of a step and tells the number of none. "
+                       "Name it 'Step 1', for example.";
+    } else if (named->step > deck_.step_count()) {
       target.refusal = "is in the set '" + set.name + "', and the deck has " +
-                       std::to_string(deck_.steps) + " steps.";
+                       std::to_string(deck_.step_count()) + " steps.";
     } else if (named->rest.find('=') != std::string_view::npos) {
       target.refusal = "is in the set '" + set.name +
                        "', and the deck has no card with these parameters. Name the set 'Step " +
@@ -131,9 +140,9 @@ class RowMaker {
     target.is_initial = place.keyword == "INITIALCONDITIONS";
     target.is_model = place.step == 0 && !target.is_initial;
     target.place = place;
-    if (place.step > deck_.steps) {
+    if (place.step > deck_.step_count()) {
       target.refusal = "belongs to step " + std::to_string(place.step) + ", and the deck has " +
-                       std::to_string(deck_.steps) + ".";
+                       std::to_string(deck_.step_count()) + ".";
     }
     return target;
   }
@@ -142,8 +151,9 @@ class RowMaker {
   Target target_of_only_step(const std::string& where) const {
     Target target;
     target.step = 1;
-    if (deck_.steps != 1) {
-      target.refusal = "is in " + where + ", and the deck has " + std::to_string(deck_.steps) +
+    if (deck_.step_count() != 1) {
+      target.refusal = "is in " + where + ", and the deck has " +
+                       std::to_string(deck_.step_count()) +
                        " steps. Put it into a set whose name begins with 'Step 1', for example.";
     }
     return target;
@@ -237,22 +247,16 @@ class RowMaker {
         rows_at(place).rows[index_of(kind_)].push_back(row);
       } else {
         const auto number = static_cast<std::size_t>(row.row.amplitude);
-        rows_at(place.with_amplitude(number == 0 ? "" : deck_.amplitudes[number - 2]))
+        rows_at(place.with_amplitude(number == 0 ? "" : deck_.amplitudes[number - 2].name))
             .rows[index_of(kind_)]
             .push_back(row);
       }
     }
   }
 
-  Key number_in_deck(const std::string& amplitude) const {
-    const auto found = std::find(deck_.amplitudes.begin(), deck_.amplitudes.end(), amplitude);
-    return found == deck_.amplitudes.end() ? 0
-                                           : static_cast<Key>(found - deck_.amplitudes.begin()) + 2;
-  }
-
   Key amplitude_of(const Place& place) const {
     for (const Parameter& parameter : place.parameters) {
-      if (parameter.name == "AMPLITUDE") return number_in_deck(parameter.value);
+      if (parameter.name == "AMPLITUDE") return deck_.number_of_amplitude(parameter.value);
     }
     return 0;
   }
@@ -263,7 +267,7 @@ class RowMaker {
     if (multiplier == 0 || multiplier == 1) return 0;
     for (const content::Numbered& each : source_.amplitudes) {
       if (each.number != multiplier) continue;
-      if (const Key number = number_in_deck(each.name); number != 0) return number;
+      if (const Key number = deck_.number_of_amplitude(each.name); number != 0) return number;
       refuse("follows the amplitude " + each.name + ", which the deck does not have.");
       return std::nullopt;
     }
@@ -321,15 +325,16 @@ class RowMaker {
     const double system = value_of(Column::kSystem);
     double noise = 0;
     if (system == 0 && of_node != 0) {
-      const auto index = deck_.index_of_node.find(row.node);
-      const auto& transform = deck_.transforms[static_cast<std::size_t>(of_node) - 1];
-      const auto turned =
-          index ? components_in(transform, deck_.mesh.coordinates[*index], vector) : std::nullopt;
-      if (!turned) {
+      const auto axes = local_axes_(of_node, row.node);
+      if (!axes) {
         refuse("is on node " + std::to_string(row.node) + ", whose *TRANSFORM has no axes there.");
         return false;
       }
-      vector = *turned;
+      const Vector global = vector;
+      for (std::size_t i = 0; i < 3; ++i) {
+        const Vector& axis = axes->at(i);
+        vector.at(i) = global[0] * axis[0] + global[1] * axis[1] + global[2] * axis[2];
+      }
       noise = kRotationNoise * length;
     } else if (system != of_node) {
       refuse("has the CoordinateSystemID " + plain(system) + ", and node " +
@@ -429,6 +434,7 @@ class RowMaker {
   const Carried& carried_;
   const content::Content& content_;
   const content::Source& source_;
+  const content::LocalAxes local_axes_;
   RecordRows result_;
   std::map<std::string, Place> place_of_name_;
   std::map<std::pair<std::string, Key>, Target> targets_;

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "tools/geometry/grouped.h"
-#include "tools/geometry/places.h"
+#include "tools/mesh/node_index.h"
 
 namespace geometry {
 namespace {
@@ -36,13 +36,13 @@ void for_each_edge(const Shape& shape, const Faces& faces, const Add& add) {
       const Place b = face.nodes.at((i + step) % face.size);
       if (a == b) continue;
       add(FaceEdge{std::min(a, b), std::max(a, b),
-                   face.has_middles ? face.nodes.at(i + 1) : Places::none, number});
+                   face.has_middles ? face.nodes.at(i + 1) : mesh::NodeIndex::none, number});
     }
   }
 }
 
 void add_segments(const FaceEdge& edge, std::vector<Segment>& segments) {
-  if (edge.middle == Places::none) {
+  if (edge.middle == mesh::NodeIndex::none) {
     segments.push_back({edge.first, edge.second});
   } else {
     segments.push_back({edge.first, edge.middle});

@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "tools/geometry/grouped.h"
-#include "tools/geometry/places.h"
+#include "tools/mesh/node_index.h"
 
 namespace geometry {
 namespace {
@@ -46,7 +46,7 @@ bool find_corners(std::span<const Place> element, const ElementFace& face, Side&
   side.first = corners[0];
   side.second = corners[1];
   side.third = corners[2];
-  side.fourth = size == 4 ? corners[3] : Places::none;
+  side.fourth = size == 4 ? corners[3] : mesh::NodeIndex::none;
   return true;
 }
 
@@ -155,7 +155,7 @@ class Builder {
       if (is_open_end(block, id)) continue;
       element.push_back(places_.of(id));
     }
-    return !element.empty() && std::ranges::find(element, Places::none) == element.end();
+    return !element.empty() && std::ranges::find(element, mesh::NodeIndex::none) == element.end();
   }
 
   void add(const ElementType& type, std::span<const Place> element) {
@@ -181,7 +181,7 @@ class Builder {
   }
 
   const mesh::Mesh& mesh_;
-  Places places_;
+  mesh::NodeIndex places_;
   Shape shape_;
   std::vector<Solids> solids_;
 };

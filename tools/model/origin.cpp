@@ -61,12 +61,13 @@ void write_set_sources(Database& database, const std::vector<content::SetSource>
 }
 
 void write_amplitudes(Database& database, const std::vector<content::Numbered>& amplitudes) {
-  Insertion rows(database, "MultiplierTables", "MultiplierTableID, Description, DeckID");
+  Insertion rows(database, "MultiplierTables", "MultiplierTableID, Description, DeckID, Line");
   for (const content::Numbered& amplitude : amplitudes) {
     rows.begin_row();
     rows.add(static_cast<long>(amplitude.number));
     rows.add(amplitude.name);
     rows.add(kDeck);
+    rows.add(static_cast<long>(amplitude.line));
   }
   rows.finish();
 }
@@ -81,10 +82,10 @@ void write_systems(Database& database, const std::vector<CoordinateSystem>& syst
     rows.add("TRANSFORM of " + system.node_set);
     rows.add(kDeck);
     rows.add(system.line);
-    rows.add(system.is_cylindrical ? "C" : "R");
+    rows.add(system.system.is_cylindrical ? "C" : "R");
     rows.add(system.node_set);
-    for (const double coordinate : system.a) rows.add(coordinate);
-    for (const double coordinate : system.b) rows.add(coordinate);
+    for (const double coordinate : system.system.a) rows.add(coordinate);
+    for (const double coordinate : system.system.b) rows.add(coordinate);
   }
   rows.finish();
 }
@@ -114,9 +115,11 @@ void read_set_sources(Database& database, Origin& origin) {
 
 void read_amplitudes(Database& database, Origin& origin) {
   Rows rows = database.query(
-      "SELECT MultiplierTableID, Description FROM MultiplierTables ORDER BY MultiplierTableID");
+      "SELECT MultiplierTableID, Description, Line FROM MultiplierTables "
+      "ORDER BY MultiplierTableID");
   while (rows.next()) {
-    origin.source.amplitudes.push_back({.number = rows.integer(0), .name = rows.text(1)});
+    origin.source.amplitudes.push_back(
+        {.number = rows.integer(0), .name = rows.text(1), .line = rows.integer(2)});
   }
 }
 
@@ -127,9 +130,9 @@ void read_systems(Database& database, Origin& origin) {
   while (rows.next()) {
     origin.systems.push_back({.number = rows.integer(0),
                               .node_set = rows.text(1),
-                              .is_cylindrical = rows.text(2) == "C",
-                              .a = {rows.real(4), rows.real(5), rows.real(6)},
-                              .b = {rows.real(7), rows.real(8), rows.real(9)},
+                              .system = {.is_cylindrical = rows.text(2) == "C",
+                                         .a = {rows.real(4), rows.real(5), rows.real(6)},
+                                         .b = {rows.real(7), rows.real(8), rows.real(9)}},
                               .line = rows.integer(3)});
     origin.source.transforms.push_back({.number = rows.integer(0), .name = rows.text(1)});
   }

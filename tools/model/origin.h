@@ -1,9 +1,9 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
+#include "tools/content/axes.h"
 #include "tools/content/content.h"
 #include "tools/model/database.h"
 
@@ -20,9 +20,7 @@ struct Step {
 struct CoordinateSystem {
   content::Key number = 0;  ///< CoordinateSystemID of records
   std::string node_set;
-  bool is_cylindrical = false;
-  std::array<double, 3> a{};  ///< the two points that the card gives
-  std::array<double, 3> b{};
+  content::System system;
   long line = 0;  ///< from 1
 };
 

@@ -6,12 +6,11 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "tools/geometry/places.h"
+#include "tools/mesh/node_index.h"
 
 namespace picture {
 namespace {
 
-using geometry::Places;
 using geometry::Shape;
 
 // Away from the body at each of some points of a shape: the normals of solids, and where a surface
@@ -120,22 +119,22 @@ class Finder {
   }
 
   std::optional<NodeIndex> node_of(content::Key id) {
-    const auto [known, is_new] = node_of_id_.try_emplace(id, Places::none);
+    const auto [known, is_new] = node_of_id_.try_emplace(id, mesh::NodeIndex::none);
     if (is_new) {
       if (const auto at = coordinates_of(id)) {
         known->second = static_cast<NodeIndex>(result_.nodes.size());
         result_.nodes.push_back({id, *at, Point::Zero()});
       }
     }
-    if (known->second == Places::none) return {};
+    if (known->second == mesh::NodeIndex::none) return {};
     return known->second;
   }
 
   std::optional<Point> coordinates_of(content::Key id) const {
     Point at;
-    if (const auto place = mesh_places_.of(id); place != Places::none) {
+    if (const auto place = mesh_places_.of(id); place != mesh::NodeIndex::none) {
       at = shape_.points[place];
-    } else if (const auto vertex = vertex_places_.of(id); vertex != Places::none) {
+    } else if (const auto vertex = vertex_places_.of(id); vertex != mesh::NodeIndex::none) {
       const auto& [x, y, z] = content_.vertices.coordinates[vertex];
       at = Point(x, y, z);
     } else {
@@ -178,8 +177,8 @@ class Finder {
   const content::Content& content_;
   const Options& options_;
   Filter chosen_;
-  Places mesh_places_;
-  Places vertex_places_;
+  mesh::NodeIndex mesh_places_;
+  mesh::NodeIndex vertex_places_;
   std::unordered_map<content::Key, NodeIndex> node_of_id_;
   std::map<std::pair<const Kind*, int>, Sort> sorts_;
   Symbols result_;

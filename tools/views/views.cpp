@@ -79,8 +79,9 @@ std::string note_of_deck(const deck::Deck& deck, const checks::Subject& subject,
   if (deck.checksum() == subject.source.checksum) return "";
   std::size_t elsewhere = 0;
   for (std::size_t i = 0; i < vertices.ids.size(); ++i) {
-    const auto place = deck.index_of_node.find(vertices.ids[i]);
-    if (!place || deck.mesh.coordinates[*place] != vertices.coordinates[i]) ++elsewhere;
+    const std::uint32_t place = deck.index_of_node.of(vertices.ids[i]);
+    const bool is_there = place != mesh::NodeIndex::none;
+    if (!is_there || deck.mesh.coordinates[place] != vertices.coordinates[i]) ++elsewhere;
   }
   return "The mesh is that of \"" + options.deck + "\". It is not, or no more, the deck \"" +
          subject.source.deck + "\" from which the model was imported: " +
