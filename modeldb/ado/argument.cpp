@@ -1,6 +1,6 @@
 #include "modeldb/ado/argument.h"
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 

@@ -6,7 +6,7 @@
 #include "modeldb/ado/execution.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/ado/model_call.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {
@@ -76,7 +76,7 @@ STDMETHODIMP AdoCommand::put_ActiveConnection(VARIANT object) {
 void AdoCommand::require_own(IDispatch* connection) const {
   if (database_of(connection) == database_) return;
   fail(kFeatureNotAvailable,
-       L"The command belongs to the model database " + quoted(database_->path()) +
+       L"The command belongs to the model database " + quoted(database_->location()) +
            L", whose records write their links with it. Use the Command or the Connection of the "
            L"other model.");
 }

@@ -4,7 +4,7 @@
 #include "modeldb/ado/execution.h"
 #include "modeldb/ado/factories.h"
 #include "modeldb/ado/model_call.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {
@@ -35,17 +35,17 @@ STDMETHODIMP AdoConnection::Execute(BSTR command, VARIANT* records_affected, LON
                                     _Recordset** record_set) {
   return model_call(database_->turns(), [&] {
     execute(*database_, com::Bstr::view(command), records_affected, options,
-            database_->time_limit(), record_set);
+            database_->texts().time_limit(), record_set);
   });
 }
 
 STDMETHODIMP AdoConnection::get_CommandTimeout(LONG* seconds) {
-  *seconds = database_->time_limit();
+  *seconds = database_->texts().time_limit();
   return S_OK;
 }
 
 STDMETHODIMP AdoConnection::put_CommandTimeout(LONG seconds) {
-  return com::boundary([&] { database_->set_time_limit(time_limit(seconds)); });
+  return com::boundary([&] { database_->texts().set_time_limit(time_limit(seconds)); });
 }
 
 STDMETHODIMP AdoConnection::BeginTrans(LONG* transaction_level) {
@@ -69,7 +69,7 @@ STDMETHODIMP AdoConnection::get_State(LONG* state) {
 }
 
 STDMETHODIMP AdoConnection::get_ConnectionString(BSTR* str) {
-  return model_call(database_->turns(), [&] { *str = com::Bstr(database_->path()).detach(); });
+  return model_call(database_->turns(), [&] { *str = com::Bstr(database_->location()).detach(); });
 }
 
 STDMETHODIMP AdoConnection::get_Provider(BSTR* str) {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "modeldb/ado/recordset.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/tokeniser.h"
 
 namespace modeldb {
@@ -57,9 +57,9 @@ TextResult run_text(Database& database, std::wstring_view text, LONG options, Se
          L"database. Leave the options out.");
   }
   if (names_table(text, options)) {
-    return database.execute_text(select_from(text), Trust::kWrite, time_limit);
+    return database.texts().execute(select_from(text), Trust::kWrite, time_limit);
   }
-  return database.execute_text(text, Trust::kWrite, time_limit);
+  return database.texts().execute(text, Trust::kWrite, time_limit);
 }
 
 void execute(Database& database, std::wstring_view text, VARIANT* affected, LONG options,

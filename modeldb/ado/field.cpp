@@ -3,7 +3,7 @@
 #include "com/bstr.h"
 #include "modeldb/ado/model_call.h"
 #include "modeldb/ado/value.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 

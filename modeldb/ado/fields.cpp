@@ -6,7 +6,7 @@
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
 #include "modeldb/ado/model_call.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {

@@ -11,7 +11,7 @@
 #include "modeldb/ado/model_call.h"
 #include "modeldb/ado/row_array.h"
 #include "modeldb/ado/value.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {
@@ -63,7 +63,7 @@ STDMETHODIMP AdoRecordset::Open(VARIANT source, VARIANT active_connection, Curso
     const Turn turn(database->turns());
     cursor_.belong_to(database->turns());
     StatementLease query =
-        run_text(*database, source_.view(), options, database->time_limit()).query;
+        run_text(*database, source_.view(), options, database->texts().time_limit()).query;
     if (query) cursor_.open(std::move(query));
   });
 }

@@ -8,7 +8,7 @@
 
 #include "com/bstr.h"
 #include "com/error.h"
-#include "modeldb/engine/ascii.h"
+#include "modeldb/base/ascii.h"
 
 namespace modeldb {
 namespace {

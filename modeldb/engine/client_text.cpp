@@ -3,7 +3,7 @@
 #include <optional>
 #include <utility>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/number.h"
 #include "modeldb/engine/tokeniser.h"
 

@@ -1,21 +1,14 @@
 #include "modeldb/engine/columns.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
+#include <utility>
 
-#include "modeldb/engine/ascii.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/ascii.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/tokeniser.h"
-#include "modeldb/engine/utf8.h"
 
 namespace modeldb {
 namespace {
-
-/// SQLite's answer; empty when it has none.
-std::wstring text_or_empty(const void* text) {
-  return text ? std::wstring(static_cast<const wchar_t*>(text)) : std::wstring();
-}
 
 /// Whether the word after a table's name in FROM is an alias: no keyword may be one unquoted.
 bool is_alias(const Token& token) {
@@ -54,21 +47,14 @@ void for_each_source(std::wstring_view sql, Visit&& visit) {
 
 }  // namespace
 
-Columns::Columns(sqlite3_stmt* statement) {
-  const int count = sqlite3_column_count(statement);
-  columns_.reserve(count);
-  for (int i = 0; i < count; ++i) {
-    Column column{text_or_empty(sqlite3_column_name16(statement, i)),
-                  text_or_empty(sqlite3_column_table_name16(statement, i)),
-                  text_or_empty(sqlite3_column_origin_name16(statement, i)),
-                  text_or_empty(sqlite3_column_decltype16(statement, i))};
-    for (Column& other : columns_) {
-      if (!same_name(other.name, column.name)) continue;
-      other.ambiguous = column.ambiguous = true;
+Columns::Columns(std::vector<ResultColumn> columns, std::wstring_view sql)
+    : columns_(std::move(columns)) {
+  for (auto column = columns_.begin(); column != columns_.end(); ++column) {
+    for (auto other = columns_.begin(); other != column; ++other) {
+      if (same_name(other->name, column->name)) other->ambiguous = column->ambiguous = true;
     }
-    columns_.push_back(std::move(column));
   }
-  for_each_source(from_utf8(sqlite3_sql(statement)), [&](auto name, auto table) {
+  for_each_source(sql, [&](auto name, auto table) {
     sources_.push_back({std::wstring(name), std::wstring(table)});
   });
 }
@@ -118,7 +104,7 @@ std::wstring_view Columns::table_of(std::wstring_view name) const {
   return source == sources_.end() ? name : source->table;
 }
 
-/// SQLite tells the table of a column, but not which of its occurrences in the statement.
+/// An engine tells the table of a column, but not which of its occurrences in the statement.
 bool Columns::is_joined_with_itself(std::wstring_view table) const {
   return std::ranges::count_if(
              sources_, [&](const Source& source) { return same_name(source.table, table); }) > 1;
@@ -126,7 +112,7 @@ bool Columns::is_joined_with_itself(std::wstring_view table) const {
 
 std::wstring Columns::list() const {
   std::wstring names;
-  for (const Column& column : columns_)
+  for (const ResultColumn& column : columns_)
     names.append(names.empty() ? L"" : L", ").append(column.name);
   return names;
 }

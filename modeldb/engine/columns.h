@@ -4,15 +4,23 @@
 #include <string_view>
 #include <vector>
 
-struct sqlite3_stmt;
-
 namespace modeldb {
+
+/// What an engine knows of a statement's result column.
+struct ResultColumn {
+  std::wstring name;
+  std::wstring table;   ///< empty for an expression
+  std::wstring origin;  ///< the table's own name for the column
+  std::wstring declared_type;
+  bool ambiguous = false;  ///< another column has the same name
+};
 
 /// Names of a statement's result columns. Names are compared as SQL compares them: the case of
 /// Latin letters does not count.
 class Columns {
  public:
-  explicit Columns(sqlite3_stmt* statement);
+  /// The columns of the statement `sql`.
+  Columns(std::vector<ResultColumn> columns, std::wstring_view sql);
 
   [[nodiscard]] int size() const { return static_cast<int>(columns_.size()); }
   [[nodiscard]] const std::wstring& name(int column) const { return columns_[column].name; }
@@ -27,13 +35,6 @@ class Columns {
   [[nodiscard]] int find(std::wstring_view name) const;
 
  private:
-  struct Column {
-    std::wstring name;
-    std::wstring table;   // empty for an expression
-    std::wstring origin;  // the table's own name for the column
-    std::wstring declared_type;
-    bool ambiguous = false;  // another column has the same name
-  };
   /// A table of the statement's FROM, and the name that it goes by there.
   struct Source {
     std::wstring name;
@@ -49,7 +50,7 @@ class Columns {
   [[nodiscard]] bool is_joined_with_itself(std::wstring_view table) const;
   [[nodiscard]] std::wstring list() const;
 
-  std::vector<Column> columns_;
+  std::vector<ResultColumn> columns_;
   std::vector<Source> sources_;
   // Whoever reads a row by name mostly reads the columns in their order.
   mutable int expected_next_ = 0;

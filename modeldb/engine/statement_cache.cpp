@@ -19,7 +19,7 @@ StatementLease StatementCache::lease(Database& database, std::wstring_view sql, 
   if (cached != statements.end() && !cached->second->is_in_use()) {
     return {database.shared_from_this(), *cached->second};
   }
-  auto statement = std::make_unique<Statement>(database, sql, trust);
+  auto statement = database.engine().prepare(sql, trust);
   const std::size_t size = size_of(sql, *statement);
   if (cached != statements.end() || size > kMaximumOfOne) {
     return {database.shared_from_this(), std::move(statement)};

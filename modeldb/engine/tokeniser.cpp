@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "modeldb/engine/ascii.h"
+#include "modeldb/base/ascii.h"
 
 namespace modeldb {
 namespace {

@@ -11,7 +11,7 @@ namespace modeldb {
 class Database;
 
 /// The transactions of a database, one inside the other: those of clients, and pieces of the model
-/// database's own work (Savepoint). The outermost is a transaction of the file, the others are
+/// database's own work (Savepoint). The outermost is a transaction of the engine, the others are
 /// savepoints in it. They end in the reverse order of their beginning.
 class Transactions {
  public:
@@ -21,7 +21,7 @@ class Transactions {
 
   // Of clients.
 
-  /// The outermost one fails here, with a sentence, when the file cannot be written: later, the
+  /// The outermost one fails here, with a sentence, when nothing can be written: later, the
   /// failures of single records would be all that is seen of it. kLocked: another program writes.
   void begin();
   /// kInvalidTransaction: none is open, a piece of work is under way, or the database had to roll
@@ -46,12 +46,7 @@ class Transactions {
   /// Undoes what stands at that depth and within.
   void undo(std::size_t depth) noexcept;
 
-  /// Whether the file can be written now, as far as can be told without waiting.
-  [[nodiscard]] bool can_write();
-  /// Nothing may be written in the belief that it is part of a transaction that is lost: SQLite
-  /// rolls back by itself for want of disk space, say.
-  void require_alive() const;
-  /// The file is closed, and all of them are rolled back.
+  /// The database is closed, and all of them are rolled back.
   void forget() noexcept;
 
  private:
@@ -61,9 +56,6 @@ class Transactions {
   };
 
   void open(bool is_client);
-  void start();
-  /// Notes whether SQLite's last answer means that the file is write-protected.
-  void note_protection() const;
   /// Undoes it when it fails.
   void keep_innermost();
   void undo_innermost() noexcept;
@@ -71,8 +63,6 @@ class Transactions {
   void end_innermost(TransactionEnd end) noexcept;
   /// What a client asks to end must be open, and nothing else under way.
   void require_ending() const;
-  /// Runs statements that can fail only when there is nothing to undo any more.
-  void run_quietly(const char* sql) const noexcept;
 
   Database& database_;
   std::vector<Level> levels_;

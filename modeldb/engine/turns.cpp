@@ -3,7 +3,7 @@
 #include <mutex>
 #include <string>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 

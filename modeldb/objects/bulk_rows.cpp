@@ -5,8 +5,8 @@
 #include <unordered_set>
 
 #include "com/sentence.h"
-#include "modeldb/engine/ascii.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/ascii.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/objects/cells.h"
 #include "modeldb/schema/host_kinds.h"
 #include "modeldb/store/cell_value.h"

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "com/ptr.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {

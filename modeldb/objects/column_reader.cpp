@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "modeldb/engine/ascii.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/ascii.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 

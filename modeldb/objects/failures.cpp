@@ -2,7 +2,7 @@
 
 #include "com/enumerator.h"
 #include "com/free_threaded.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 

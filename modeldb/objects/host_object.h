@@ -6,7 +6,7 @@
 
 #include "com/automation.h"
 #include "com/free_threaded.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/library.h"
 #include "modeldb/objects/column_reader.h"
 #include "modeldb/objects/model_access.h"
@@ -155,7 +155,7 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
     const auto database = store.model()->database();
     StatementLease row = Self::table().find(*database, id_);
     if constexpr (identity == Identity::kInOneModel) {
-      if (row) require_same_object(database->path(), *row);
+      if (row) require_same_object(database->location(), *row);
     }
     return row;
   }
@@ -196,7 +196,7 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
       home_.reset();
       if (const auto store = own_store(model_database)) {
         const Turn turn(store->turns());
-        home_ = store->model()->shared_path();
+        home_ = store->model()->shared_location();
       }
     }
   }

@@ -6,11 +6,10 @@
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
 #include "modeldb/ado/factories.h"
-#include "modeldb/engine/ascii.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/ascii.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/objects/column_reader.h"
 #include "modeldb/schema/nearest_column.h"
-#include "modeldb/schema/tables.h"
 
 namespace modeldb {
 namespace {
@@ -25,19 +24,15 @@ std::wstring list_of_tables(const Catalogue& catalogue) {
 
 /// The name of the column that the model does not have, when that is what is wrong: as it stands
 /// behind the name of the table, or all of it for a property of a property, such as Vertex.ID.
-std::wstring missing_column(const Kind& kind, std::wstring_view clause) {
-  constexpr std::wstring_view kWords = L"no such column: ";
-  const auto words = clause.find(kWords);
-  if (words == std::wstring_view::npos) return {};
-  const auto name = clause.substr(words + kWords.size());
-  std::wstring own(name.substr(0, name.find(L". Correct it.")));
+std::wstring missing_column(const Kind& kind, const TextError& error) {
+  std::wstring own = error.missing_column();
   const auto dot = own.rfind(L'.');
   if (dot == std::wstring::npos) return own;
   return same_name(own.substr(0, dot), kind.table) ? own.substr(dot + 1) : own.erase(dot, 1);
 }
 
-std::wstring advice(const Kind& kind, std::wstring_view clause, std::wstring_view otherwise) {
-  const std::wstring name = missing_column(kind, clause);
+std::wstring advice(const Kind& kind, const TextError& error, std::wstring_view otherwise) {
+  const std::wstring name = missing_column(kind, error);
   const std::wstring column = name.empty() ? L"" : nearest_column(kind, name);
   return column.empty() ? std::wstring(otherwise) : L"Use the column " + column + L".";
 }
@@ -70,7 +65,7 @@ void require_sound(const Model& model, const Kind& kind, const Part& part) {
       (void)model.database()->execute_text(query, Trust::kRead);
     } catch (const TextError& error) {
       fail(error.result(), part.subject + clause_on(part, error.clause()) + L" " +
-                               advice(kind, error.clause(), part.advice));
+                               advice(kind, error, part.advice));
     }
   }
 }
@@ -227,7 +222,7 @@ com::Ptr<IDispatch> load_collection(const Model& model, IModelDatabase* database
   auto collection =
       create<IPersistentCollection>(class_object(kind.collection_class), kind.collection_interface);
   // A write-protected file may be older than the kind.
-  if (!has_table(*model.database(), kind.table)) return collection;
+  if (!model.database()->engine().has_table(kind.table)) return collection;
   try {
     load_records(model, database, kind, selection, *collection);
   } catch (const com::Error& error) {

@@ -1,10 +1,11 @@
 #include "modeldb/objects/model.h"
 
-#include "modeldb/engine/ascii.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/ascii.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/schema/link_keeper.h"
 #include "modeldb/schema/tables.h"
 #include "modeldb/schema/vertex_guard.h"
+#include "modeldb/sqlite/sqlite_engine.h"
 
 namespace modeldb {
 namespace {
@@ -15,7 +16,7 @@ std::shared_ptr<Database> open_database(std::wstring_view location) {
          L"Models behind ODBC cannot be opened by this version. Pass the path "
          L"of a model database file.");
   }
-  return Database::open(location, kSchemaVersion);
+  return open_file(location, kSchemaVersion);
 }
 
 }  // namespace
@@ -26,7 +27,7 @@ Model::Model(std::wstring_view location)
     make_tables(*database_, catalogue_);
     guard_vertices(*database_, catalogue_);
     keep_links_with_records(*database_, catalogue_);
-    path_ = std::make_shared<const std::wstring>(database_->path());
+    location_ = std::make_shared<const std::wstring>(database_->location());
     database_->mark_unchanged();
   } catch (...) {
     database_->discard();

@@ -23,14 +23,16 @@ class Model {
   [[nodiscard]] const Catalogue& catalogue() const { return catalogue_; }
   [[nodiscard]] const std::shared_ptr<Database>& database() const { return database_; }
   /// The path of its file, for whoever remembers it longer than the model lives.
-  [[nodiscard]] const std::shared_ptr<const std::wstring>& shared_path() const { return path_; }
+  [[nodiscard]] const std::shared_ptr<const std::wstring>& shared_location() const {
+    return location_;
+  }
 
  private:
   // First: the catalogue asks records, which create the model's objects.
   Activation activation_;
   const Catalogue& catalogue_;
   std::shared_ptr<Database> database_;
-  std::shared_ptr<const std::wstring> path_;
+  std::shared_ptr<const std::wstring> location_;
 };
 
 }  // namespace modeldb

@@ -2,7 +2,7 @@
 
 #include <orv_host.h>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/store/record_store.h"
 
 namespace modeldb {

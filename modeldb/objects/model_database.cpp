@@ -4,7 +4,7 @@
 #include "modeldb/ado/factories.h"
 #include "modeldb/ado/model_call.h"
 #include "modeldb/ado/row_array.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/objects/bulk_rows.h"
 #include "modeldb/objects/copying.h"
 #include "modeldb/objects/loading.h"
@@ -79,7 +79,7 @@ STDMETHODIMP ModelDatabase::Open(BSTR bstrLocation) {
 
 void ModelDatabase::open(std::wstring_view location) {
   if (model_) {
-    fail(kObjectOpen, L"The model " + quoted(model_->database()->path()) +
+    fail(kObjectOpen, L"The model " + quoted(model_->database()->location()) +
                           L" is open. Close it before another is opened.");
   }
   auto model = std::make_shared<Model>(location);
@@ -115,8 +115,8 @@ STDMETHODIMP ModelDatabase::get_IsOpen(VARIANT_BOOL* pVal) {
 }
 
 STDMETHODIMP ModelDatabase::get_Location(BSTR* pVal) {
-  return model_call(turns_,
-                    [&] { *pVal = com::Bstr(model_ ? model_->database()->path() : L"").detach(); });
+  return model_call(
+      turns_, [&] { *pVal = com::Bstr(model_ ? model_->database()->location() : L"").detach(); });
 }
 
 STDMETHODIMP ModelDatabase::get_Modified(VARIANT_BOOL* pVal) {

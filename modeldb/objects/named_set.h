@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/objects/model.h"
 #include "modeldb/objects/set.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "modeldb/engine/ascii.h"
+#include "modeldb/base/ascii.h"
 #include "modeldb/schema/host_kinds.h"
 #include "modeldb/schema/server_kinds.h"
 

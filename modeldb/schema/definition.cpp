@@ -8,39 +8,6 @@
 
 namespace modeldb {
 
-const wchar_t* sql_type(ColumnType type) {
-  switch (type) {
-    case ColumnType::kInteger:
-      return L"INTEGER";
-    case ColumnType::kReal:
-      return L"REAL";
-    case ColumnType::kText:
-      return L"TEXT";
-  }
-  return L"";
-}
-
-std::wstring TableDefinition::link_rule() const {
-  return L"FOREIGN KEY (" + sets_key() + L") REFERENCES " + sets + L" (" + sets_key() +
-         L") ON UPDATE CASCADE ON DELETE CASCADE";
-}
-
-std::wstring TableDefinition::sql() const {
-  std::wstring list;
-  // AUTOINCREMENT: a key that was deleted is never given to another row, since scripts and events
-  // go on holding it.
-  if (!key.empty()) list = key + L" INTEGER PRIMARY KEY AUTOINCREMENT";
-  for (const Column& column : columns) {
-    list += (list.empty() ? L"" : L", ") + column.name + L" " + sql_type(column.type);
-  }
-  if (is_link_table()) list += L", " + link_rule();
-  return L"CREATE TABLE " + name + L" (" + list + L")";
-}
-
-std::wstring IndexDefinition::sql() const {
-  return L"CREATE INDEX " + name + L" ON " + table + L" (" + columns + L")";
-}
-
 std::vector<TableDefinition> table_definitions(const Catalogue& catalogue) {
   std::vector<TableDefinition> definitions;
   for (const Table& table : catalogue.tables()) {

@@ -5,14 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "modeldb/engine/table_definition.h"
+
 namespace modeldb {
-
-enum class ColumnType { kInteger, kReal, kText };
-
-struct Column {
-  std::wstring name;
-  ColumnType type;
-};
 
 /// One kind of persistent object: the table of its rows, and the classes of its objects.
 struct Kind {

@@ -5,7 +5,7 @@
 #include <numeric>
 #include <vector>
 
-#include "modeldb/engine/ascii.h"
+#include "modeldb/base/ascii.h"
 
 namespace modeldb {
 namespace {

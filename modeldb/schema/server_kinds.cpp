@@ -10,7 +10,7 @@
 #include "com/type_description.h"
 #include "com/variant.h"
 #include "host/protocol.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/schema/host_kinds.h"
 
 namespace modeldb {

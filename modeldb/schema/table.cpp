@@ -3,23 +3,7 @@
 #include <limits>
 #include <utility>
 
-#include "modeldb/engine/sqlite_failure.h"
-
 namespace modeldb {
-namespace {
-
-/// Runs a statement that changes rows; returns whether it changed any.
-bool changes_rows(Database& database, Statement& statement) {
-  const std::int64_t before = database.total_changes();
-  statement.step();
-  return database.total_changes() != before;
-}
-
-void bind_values(Statement& statement, int first, std::span<const Literal> values) {
-  for (const Literal& value : values) statement.bind(first++, value);
-}
-
-}  // namespace
 
 Table::Table(Kind kind) : kind_(std::move(kind)) {
   std::wstring parameters;
@@ -44,24 +28,21 @@ long Table::insert(Database& database, long id, std::span<const Literal> values)
   } else {
     statement->bind(1, id);
   }
-  bind_values(*statement, 2, values);
+  statement->bind_all(values, 2);
   statement->step();
-  const std::int64_t key = database.last_insert_id();
+  const std::int64_t key = database.engine().last_insert_id();
   if (key > std::numeric_limits<long>::max()) fail_as_used_up(kind_.table);
   return static_cast<long>(key);
 }
 
 bool Table::update(Database& database, long id, std::span<const Literal> values) const {
   const StatementLease statement = database.prepare(update_);
-  bind_values(*statement, 1, values);
+  statement->bind_all(values);
   statement->bind(static_cast<int>(values.size()) + 1, id);
-  return changes_rows(database, *statement);
+  return statement->run() != 0;
 }
 
-bool Table::remove(Database& database, long id) const {
-  const StatementLease statement = database.query(remove_, id);
-  return changes_rows(database, *statement);
-}
+bool Table::remove(Database& database, long id) const { return database.execute(remove_, id) != 0; }
 
 StatementLease Table::find(Database& database, long id) const {
   StatementLease statement = database.query(find_, id);

@@ -15,7 +15,4 @@ inline constexpr int kSchemaVersion = 2;
 /// table a shape in which rows could get lost.
 void make_tables(Database& database, const Catalogue& catalogue);
 
-/// Whether the model has the table.
-[[nodiscard]] bool has_table(Database& database, std::wstring_view name);
-
 }  // namespace modeldb

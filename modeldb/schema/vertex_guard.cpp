@@ -6,18 +6,6 @@
 namespace modeldb {
 namespace {
 
-/// A condition that holds when records stand on the vertex that a statement is about to change.
-std::wstring is_occupied(const Catalogue& catalogue) {
-  const std::wstring& key = vertex_kind().key;
-  std::wstring condition;
-  for (const Table& table : catalogue.tables()) {
-    if (!stands_on_vertex(table.kind())) continue;
-    condition += (condition.empty() ? L"EXISTS (SELECT 1 FROM " : L" OR EXISTS (SELECT 1 FROM ") +
-                 table.kind().table + L" WHERE " + key + L" = OLD." + key + L")";
-  }
-  return condition.empty() ? L"0" : condition;
-}
-
 /// "NodalForce 7", or "3 NodalForces (1, 2, 5)"; empty when none of the kind stands there.
 std::wstring records_on_vertex(Database& database, const Kind& kind, long id) {
   constexpr int kNamed = 5;
@@ -39,20 +27,12 @@ std::wstring records_on_vertex(Database& database, const Kind& kind, long id) {
 
 }  // namespace
 
-// A trigger of the connection, not a rule of the tables: those would refuse a record whose vertex
-// is not saved, too. Triggers that a file brings with it do not run.
 void guard_vertices(Database& database, const Catalogue& catalogue) {
-  const std::wstring& table = vertex_kind().table;
-  const std::wstring& key = vertex_kind().key;
-  const std::wstring refusal =
-      L" BEGIN SELECT RAISE(ABORT, 'records stand on a vertex that it deletes or renumbers. Delete "
-      L"them, or put them on another vertex, first'); END";
-  const std::wstring occupied = is_occupied(catalogue);
-  database.execute(L"CREATE TEMP TRIGGER orv_occupied_vertex_deleted BEFORE DELETE ON " + table +
-                   L" WHEN " + occupied + refusal);
-  database.execute(L"CREATE TEMP TRIGGER orv_occupied_vertex_renumbered BEFORE UPDATE OF " + key +
-                   L" ON " + table + L" WHEN NEW." + key + L" IS NOT OLD." + key + L" AND (" +
-                   occupied + L")" + refusal);
+  RowGuard vertices{.table = vertex_kind().table, .key = vertex_kind().key, .standing = {}};
+  for (const Table& table : catalogue.tables()) {
+    if (stands_on_vertex(table.kind())) vertices.standing.push_back(table.kind().table);
+  }
+  database.engine().guard(vertices);
 }
 
 std::wstring records_on_vertex(Database& database, const Catalogue& catalogue, long id) {

@@ -8,7 +8,7 @@
 namespace modeldb {
 
 /// From here until the database is closed it refuses, whoever asks, to delete or renumber a vertex
-/// that records stand on (kIntegrityViolation). Nothing is written into the file. A record may be
+/// that records stand on (kIntegrityViolation). A record may be
 /// written on a vertex that the model does not have: its vertex need not be saved with it.
 void guard_vertices(Database& database, const Catalogue& catalogue);
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "com/variant.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/number.h"
 
 namespace modeldb {

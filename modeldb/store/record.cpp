@@ -3,7 +3,7 @@
 #include <charconv>
 
 #include "com/variant.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "modeldb/ado/model_call.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/store/refusal.h"
 #include "modeldb/store/script_array.h"
 

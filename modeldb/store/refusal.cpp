@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/schema/vertex_guard.h"
 
 namespace modeldb {

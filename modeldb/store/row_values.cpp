@@ -4,9 +4,9 @@
 
 #include "com/error.h"
 #include "com/sentence.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/number.h"
-#include "modeldb/engine/row_text.h"
+#include "modeldb/store/row_text.h"
 
 namespace modeldb {
 namespace {

@@ -1,6 +1,6 @@
 #include "modeldb/store/set_names.h"
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/store/cell_value.h"
 
 namespace modeldb {

@@ -6,7 +6,7 @@
 #include "com/type_info.h"
 #include "com/variant.h"
 #include "modeldb/ado/factories.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "tests/engine/support.h"
 
 namespace modeldb {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "tests/engine/support.h"
 
 namespace modeldb {

@@ -1,5 +1,3 @@
-#include "modeldb/engine/database.h"
-
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 
@@ -8,8 +6,10 @@
 #include <functional>
 #include <new>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/savepoint.h"
+#include "modeldb/sqlite/sqlite_engine.h"
+#include "modeldb/sqlite/sqlite_statement.h"
 #include "tests/engine/support.h"
 
 namespace {
@@ -66,7 +66,7 @@ TEST(DatabaseFile, OfAnotherProgramIsRefusedAndLeftAloneWithItsLog) {
     }
     sqlite3_close(handle);
 
-    const auto failure = failure_of([&] { Database::open(copy.path()); });
+    const auto failure = failure_of([&] { open_file(copy.path()); });
     EXPECT_EQ(failure.result, kCannotOpenFile);
     EXPECT_THAT(failure.sentence, HasSubstr(L"another program"));
     EXPECT_EQ(copy.read(), before[0]) << journal;
@@ -78,7 +78,7 @@ TEST(DatabaseFile, IsNoneByAPathThatNamesNoFile) {
   using namespace std::literals;
   for (const auto path : {L""sv, L" "sv, L"\t "sv, L"\0"sv, L"\0x.orvdb"sv, L"x.orvdb\0y"sv,
                           L"NUL"sv, L"w\\aux"sv, L"\\\\.\\NUL"sv, L"\\\\.\\C:"sv}) {
-    const auto failure = failure_of([&] { Database::open(path); });
+    const auto failure = failure_of([&] { open_file(path); });
     EXPECT_EQ(failure.result, kCannotOpenFile) << std::wstring(path);
     EXPECT_THAT(failure.sentence, HasSubstr(L"Give the path of a file.")) << std::wstring(path);
   }
@@ -87,14 +87,14 @@ TEST(DatabaseFile, IsNoneByAPathThatNamesNoFile) {
 TEST(DatabaseFile, CannotRunAnythingByItsSchema) {
   const TemporaryFile file;
   {
-    const auto database = Database::open(file.path());
+    const auto database = open_file(file.path());
     database->execute(L"CREATE TABLE t (a)");
     database->execute(L"CREATE TABLE u (a)");
     database->execute(L"CREATE TRIGGER x AFTER INSERT ON t BEGIN DELETE FROM u; END");
     database->execute(L"CREATE VIEW v AS SELECT a FROM t");
     database->execute(L"INSERT INTO u VALUES (1)");
   }
-  const auto database = Database::open(file.path());
+  const auto database = open_file(file.path());
   database->execute_text(L"INSERT INTO t VALUES (1)", Trust::kWrite);
   const auto rows = database->query(L"SELECT count(*) FROM u");
   ASSERT_TRUE(rows->step());
@@ -307,7 +307,7 @@ TEST_F(Closing, LeavesStatementsThatOutliveTheDatabaseSafe) {
   const auto second = database_->query(L"SELECT * FROM Forces");
   database_->close();
   database_.reset();
-  database_ = Database::open(file_.path());
+  database_ = open_file(file_.path());
   held = {};
   EXPECT_EQ(failure_of([&] { second->step(); }).result, kObjectClosed);
 }

@@ -8,7 +8,7 @@
 
 #include "com/bstr.h"
 #include "com/error.h"
-#include "modeldb/engine/database.h"
+#include "modeldb/sqlite/sqlite_engine.h"
 #include "tests/engine/temporary_file.h"
 
 namespace modeldb {
@@ -47,7 +47,7 @@ inline std::wstring last_sentence() {
 /// own tables.
 class WithDatabase : public testing::Test {
  protected:
-  WithDatabase() : database_(Database::open(file_.path())) {
+  WithDatabase() : database_(open_file(file_.path())) {
     database_->execute(
         L"CREATE TABLE Forces (ForceID INTEGER PRIMARY KEY, Description TEXT, Magnitude REAL)");
     database_->execute(L"CREATE TABLE ForceLoadSets (LoadSetID INTEGER, ForceID INTEGER)");

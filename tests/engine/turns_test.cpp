@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "tests/engine/support.h"
 
 namespace modeldb {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "modeldb/engine/database.h"
+#include "modeldb/sqlite/sqlite_engine.h"
 #include "tests/modeldb/model_test.h"
 
 namespace {
@@ -155,7 +155,7 @@ TEST_F(NotificationTest, SuspensionEndsWithTheBatchThatBrokeOff) {
   // The collection suspends notification, then cannot begin its transaction.
   const auto forces = create<NodalForces, INodalForces>();
   forces->Add(make_force(0).get());
-  const auto writer = modeldb::Database::open(file.path());
+  const auto writer = modeldb::open_file(file.path());
   writer->transactions().begin();
   EXPECT_TRUE(FAILED(save(forces)));
   writer->close();

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "modeldb/engine/database.h"
+#include "modeldb/sqlite/sqlite_engine.h"
 #include "tests/modeldb/model_test.h"
 
 namespace {
@@ -66,7 +66,7 @@ TEST_F(OpenTest, OlderModelThatCannotBeWrittenOpensForWhatItHas) {
   save(make_force(1));
   database->Close();
   {
-    const auto older = modeldb::Database::open(file.path());
+    const auto older = modeldb::open_file(file.path());
     older->execute(L"DROP TABLE NodalProbes");
     older->execute(L"DROP TABLE NodalProbeDesignScenarios");
   }

@@ -1,9 +1,9 @@
-#include "modeldb/engine/row_text.h"
+#include "modeldb/store/row_text.h"
 
 #include <string>
 #include <utility>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/number.h"
 #include "modeldb/engine/tokeniser.h"
 

@@ -1,4 +1,4 @@
-#include "modeldb/engine/model_file.h"
+#include "modeldb/sqlite/model_file.h"
 
 #include <windows.h>
 
@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {

@@ -1,4 +1,4 @@
-#include "modeldb/engine/authorizer.h"
+#include "modeldb/sqlite/authorizer.h"
 
 #include <sqlite3.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "modeldb/engine/ascii.h"
-#include "modeldb/engine/utf8.h"
+#include "modeldb/base/ascii.h"
+#include "modeldb/sqlite/utf8.h"
 
 namespace modeldb {
 namespace {

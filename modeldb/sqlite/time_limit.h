@@ -2,13 +2,11 @@
 
 #include <cstdint>
 
+#include "modeldb/engine/statement.h"
+
 struct sqlite3;
 
 namespace modeldb {
-
-/// How long a client's statement may run, in seconds; 0 for as long as it takes.
-using Seconds = long;
-inline constexpr Seconds kDefaultTimeLimit = 30;
 
 /// Ends statements that run for too long. Only time within SQLite counts, over all rows of a
 /// statement together: a client may take as long as it likes between them.

@@ -1,4 +1,4 @@
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 #include <utility>
 
@@ -10,12 +10,17 @@ void fail(HRESULT result, std::wstring_view sentence) {
   com::fail(result, L"Orv_ModelDb", sentence);
 }
 
-void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause) {
+void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause,
+                  std::wstring missing_column) {
   try {
     fail(result, std::wstring(subject) + clause);
   } catch (const com::Error& error) {
-    throw TextError(error, std::move(clause));
+    throw TextError(error, std::move(clause), std::move(missing_column));
   }
+}
+
+void fail_on_text(std::wstring_view subject, const TextError& error) {
+  fail_on_text(error.result(), subject, error.clause(), error.missing_column());
 }
 
 std::wstring quoted(std::wstring_view text) {

@@ -1,10 +1,10 @@
-#include "modeldb/engine/utf8.h"
+#include "modeldb/sqlite/utf8.h"
 
 #include <windows.h>
 
 #include <algorithm>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {

@@ -44,18 +44,24 @@ inline constexpr HRESULT kErrorsInCommand = static_cast<HRESULT>(0x80040E14);
 /// is what was raised on, followed by the clause.
 class TextError : public com::Error {
  public:
-  TextError(const com::Error& error, std::wstring clause)
-      : com::Error(error), clause_(std::move(clause)) {}
+  TextError(const com::Error& error, std::wstring clause, std::wstring missing_column)
+      : com::Error(error), clause_(std::move(clause)), missing_column_(std::move(missing_column)) {}
 
   /// " cannot be run: no such column: Magnitud. Correct it."
   [[nodiscard]] const std::wstring& clause() const { return clause_; }
+  /// "Magnitud", as the text has it, when it is a column's name that is wrong; otherwise empty.
+  [[nodiscard]] const std::wstring& missing_column() const { return missing_column_; }
 
  private:
   std::wstring clause_;
+  std::wstring missing_column_;
 };
 
 /// Raises a TextError: "The statement \"SELECT Nope\"", followed by the clause.
-[[noreturn]] void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause);
+[[noreturn]] void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause,
+                               std::wstring missing_column = {});
+/// Raises the same of a text that is called something else.
+[[noreturn]] void fail_on_text(std::wstring_view subject, const TextError& error);
 
 /// `text` between quotation marks, for a sentence; the middle of a long one is left out.
 std::wstring quoted(std::wstring_view text);

@@ -1,11 +1,13 @@
-#include "modeldb/schema/shape.h"
+#include "modeldb/sqlite/shape.h"
 
 #include <algorithm>
 #include <initializer_list>
+#include <vector>
 
-#include "modeldb/engine/ascii.h"
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/ascii.h"
+#include "modeldb/base/failure.h"
 #include "modeldb/engine/tokeniser.h"
+#include "modeldb/sqlite/sqlite_statement.h"
 
 namespace modeldb {
 namespace {
@@ -18,15 +20,15 @@ struct FoundColumn {
   bool is_computed;
 };
 
-std::vector<FoundColumn> columns_of(Database& database, const std::wstring& table) {
+std::vector<FoundColumn> columns_of(SqliteFile& file, const std::wstring& table) {
   std::vector<FoundColumn> columns;
-  const auto rows = database.query(L"PRAGMA table_xinfo(" + table + L")");
-  while (rows->step()) {
-    columns.push_back({.name = std::wstring(rows->text(1)),
-                       .type = std::wstring(rows->text(2)),
-                       .is_not_null = rows->integer(3) != 0,
-                       .is_in_key = rows->integer(5) != 0,
-                       .is_computed = rows->integer(6) != 0});
+  SqliteStatement rows(file, L"PRAGMA table_xinfo(" + table + L")", Trust::kHost);
+  while (rows.step()) {
+    columns.push_back({.name = std::wstring(rows.text(1)),
+                       .type = std::wstring(rows.text(2)),
+                       .is_not_null = rows.integer(3) != 0,
+                       .is_in_key = rows.integer(5) != 0,
+                       .is_computed = rows.integer(6) != 0});
   }
   return columns;
 }
@@ -114,26 +116,26 @@ struct LinkRules {
 };
 
 /// The rules that tie the table's rows to those of others.
-LinkRules link_rules_of(Database& database, const TableDefinition& needed) {
+LinkRules link_rules_of(SqliteFile& file, const TableDefinition& needed) {
   LinkRules rules;
-  const auto rows = database.query(L"PRAGMA foreign_key_list(" + needed.name + L")");
-  while (rows->step()) {
-    const bool right = needed.is_link_table() && same_name(rows->text(2), needed.sets) &&
-                       same_name(rows->text(3), needed.sets_key()) && rows->text(5) == L"CASCADE" &&
-                       rows->text(6) == L"CASCADE";
+  SqliteStatement rows(file, L"PRAGMA foreign_key_list(" + needed.name + L")", Trust::kHost);
+  while (rows.step()) {
+    const bool right = needed.is_link_table() && same_name(rows.text(2), needed.sets) &&
+                       same_name(rows.text(3), needed.sets_key()) && rows.text(5) == L"CASCADE" &&
+                       rows.text(6) == L"CASCADE";
     ++(right ? rules.right : rules.other);
   }
   return rules;
 }
 
-std::wstring fault_of(Database& database, const TableDefinition& needed, const SchemaEntry& found) {
+std::wstring fault_of(SqliteFile& file, const TableDefinition& needed, const SchemaEntry& found) {
   if (found.type != L"table" || has_words(found.sql, {L"CREATE", L"VIRTUAL"})) {
     return L"it is no table";
   }
   if (has_words(found.sql, {L"ON", L"CONFLICT"})) {
     return L"it has a rule that passes over rows without a word (ON CONFLICT)";
   }
-  const FoundColumns columns = columns_of(database, needed.name);
+  const FoundColumns columns = columns_of(file, needed.name);
   std::wstring fault = fault_of_key(needed, columns, found.sql);
   for (const Column& column : needed.columns) {
     if (fault.empty()) fault = fault_of_column(column, columns);
@@ -141,43 +143,41 @@ std::wstring fault_of(Database& database, const TableDefinition& needed, const S
   return fault.empty() ? fault_of_others(needed, columns) : fault;
 }
 
-[[noreturn]] void fail_on_shape(const Database& database, const TableDefinition& table,
-                                const std::wstring& fault) {
-  fail(kCannotOpenFile, L"The table " + table.name + L" of the model " + quoted(database.path()) +
-                            L" was given another shape by another program: " + fault +
-                            L". Give it back the shape that it has in a new model, or take a copy "
-                            L"of the file that was saved earlier.");
-}
-
 }  // namespace
 
-bool NameOrder::operator()(const std::wstring& a, const std::wstring& b) const {
-  return std::ranges::lexicographical_compare(a, b, {}, folded, folded);
-}
-
-SchemaEntries read_schema(Database& database) {
-  SchemaEntries entries;
-  const auto rows = database.query(L"SELECT name, type, sql FROM sqlite_schema");
-  while (rows->step()) {
-    entries.emplace(rows->text(0),
-                    SchemaEntry{std::wstring(rows->text(1)), std::wstring(rows->text(2))});
+const wchar_t* sql_type(ColumnType type) {
+  switch (type) {
+    case ColumnType::kInteger:
+      return L"INTEGER";
+    case ColumnType::kReal:
+      return L"REAL";
+    case ColumnType::kText:
+      return L"TEXT";
   }
-  return entries;
+  return L"";
 }
 
-Shape require_shape(Database& database, const TableDefinition& needed, const SchemaEntry& found) {
-  if (found.sql == needed.sql()) return Shape::kRight;
-  std::wstring fault = fault_of(database, needed, found);
-  const LinkRules rules = link_rules_of(database, needed);
+std::wstring create_statement(const TableDefinition& table) {
+  std::wstring list;
+  // AUTOINCREMENT: a key that was deleted is never given to another row, since scripts and events
+  // go on holding it.
+  if (!table.key.empty()) list = table.key + L" INTEGER PRIMARY KEY AUTOINCREMENT";
+  for (const Column& column : table.columns) {
+    list += (list.empty() ? L"" : L", ") + column.name + L" " + sql_type(column.type);
+  }
+  if (table.is_link_table()) list += L", " + table.link_rule();
+  return L"CREATE TABLE " + table.name + L" (" + list + L")";
+}
+
+Shape require_shape(SqliteFile& file, const TableDefinition& needed, const SchemaEntry& found) {
+  if (found.sql == create_statement(needed)) return Shape::kRight;
+  std::wstring fault = fault_of(file, needed, found);
+  const LinkRules rules = link_rules_of(file, needed);
   if (fault.empty() && (rules.other > 0 || rules.right > 1)) {
     fault = L"it has a rule of another program on the rows that it refers to (REFERENCES)";
   }
-  if (!fault.empty()) fail_on_shape(database, needed, fault);
+  if (!fault.empty()) fail_on_shape(file.path(), needed, fault);
   return needed.is_link_table() && rules.right == 0 ? Shape::kWithoutLinkRule : Shape::kRight;
-}
-
-void fail_without_link_rule(const Database& database, const TableDefinition& links) {
-  fail_on_shape(database, links, L"it lacks the rule " + links.link_rule());
 }
 
 }  // namespace modeldb

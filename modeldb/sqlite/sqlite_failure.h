@@ -16,7 +16,4 @@ struct SqliteFailure {
 /// Raises it with a sentence; std::bad_alloc when memory is what was lacking.
 [[noreturn]] void fail_as_sqlite(const SqliteFailure& failure);
 
-/// Raises kIntegrityViolation: the table has no keys left for new rows.
-[[noreturn]] void fail_as_used_up(std::wstring_view table);
-
 }  // namespace modeldb

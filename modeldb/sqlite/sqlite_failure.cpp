@@ -1,4 +1,4 @@
-#include "modeldb/engine/sqlite_failure.h"
+#include "modeldb/sqlite/sqlite_failure.h"
 
 #include <sqlite3.h>
 
@@ -7,7 +7,7 @@
 #include <new>
 #include <utility>
 
-#include "modeldb/engine/failure.h"
+#include "modeldb/base/failure.h"
 
 namespace modeldb {
 namespace {
@@ -79,6 +79,12 @@ std::wstring with_reason(std::wstring_view clause, std::wstring_view reason) {
   return place == std::wstring::npos ? text : text.replace(place, 1, reason);
 }
 
+std::wstring missing_column(std::wstring_view reason) {
+  constexpr std::wstring_view kWords = L"no such column: ";
+  if (!reason.starts_with(kWords)) return {};
+  return std::wstring(reason.substr(kWords.size()));
+}
+
 }  // namespace
 
 void fail_as_sqlite(const SqliteFailure& failure) {
@@ -88,13 +94,8 @@ void fail_as_sqlite(const SqliteFailure& failure) {
   if (answer.subject == Subject::kFile) {
     fail(answer.result, L"The model database " + quoted(failure.path) + clause);
   }
-  fail_on_text(answer.result, L"The statement " + quoted(failure.sql), std::move(clause));
-}
-
-void fail_as_used_up(std::wstring_view table) {
-  fail(kIntegrityViolation, L"The table " + std::wstring(table) +
-                                L" has used up its keys for new rows, since it has or had a row "
-                                L"with the greatest one. Give the record a free ID of your own.");
+  fail_on_text(answer.result, L"The statement " + quoted(failure.sql), std::move(clause),
+               missing_column(failure.reason));
 }
 
 }  // namespace modeldb

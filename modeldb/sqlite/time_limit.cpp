@@ -1,4 +1,4 @@
-#include "modeldb/engine/time_limit.h"
+#include "modeldb/sqlite/time_limit.h"
 
 #include <sqlite3.h>
 #include <windows.h>

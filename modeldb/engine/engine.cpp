@@ -1,0 +1,26 @@
+#include "modeldb/engine/engine.h"
+
+#include "modeldb/base/failure.h"
+
+namespace modeldb {
+
+void fail_as_closed(std::wstring_view location) {
+  fail(kObjectClosed, L"The model database " + quoted(location) +
+                          L" is closed. Open it again, and take connections and recordsets from "
+                          L"it anew.");
+}
+
+void fail_as_lost(std::wstring_view location) {
+  fail(kInvalidTransaction,
+       L"The transaction in the model database " + quoted(location) +
+           L" was undone after an earlier failure, and nothing of it is saved. Roll it back if you "
+           L"have not ended it yet; then remove the cause, and try the whole of it again.");
+}
+
+void fail_as_used_up(std::wstring_view table) {
+  fail(kIntegrityViolation, L"The table " + std::wstring(table) +
+                                L" has used up its keys for new rows, since it has or had a row "
+                                L"with the greatest one. Give the record a free ID of your own.");
+}
+
+}  // namespace modeldb

@@ -1,0 +1,73 @@
+#include "modeldb/sqlite/sqlite_engine.h"
+
+#include <sqlite3.h>
+
+#include "modeldb/sqlite/row_rules.h"
+#include "modeldb/sqlite/sqlite_file.h"
+#include "modeldb/sqlite/sqlite_schema.h"
+#include "modeldb/sqlite/sqlite_statement.h"
+
+namespace modeldb {
+namespace {
+
+/// SQLite, with one file open.
+class SqliteEngine final : public Engine {
+ public:
+  SqliteEngine(std::wstring_view path, int newest_version) : file_(path) {
+    file_.open(newest_version);
+  }
+
+  [[nodiscard]] const std::wstring& location() const override { return file_.path(); }
+  [[nodiscard]] bool is_open() const override { return file_.is_open(); }
+  void close() noexcept override { file_.close(); }
+  void discard() noexcept override { file_.discard(); }
+
+  [[nodiscard]] bool is_read_only() override { return file_.is_read_only(); }
+  void require_writable() const override { file_.require_writable(); }
+
+  [[nodiscard]] std::unique_ptr<Statement> prepare(std::wstring_view sql, Trust author) override {
+    return std::make_unique<SqliteStatement>(file_, sql, author);
+  }
+  [[nodiscard]] std::int64_t last_insert_id() const override {
+    file_.require_open();
+    return sqlite3_last_insert_rowid(file_.handle());
+  }
+  [[nodiscard]] std::int64_t total_changes() const override {
+    file_.require_open();
+    return sqlite3_total_changes64(file_.handle());
+  }
+
+  void begin() override { file_.begin(); }
+  void commit() override { file_.commit(); }
+  void rollback() noexcept override { file_.rollback(); }
+  void begin_savepoint() override { file_.run(L"SAVEPOINT level"); }
+  void release_savepoint() override { file_.run(L"RELEASE level"); }
+  void undo_savepoint() noexcept override { file_.run_quietly("ROLLBACK TO level; RELEASE level"); }
+
+  [[nodiscard]] bool has_table(std::wstring_view name) override {
+    // Names of tables are compared without regard to case.
+    SqliteStatement& found = file_.statement(
+        L"SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ? COLLATE NOCASE");
+    found.bind(1, name);
+    const bool has = found.step();
+    found.reset();
+    return has;
+  }
+  [[nodiscard]] std::unique_ptr<Schema> read_schema() override {
+    return std::make_unique<SqliteSchema>(file_);
+  }
+
+  void guard(const RowGuard& rows) override { guard_rows(file_, rows); }
+  void keep_links(const LinkedRows& rows) override { modeldb::keep_links(file_, rows); }
+
+ private:
+  SqliteFile file_;
+};
+
+}  // namespace
+
+std::shared_ptr<Database> open_file(std::wstring_view path, int newest_version) {
+  return std::make_shared<Database>(std::make_unique<SqliteEngine>(path, newest_version));
+}
+
+}  // namespace modeldb
