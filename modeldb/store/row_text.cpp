@@ -84,14 +84,26 @@ void append_assignment(std::wstring_view column, Literal value, BoundText& out) 
 
 void append_values(std::wstring_view values, std::wstring_view description, BoundText& out) {
   static constexpr std::wstring_view kExpected = L"the description and then numbers";
-  const auto numbers = without_description(values, description, values, kExpected);
+  auto numbers = without_description(values, description, values, kExpected);
   out.text += L'?';
   out.values.emplace_back(description);
+  const auto append = [&](const Literal& number) {
+    out.values.push_back(number);
+    out.text += L", ?";
+  };
+  // As records write it; anything else is left to the words of the text.
+  constexpr std::wstring_view kComma = L", ";
+  while (numbers.starts_with(kComma)) {
+    auto rest = numbers.substr(kComma.size());
+    const auto number = take_plain_number(rest);
+    if (!number) break;
+    append(*number);
+    numbers = rest;
+  }
   Walk walk(numbers, kExpected);
   while (!walk.at_end()) {
     walk.symbol(L',');
-    out.values.push_back(walk.number());
-    out.text += L", ?";
+    append(walk.number());
   }
   walk.finish();
 }
