@@ -53,10 +53,16 @@ class Database : public std::enable_shared_from_this<Database> {
   StatementLease prepare(std::wstring_view sql, Trust author = Trust::kHost) {
     return cache_.lease(*this, sql, author);
   }
+  /// The same of a text whose compiled statement was found at `place` before.
+  StatementLease prepare(std::wstring_view sql, Trust author, StatementCache::Place& place) {
+    return cache_.lease(*this, sql, author, place);
+  }
+  StatementLease prepare(const FixedText& sql) { return cache_.lease(*this, sql); }
 
-  /// The statement with `values` bound to its parameters in order, ready for step.
-  template <class... Values>
-  StatementLease query(std::wstring_view sql, const Values&... values) {
+  /// The statement of the text (of any type that prepare takes) with `values` bound to its
+  /// parameters in order, ready for step.
+  template <class Text, class... Values>
+  StatementLease query(const Text& sql, const Values&... values) {
     StatementLease statement = prepare(sql);
     int parameter = 0;
     (statement->bind(++parameter, values), ...);
@@ -64,8 +70,8 @@ class Database : public std::enable_shared_from_this<Database> {
   }
 
   /// Runs the statement to its end and returns the number of rows that it changed.
-  template <class... Values>
-  std::int64_t execute(std::wstring_view sql, const Values&... values) {
+  template <class Text, class... Values>
+  std::int64_t execute(const Text& sql, const Values&... values) {
     return query(sql, values...)->run();
   }
 

@@ -115,6 +115,8 @@ class StatementLease {
   Statement* operator->() const { return statement_; }
   Statement& operator*() const { return *statement_; }
   explicit operator bool() const { return statement_ != nullptr; }
+  /// Whether the statement is no part of the cache and ends with the lease.
+  [[nodiscard]] bool is_own() const { return own_ != nullptr; }
 
  private:
   std::shared_ptr<Database> database_;

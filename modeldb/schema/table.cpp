@@ -14,11 +14,11 @@ Table::Table(Kind kind) : kind_(std::move(kind)) {
     parameters += L", ?";
   }
   const std::wstring where = L" WHERE " + kind_.key + L" = ?";
-  insert_ = L"INSERT INTO " + kind_.table + L" (" + kind_.key + L", " + column_list_ +
-            L") VALUES (?" + parameters + L")";
-  update_ = L"UPDATE " + kind_.table + L" SET " + assignments_ + where;
-  remove_ = L"DELETE FROM " + kind_.table + where;
-  find_ = L"SELECT " + column_list_ + L" FROM " + kind_.table + where;
+  insert_ = FixedText(L"INSERT INTO " + kind_.table + L" (" + kind_.key + L", " + column_list_ +
+                      L") VALUES (?" + parameters + L")");
+  update_ = FixedText(L"UPDATE " + kind_.table + L" SET " + assignments_ + where);
+  remove_ = FixedText(L"DELETE FROM " + kind_.table + where);
+  find_ = FixedText(L"SELECT " + column_list_ + L" FROM " + kind_.table + where);
 }
 
 long Table::insert(Database& database, long id, std::span<const Literal> values) const {

@@ -34,10 +34,10 @@ class Table {
   Kind kind_;
   std::wstring column_list_;
   std::wstring assignments_;
-  std::wstring insert_;
-  std::wstring update_;
-  std::wstring remove_;
-  std::wstring find_;
+  FixedText insert_;
+  FixedText update_;
+  FixedText remove_;
+  FixedText find_;
 };
 
 }  // namespace modeldb
