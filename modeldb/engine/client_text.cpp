@@ -56,7 +56,7 @@ TextKind kind_of(const Token& first, std::wstring_view text) {
 /// Reads one text, token by token, and copies it with its literals replaced.
 class Reader {
  public:
-  Reader(std::wstring_view text, BoundText& out)
+  Reader(std::wstring_view text, ReadText& out)
       : text_(text), out_(out), tokens_(text), token_(tokens_.next()), next_(tokens_.next()) {}
 
   TextKind read() {
@@ -173,6 +173,7 @@ class Reader {
       copy_to(begin - text_.data());
       out_.text += L'?';
       out_.values.push_back(*value);
+      out_.literals.push_back(literal);
       copied_ = token_.end() - text_.data();
     }
   }
@@ -220,7 +221,7 @@ class Reader {
   void finish_copy() { copy_to(text_.size()); }
 
   std::wstring_view text_;
-  BoundText& out_;
+  ReadText& out_;
   Tokeniser tokens_;
   Token before_sign_;
   Token previous_;
@@ -267,7 +268,7 @@ bool is_query(std::wstring_view text) {
   return first == Keyword::kSelect || first == Keyword::kWith;
 }
 
-TextKind read_client_text(std::wstring_view text, BoundText& out) {
+TextKind read_client_text(std::wstring_view text, ReadText& out) {
   // A transaction can be ended when there is no memory left.
   if (const auto kind = plain_transaction(text)) return *kind;
   const TextKind kind = Reader(text, out).read();

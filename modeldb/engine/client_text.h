@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "modeldb/engine/literal.h"
 
@@ -8,6 +9,16 @@ namespace modeldb {
 
 /// What a client's text asks for, by its first word.
 enum class TextKind { kSelect, kInsert, kUpdate, kDelete, kBegin, kCommit, kRollback };
+
+/// A client's text with parameters in the place of literals.
+struct ReadText : BoundText {
+  std::vector<std::wstring_view> literals;  ///< as they stand in the text, one for each value
+
+  void clear() {
+    BoundText::clear();
+    literals.clear();
+  }
+};
 
 /// Whether the text begins as a query does.
 bool is_query(std::wstring_view text);
@@ -22,6 +33,6 @@ bool is_query(std::wstring_view text);
 /// VALUES, an assignment, a comparison in WHERE of a statement without a second SELECT), because
 /// elsewhere a parameter may mean something else: a column's position in ORDER BY, the name of a
 /// result column.
-TextKind read_client_text(std::wstring_view text, BoundText& out);
+TextKind read_client_text(std::wstring_view text, ReadText& out);
 
 }  // namespace modeldb

@@ -1,5 +1,8 @@
 #include "modeldb/engine/client_texts.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "modeldb/base/failure.h"
 #include "modeldb/engine/client_text.h"
 #include "modeldb/engine/database.h"
@@ -8,12 +11,17 @@ namespace modeldb {
 
 TextResult ClientTexts::execute(std::wstring_view text, Trust trust, Seconds time_limit) {
   database_.require_open();
+  if (TextShape* const shape = find_shape(text)) {
+    if (trust == Trust::kWrite || shape->kind() == TextKind::kSelect) {
+      return run(text, shape->kind(), shape, time_limit);
+    }
+  }
   if (trust != Trust::kWrite && !is_query(text)) {
     fail_on_text(kPermissionDenied, L"The text " + quoted(text),
                  L" was refused: only a SELECT is allowed here. Execute changes through the "
                  L"connection of the model database.");
   }
-  switch (read_client_text(text, bound_)) {
+  switch (const TextKind kind = read_client_text(text, read_)) {
     case TextKind::kBegin:
       database_.transactions().begin();
       return {};
@@ -23,27 +31,46 @@ TextResult ClientTexts::execute(std::wstring_view text, Trust trust, Seconds tim
     case TextKind::kRollback:
       database_.transactions().rollback();
       return {};
-    case TextKind::kSelect:
-      return {prepare_bound(text, Trust::kRead, time_limit)};
     default:
-      database_.engine().require_writable();
-      return {{}, prepare_bound(text, Trust::kWrite, time_limit)->run()};
+      return run(text, kind, keep_shape(text, kind), time_limit);
   }
 }
 
-/// The statement of `text`, which was read last, with its values.
-StatementLease ClientTexts::prepare_bound(std::wstring_view text, Trust author,
-                                          Seconds time_limit) {
+TextShape* ClientTexts::find_shape(std::wstring_view text) {
+  const auto found = std::ranges::find_if(
+      shapes_, [&](const TextShape& shape) { return shape.matches(text, read_.values); });
+  return found == shapes_.end() ? nullptr : &*found;
+}
+
+TextShape* ClientTexts::keep_shape(std::wstring_view text, TextKind kind) {
+  auto shape = TextShape::of(text, kind, read_);
+  if (!shape) return nullptr;
+  if (shapes_.size() < kMostShapes) return &shapes_.emplace_back(std::move(*shape));
+  TextShape& place = shapes_[next_shape_++ % kMostShapes];
+  place = std::move(*shape);
+  return &place;
+}
+
+TextResult ClientTexts::run(std::wstring_view text, TextKind kind, TextShape* shape,
+                            Seconds time_limit) {
+  if (kind == TextKind::kSelect) return {prepare(text, Trust::kRead, shape, time_limit)};
+  database_.engine().require_writable();
+  return {{}, prepare(text, Trust::kWrite, shape, time_limit)->run()};
+}
+
+StatementLease ClientTexts::prepare(std::wstring_view text, Trust author, TextShape* shape,
+                                    Seconds time_limit) {
   StatementLease statement = [&] {
     try {
-      return database_.prepare(bound_.text, author);
+      return shape ? database_.prepare(shape->sql(), author, shape->place())
+                   : database_.prepare(read_.text, author);
     } catch (const TextError& error) {
       // The client knows its own text, not what was made of it.
       fail_on_text(L"The statement " + quoted(text), error);
     }
   }();
   statement->limit_time(time_limit);
-  statement->bind_all(bound_.values);
+  statement->bind_all(read_.values);
   return statement;
 }
 

@@ -2,9 +2,10 @@
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
-#include "modeldb/engine/literal.h"
 #include "modeldb/engine/statement.h"
+#include "modeldb/engine/text_shape.h"
 
 namespace modeldb {
 
@@ -33,11 +34,23 @@ class ClientTexts {
   TextResult execute(std::wstring_view text, Trust trust, Seconds time_limit);
 
  private:
-  StatementLease prepare_bound(std::wstring_view text, Trust author, Seconds time_limit);
+  // A record that is saved or loaded runs three texts, each of a shape of its own.
+  static constexpr std::size_t kMostShapes = 8;
+
+  /// The shape of the text, if it is known; the text's values then are in `read_`.
+  TextShape* find_shape(std::wstring_view text);
+  /// Keeps the shape of the text, which was read last, if it has one.
+  TextShape* keep_shape(std::wstring_view text, TextKind kind);
+  /// Runs the text, which was read last: `shape` is its own, or null.
+  TextResult run(std::wstring_view text, TextKind kind, TextShape* shape, Seconds time_limit);
+  StatementLease prepare(std::wstring_view text, Trust author, TextShape* shape,
+                         Seconds time_limit);
 
   Database& database_;
   Seconds time_limit_ = kDefaultTimeLimit;
-  BoundText bound_;  // the text that was read last; kept for its capacity
+  ReadText read_;  // the text that was read last; kept for its capacity
+  std::vector<TextShape> shapes_;
+  std::size_t next_shape_ = 0;  // which one gives way to another
 };
 
 }  // namespace modeldb

@@ -2,9 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
 #include <vector>
 
 #include "modeldb/base/failure.h"
+#include "modeldb/engine/text_shape.h"
 #include "tests/engine/support.h"
 
 namespace modeldb {
@@ -15,8 +17,8 @@ using testing::IsEmpty;
 Literal integer(std::int64_t value) { return value; }
 Literal text(std::wstring_view value) { return value; }
 
-BoundText read(std::wstring_view sql) {
-  BoundText result;
+ReadText read(std::wstring_view sql) {
+  ReadText result;
   read_client_text(sql, result);
   return result;
 }
@@ -45,7 +47,7 @@ TEST(ClientText, BindsValuesAssignmentsAndWhatAConditionCompares) {
        {integer(1), text(L"x"), integer(2)}},
   };
   for (const auto& [sql, bound, values] : cases) {
-    const BoundText result = read(sql);
+    const ReadText result = read(sql);
     EXPECT_EQ(result.text, bound);
     EXPECT_EQ(result.values, values) << sql;
   }
@@ -65,14 +67,14 @@ TEST(ClientText, KeepsLiteralsWhoseMeaningDependsOnBeingLiterals) {
         L"INSERT INTO t VALUES (1), (2)", L"INSERT INTO t VALUES (1) ON CONFLICT DO NOTHING",
         // No type holds these numbers.
         L"INSERT INTO t VALUES (9223372036854775808, 1e999, 0x10)"}) {
-    const BoundText result = read(sql);
+    const ReadText result = read(sql);
     EXPECT_EQ(result.text, sql);
     EXPECT_THAT(result.values, IsEmpty());
   }
 }
 
 TEST(ClientText, KnowsTransactionsAndNothingMoreAboutThem) {
-  BoundText ignored;
+  ReadText ignored;
   EXPECT_EQ(read_client_text(L"begin transaction", ignored), TextKind::kBegin);
   EXPECT_EQ(read_client_text(L"COMMIT;", ignored), TextKind::kCommit);
   EXPECT_EQ(read_client_text(L"Rollback Transaction", ignored), TextKind::kRollback);
@@ -101,6 +103,49 @@ TEST(ClientText, ARefusalNamesTheTextAndWhatToDo) {
   EXPECT_EQ(failure.sentence,
             L"The text \"SELECT 1; DELETE FROM t\" was refused: it holds more than "
             L"one statement. Execute them one by one.");
+}
+
+std::optional<TextShape> shape_of(std::wstring_view sql) {
+  ReadText out;
+  const TextKind kind = read_client_text(sql, out);
+  return TextShape::of(sql, kind, out);
+}
+
+TEST(TextShape, IsThatOfTextsWhichDifferInWholeNumbersAlone) {
+  const auto shape = shape_of(L"DELETE FROM t WHERE a = 5 AND b = 70");
+  ASSERT_TRUE(shape);
+  std::vector<Literal> values;
+  constexpr auto* kSame = L"DELETE FROM t WHERE a = 123456789012345678 AND b = 007";
+  EXPECT_TRUE(shape->matches(kSame, values));
+  EXPECT_EQ(values, (std::vector<Literal>{integer(123456789012345678), integer(7)}));
+  const ReadText same = read(kSame);
+  EXPECT_EQ(shape->sql(), same.text);
+  EXPECT_EQ(values, same.values);
+
+  for (const auto* sql :
+       {L"DELETE FROM t WHERE a = 5 AND b = 70;", L"DELETE FROM t WHERE a = 5 AND b = 70 OR 1",
+        L"DELETE FROM t WHERE a = 5 AND b = 70--", L"DELETE FROM t WHERE a = 5 AND b = ",
+        L"DELETE FROM t WHERE a = 5 AND b = -7", L"DELETE FROM t WHERE a = 5 AND b = 7.5",
+        L"DELETE FROM t WHERE a = 5 AND b = 7e1", L"DELETE FROM t WHERE a = 5 AND b = 0x7",
+        L"DELETE FROM t WHERE a = 5 AND b = 7a", L"DELETE FROM t WHERE a = 5 AND b = '7'",
+        L"DELETE FROM t WHERE a = 5 AND b = \uFF17", L"DELETE FROM t WHERE a = 5 OR  b = 7",
+        L"DELETE FROM t WHERE a = 5", L"delete from t where a = 5 and b = 70",
+        L"DELETE FROM u WHERE a = 5 AND b = 70", L"",
+        L"DELETE FROM t WHERE a = 5 AND b = 9223372036854775808"}) {
+    EXPECT_FALSE(shape->matches(sql, values)) << sql;
+  }
+}
+
+TEST(TextShape, IsOfNoTextWithOtherValues) {
+  for (const auto* sql : {L"DELETE FROM t WHERE a = 'x'", L"DELETE FROM t WHERE a = -1",
+                          L"DELETE FROM t WHERE a = 1.5", L"INSERT INTO t VALUES (1, .5)"}) {
+    EXPECT_FALSE(shape_of(sql)) << sql;
+  }
+  // A number that stays in the text is a part of the shape.
+  const auto shape = shape_of(L"SELECT a FROM t WHERE b = 1 ORDER BY 1");
+  std::vector<Literal> values;
+  EXPECT_TRUE(shape->matches(L"SELECT a FROM t WHERE b = 2 ORDER BY 1", values));
+  EXPECT_FALSE(shape->matches(L"SELECT a FROM t WHERE b = 2 ORDER BY 2", values));
 }
 
 }  // namespace

@@ -242,6 +242,31 @@ TEST_F(Statements, OfManyTextsDoNotPileUp) {
   EXPECT_LT(sqlite3_memory_used() - memory_before, 8'000'000);
 }
 
+TEST_F(Statements, AreFoundAgainByNumberAndShapeAlsoWhenTheyWereForgotten) {
+  const FixedText own(L"SELECT Magnitude FROM Forces WHERE ForceID = ?");
+  write(L"INSERT INTO Forces VALUES (1, 'a', 10)");
+  write(L"INSERT INTO Forces VALUES (2, 'b', 20)");
+  const auto expect_found = [&](int id) {
+    const auto by_number = database_->query(own, id);
+    ASSERT_TRUE(by_number->step());
+    EXPECT_EQ(by_number->real(0), 10 * id);
+    const auto text = L"SELECT Magnitude FROM Forces WHERE ForceID = " + std::to_wstring(id);
+    const auto by_shape = database_->execute_text(text, Trust::kRead).query;
+    ASSERT_TRUE(by_shape->step());
+    EXPECT_EQ(by_shape->real(0), 10 * id);
+  };
+  expect_found(1);
+  expect_found(2);
+  for (int i = 0; i < 2000; ++i) database_->query(L"SELECT " + std::to_wstring(i))->step();
+  expect_found(1);
+
+  write(L"DELETE FROM Forces WHERE ForceID = 1");
+  const auto refused = failure_of(
+      [&] { database_->execute_text(L"DELETE FROM Forces WHERE ForceID = 2", Trust::kRead); });
+  EXPECT_EQ(refused.result, kPermissionDenied);
+  expect_found(2);
+}
+
 TEST_F(Statements, FindColumnsByNameAndByTable) {
   const auto join = database_->query(
       L"SELECT F.*, L.*, 1 AS \"F.Answer\" FROM Forces AS F JOIN ForceLoadSets L "
