@@ -57,23 +57,23 @@ class Bstr {
   BSTR string_ = nullptr;
 };
 
-/// A text as the automation string of an argument, which the callee borrows: a short one, such as
-/// the name of a column, takes no memory.
+/// A text as the automation string of an argument, which the callee borrows: one of usual length,
+/// such as the name of a column or a statement on links, takes no memory.
 class ArgumentBstr {
  public:
   /// Throws std::bad_alloc.
   explicit ArgumentBstr(std::wstring_view text) {
-    if (text.size() > kShort) {
+    if (text.size() > kUsualLength) {
       long_ = Bstr(text);
       return;
     }
-    short_.bytes = static_cast<UINT>(text.size() * sizeof(wchar_t));
-    *std::ranges::copy(text, short_.text).out = L'\0';
+    usual_.bytes = static_cast<UINT>(text.size() * sizeof(wchar_t));
+    *std::ranges::copy(text, usual_.text).out = L'\0';
   }
   ArgumentBstr(const ArgumentBstr&) = delete;
   ArgumentBstr& operator=(const ArgumentBstr&) = delete;
 
-  [[nodiscard]] BSTR get() { return long_ ? long_.get() : short_.text; }
+  [[nodiscard]] BSTR get() { return long_ ? long_.get() : usual_.text; }
   /// The string in a variant, to be passed by value.
   [[nodiscard]] VARIANT variant() {
     VARIANT value{};
@@ -83,16 +83,16 @@ class ArgumentBstr {
   }
 
  private:
-  static constexpr std::size_t kShort = 60;
+  static constexpr std::size_t kUsualLength = 300;
 
   // The length in bytes stands before the characters.
-  struct Short {
+  struct Usual {
     UINT unused;
     UINT bytes;
-    wchar_t text[kShort + 1];
+    wchar_t text[kUsualLength + 1];
   };
 
-  alignas(void*) Short short_;
+  alignas(void*) Usual usual_;
   Bstr long_;
 };
 

@@ -26,7 +26,9 @@ class Description {
     is_null_ = false;
   }
 
-  void commit() { saved_ = current_; }
+  void commit() {
+    if (saved() != current()) saved_ = current_;
+  }
 
   /// Trims what is held and returns a copy of it; null when there is none.
   com::Bstr trimmed_copy();

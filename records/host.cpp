@@ -54,7 +54,8 @@ FileOperation::FileOperation(IDispatch* database, const VARIANT& cascade_down,
 
 void FileOperation::execute(std::wstring_view statement) const {
   com::require(command_);
-  com::check(command_->put_CommandText(com::Bstr(statement).get()), command_);
+  com::ArgumentBstr text(statement);
+  com::check(command_->put_CommandText(text.get()), command_);
   com::Ptr<_Recordset> ignored;
   com::check(command_->Execute(nullptr, nullptr, kRunOnly, ignored.put()), command_);
   database_->SetModified(1);

@@ -3,6 +3,7 @@
 #include <msado15_backcompat.h>
 #include <orv_host.h>
 
+#include "com/bstr.h"
 #include "com/error.h"
 #include "com/ptr.h"
 #include "com/variant.h"

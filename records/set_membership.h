@@ -64,9 +64,11 @@ class SetMembership {
     sets_ = sets;
 
     const auto rows = com::require(create_host_object<_Recordset>(CLSID_Recordset));
-    const com::Variant source(query(object, id));
-    com::check(rows->Open(source, com::Variant(com::require(connection).get()), adOpenForwardOnly,
-                          adLockReadOnly, adCmdText),
+    Text query;
+    append_query(query, object, id);
+    com::ArgumentBstr source(query.view());
+    com::check(rows->Open(source.variant(), com::Variant(com::require(connection).get()),
+                          adOpenForwardOnly, adLockReadOnly, adCmdText),
                rows);
     com::check(rows->MoveFirst(), rows);
     while (!at_end(rows)) {
@@ -109,13 +111,12 @@ class SetMembership {
     return create_host_object<Collection>(__uuidof(typename Traits::CollectionClass));
   }
 
-  static com::Bstr query(std::wstring_view object, long id) {
+  static void append_query(Text& text, std::wstring_view object, long id) {
     constexpr auto sets = Traits::kSets;
     constexpr auto set = Traits::kSet;
-    return (Text() << L"SELECT " << sets << L".* FROM " << sets << L" INNER JOIN " << object << sets
-                   << L" ON " << sets << L"." << set << L"ID = " << object << sets << L"." << set
-                   << L"ID WHERE " << object << sets << L"." << object << L"ID = " << id)
-        .str();
+    text << L"SELECT " << sets << L".* FROM " << sets << L" INNER JOIN " << object << sets
+         << L" ON " << sets << L"." << set << L"ID = " << object << sets << L"." << set
+         << L"ID WHERE " << object << sets << L"." << object << L"ID = " << id;
   }
 
   static bool at_end(const com::Ptr<_Recordset>& rows) {

@@ -1,14 +1,12 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
 #include <limits>
-#include <memory_resource>
-#include <string>
 #include <string_view>
+#include <vector>
 
 #include "com/bstr.h"
 
@@ -21,12 +19,14 @@ namespace orv {
 /// touching the heap.
 class Text {
  public:
-  Text() { text_.reserve(kUsualLength); }
+  Text() = default;
   Text(const Text&) = delete;
   Text& operator=(const Text&) = delete;
 
   Text& operator<<(std::wstring_view words) {
-    text_.append(words);
+    if (words.size() > capacity_ - length_) grow(words.size());
+    std::ranges::copy(words, text_ + length_);
+    length_ += words.size();
     return *this;
   }
 
@@ -45,10 +45,10 @@ class Text {
     return append_ascii(digits, end.ptr);
   }
 
-  [[nodiscard]] std::wstring_view view() const { return text_; }
+  [[nodiscard]] std::wstring_view view() const { return {text_, length_}; }
 
   /// The text as a new string of exactly its length.
-  [[nodiscard]] com::Bstr str() const { return com::Bstr(text_); }
+  [[nodiscard]] com::Bstr str() const { return com::Bstr(view()); }
 
  private:
   // Sign, 17 digits, point, and an exponent of up to five characters.
@@ -58,13 +58,22 @@ class Text {
 
   Text& append_ascii(const char* first, const char* last) {
     wchar_t wide[kLongestNumber];
-    text_.append(std::wstring_view(wide, std::copy(first, last, wide)));
-    return *this;
+    return *this << std::wstring_view(wide, std::copy(first, last, wide));
   }
 
-  std::array<std::byte, (kUsualLength + 1) * sizeof(wchar_t)> buffer_;
-  std::pmr::monotonic_buffer_resource memory_{buffer_.data(), buffer_.size()};
-  std::pmr::wstring text_{&memory_};
+  void grow(std::size_t more) {
+    std::vector<wchar_t> larger(2 * (length_ + more));
+    std::copy(text_, text_ + length_, larger.begin());
+    long_text_.swap(larger);
+    text_ = long_text_.data();
+    capacity_ = long_text_.size();
+  }
+
+  wchar_t usual_text_[kUsualLength];
+  std::vector<wchar_t> long_text_;
+  wchar_t* text_ = usual_text_;
+  std::size_t length_ = 0;
+  std::size_t capacity_ = kUsualLength;
 };
 
 }  // namespace orv
