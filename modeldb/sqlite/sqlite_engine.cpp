@@ -10,6 +10,10 @@
 namespace modeldb {
 namespace {
 
+// Every record that is saved or deleted begins and ends a savepoint.
+const FixedText kBegin(L"SAVEPOINT level");
+const FixedText kRelease(L"RELEASE level");
+
 /// SQLite, with one file open.
 class SqliteEngine final : public Engine {
  public:
@@ -40,8 +44,8 @@ class SqliteEngine final : public Engine {
   void begin() override { file_.begin(); }
   void commit() override { file_.commit(); }
   void rollback() noexcept override { file_.rollback(); }
-  void begin_savepoint() override { file_.run(L"SAVEPOINT level"); }
-  void release_savepoint() override { file_.run(L"RELEASE level"); }
+  void begin_savepoint() override { file_.run(kBegin); }
+  void release_savepoint() override { file_.run(kRelease); }
   void undo_savepoint() noexcept override { file_.run_quietly("ROLLBACK TO level; RELEASE level"); }
 
   [[nodiscard]] bool has_table(std::wstring_view name) override {

@@ -129,8 +129,14 @@ SqliteStatement& SqliteFile::statement(std::wstring_view sql) {
   return *statements_.emplace(sql, std::move(made)).first->second;
 }
 
-void SqliteFile::run(std::wstring_view sql) {
-  SqliteStatement& kept = statement(sql);
+SqliteStatement& SqliteFile::statement(const FixedText& sql) {
+  if (fixed_.size() <= sql.number()) fixed_.resize(sql.number() + 1);
+  SqliteStatement*& known = fixed_[sql.number()];
+  if (!known) known = &statement(sql.text());
+  return *known;
+}
+
+void SqliteFile::run_kept(SqliteStatement& kept) {
   kept.run();
   kept.reset();
 }

@@ -5,7 +5,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "modeldb/engine/fixed_text.h"
 #include "modeldb/sqlite/authorizer.h"
 #include "modeldb/sqlite/time_limit.h"
 
@@ -48,7 +50,12 @@ class SqliteFile {
 
   /// The statement of this text, which is kept from its first use on.
   SqliteStatement& statement(std::wstring_view sql);
-  void run(std::wstring_view sql);
+  SqliteStatement& statement(const FixedText& sql);
+  /// Runs the statement of a text of either type.
+  template <class Text>
+  void run(const Text& sql) {
+    run_kept(statement(sql));
+  }
   /// Runs what can fail only when there is nothing to undo any more. Needs no memory.
   void run_quietly(const char* sql) noexcept;
   [[nodiscard]] int schema_version();
@@ -70,6 +77,7 @@ class SqliteFile {
   [[noreturn]] void fail_with(int result, std::wstring_view sql) const;
 
  private:
+  static void run_kept(SqliteStatement& kept);
   void open_handle();
   void protect();
   void check_identity(int newest_version);
@@ -96,6 +104,7 @@ class SqliteFile {
   TimeLimit time_limit_;
   std::string utf8_;
   std::map<std::wstring, std::unique_ptr<SqliteStatement>, std::less<>> statements_;
+  std::vector<SqliteStatement*> fixed_;  // those of them whose texts have numbers
 };
 
 }  // namespace modeldb
