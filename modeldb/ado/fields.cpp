@@ -105,7 +105,7 @@ int AdoFields::find(const VARIANT& index) const {
 }
 
 ::Field* AdoFields::field(int column) {
-  if (fields_.size() <= static_cast<std::size_t>(column)) fields_.resize(column + 1);
+  if (fields_.size() <= static_cast<std::size_t>(column)) fields_.resize(count());
   auto& field = fields_[column];
   if (!field) field = std::make_unique<com::Part<AdoField>>(owner_, cursor_, column);
   return field.get();

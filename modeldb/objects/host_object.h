@@ -135,6 +135,7 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   /// Takes what was not put from the stored row. True when the row says all that the object does;
   /// false also when there is no such row, or no model of this module to look it up in.
   bool complete(IDispatch* model_database) {
+    if (id_ == 0) return false;
     const auto store = own_store(model_database);
     if (!store) return false;
     const Turn turn(store->turns());

@@ -132,12 +132,13 @@ std::wstring Record::name() const {
 
 Record RecordFinder::find(IDispatch* object) {
   if (!object) fail(E_POINTER, L"No record was passed. Pass one such as an Orv_Node.NodalForce.");
-  if (last_) {
-    if (auto found = query(object, last_->kind())) return {*last_, std::move(found)};
+  for (const Table* const table : last_) {
+    if (!table) continue;
+    if (auto found = query(object, table->kind())) return {*table, std::move(found)};
   }
   for (const Table& table : catalogue_.tables()) {
     if (auto found = query(object, table.kind())) {
-      last_ = &table;
+      last_ = {&table, last_.front()};
       return {table, std::move(found)};
     }
   }

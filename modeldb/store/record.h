@@ -2,6 +2,7 @@
 
 #include <orv_host.h>
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -64,8 +65,8 @@ class RecordFinder {
 
  private:
   const Catalogue& catalogue_;
-  // Records mostly come in runs of one kind.
-  const Table* last_ = nullptr;
+  // Records mostly come in runs of one kind, each with its vertex.
+  std::array<const Table*, 2> last_{};
 };
 
 }  // namespace modeldb
