@@ -60,6 +60,8 @@ class Engine {
   virtual void begin_savepoint() = 0;
   virtual void release_savepoint() = 0;
   virtual void undo_savepoint() noexcept = 0;
+  /// Undoes what was done since the innermost savepoint began, which goes on.
+  virtual void restart_savepoint() noexcept = 0;
 
   [[nodiscard]] virtual bool has_table(std::wstring_view name) = 0;
   [[nodiscard]] virtual std::unique_ptr<Schema> read_schema() = 0;

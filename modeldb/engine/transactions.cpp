@@ -54,11 +54,18 @@ void Transactions::forget() noexcept {
 
 void Transactions::open(bool is_client) {
   database_.require_open();
-  const Level level{.is_client = is_client, .was_changed = database_.is_changed()};
+  const std::int64_t changes = database_.engine().total_changes();
+  // The vertex of a new record is saved before anything is written of the record.
+  const bool shares = !is_client && levels_.size() > 1 && !levels_.back().is_client &&
+                      levels_.back().changes_before == changes;
+  const Level level{.is_client = is_client,
+                    .was_changed = database_.is_changed(),
+                    .changes_before = changes,
+                    .shares_savepoint = shares};
   levels_.reserve(levels_.size() + 1);
   if (levels_.empty()) {
     database_.engine().begin();
-  } else {
+  } else if (!shares) {
     database_.engine().begin_savepoint();
   }
   levels_.push_back(level);
@@ -68,7 +75,7 @@ void Transactions::keep_innermost() {
   try {
     if (levels_.size() == 1) {
       database_.engine().commit();
-    } else {
+    } else if (!levels_.back().shares_savepoint) {
       database_.engine().release_savepoint();
     }
   } catch (...) {
@@ -81,6 +88,8 @@ void Transactions::keep_innermost() {
 void Transactions::undo_innermost() noexcept {
   if (levels_.size() == 1) {
     database_.engine().rollback();
+  } else if (levels_.back().shares_savepoint) {
+    database_.engine().restart_savepoint();
   } else {
     database_.engine().undo_savepoint();
   }

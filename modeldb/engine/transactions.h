@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -52,7 +53,9 @@ class Transactions {
  private:
   struct Level {
     bool is_client;
-    bool was_changed;  // the database, before it
+    bool was_changed;             // the database, before it
+    std::int64_t changes_before;  // of rows
+    bool shares_savepoint;        // with the piece of work around it, in which nothing has changed
   };
 
   void open(bool is_client);

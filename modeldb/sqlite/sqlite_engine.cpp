@@ -47,6 +47,7 @@ class SqliteEngine final : public Engine {
   void begin_savepoint() override { file_.run(kBegin); }
   void release_savepoint() override { file_.run(kRelease); }
   void undo_savepoint() noexcept override { file_.run_quietly("ROLLBACK TO level; RELEASE level"); }
+  void restart_savepoint() noexcept override { file_.run_quietly("ROLLBACK TO level"); }
 
   [[nodiscard]] bool has_table(std::wstring_view name) override {
     // Names of tables are compared without regard to case.

@@ -297,12 +297,22 @@ TEST_F(Transactions, UndoOnlyThePieceThatFailed) {
   database_->transactions().begin();
   {
     Savepoint kept(*database_);
+    {
+      Savepoint undone_at_the_beginning(*database_);
+      write(L"INSERT INTO Forces (Magnitude) VALUES (3)");
+    }
     write(L"INSERT INTO Forces (Magnitude) VALUES (1)");
     {
       Savepoint undone(*database_);
       write(L"INSERT INTO Forces (Magnitude) VALUES (2)");
     }
     kept.release();
+  }
+  {
+    Savepoint undone(*database_);
+    Savepoint kept_within(*database_);
+    write(L"INSERT INTO Forces (Magnitude) VALUES (4)");
+    kept_within.release();
   }
   database_->transactions().commit();
   const auto rows = database_->query(L"SELECT Magnitude FROM Forces");
