@@ -63,6 +63,17 @@ function(orv_classes_of_kinds variable file)
   set(${variable} ${classes} PARENT_SCOPE)
 endfunction()
 
+# orv_classes(<variable> <header>)
+#
+# The classes of a list FOR_EACH_CLASS, as CLASSES above wants them: CLASS(Vertex, 102) gives
+# "Vertex 102".
+function(orv_classes variable file)
+  orv_read_definitions(list ${file})
+  string(REGEX MATCHALL "[A-Z]+\\([A-Za-z]+, [0-9]+\\)" list "${list}")
+  list(TRANSFORM list REPLACE "[A-Z]+\\(([A-Za-z]+), ([0-9]+)\\)" "\\1 \\2")
+  set(${variable} ${list} PARENT_SCOPE)
+endfunction()
+
 # The text of some files, read anew whenever one of them changes. The interfaces and classes that a
 # line KIND(<Name>,<Names>, <four identifiers>…) stands for are written out.
 function(orv_read_definitions variable)

@@ -7,6 +7,8 @@
 namespace com {
 namespace {
 
+std::span<ClassEntry> attached;
+
 IUnknown* class_object_of(ClassEntry& entry) {
   if (IUnknown* const made = entry.class_object.load(std::memory_order_acquire)) return made;
   const std::lock_guard lock(Module::instance().shared_state_lock());
@@ -17,6 +19,10 @@ IUnknown* class_object_of(ClassEntry& entry) {
 }
 
 }  // namespace
+
+std::span<ClassEntry> module_classes() { return attached; }
+
+void attach_classes(std::span<ClassEntry> table) { attached = table; }
 
 HRESULT get_class_object(std::span<ClassEntry> table, REFCLSID clsid, REFIID iid, void** out) {
   if (!out) return E_POINTER;

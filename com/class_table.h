@@ -22,6 +22,11 @@ struct ClassEntry {
   std::atomic<IUnknown*> class_object = nullptr;
 };
 
+/// The class table of this module; empty before it is attached.
+std::span<ClassEntry> module_classes();
+/// Called once from the module's entry point.
+void attach_classes(std::span<ClassEntry> table);
+
 /// The class object of `clsid`, asked for `iid`.
 /// E_POINTER: `out` is null. E_UNEXPECTED: the module is not attached.
 /// CLASS_E_CLASSNOTAVAILABLE: no entry has this class identifier.

@@ -19,6 +19,7 @@ BOOL dll_main(const ModuleContents& contents, HINSTANCE module, DWORD reason, LP
     case DLL_PROCESS_ATTACH:
       DisableThreadLibraryCalls(module);
       Module::instance().attach(module);
+      attach_classes(contents.classes);
       break;
     case DLL_PROCESS_DETACH:
       // When the process ends, nothing else may be alive to release to.

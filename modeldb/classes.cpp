@@ -4,7 +4,7 @@
 #include <concepts>
 
 #include "modeldb/ado/record_load.h"
-#include "modeldb/library.h"
+#include "modeldb/base/library.h"
 #include "modeldb/objects/host_collection.h"
 #include "modeldb/objects/model_database.h"
 #include "modeldb/objects/vertex.h"
@@ -12,7 +12,6 @@
 namespace modeldb {
 namespace {
 
-// The script's number is that of the resource; the build lists the same numbers.
 template <class Object, class Class>
 com::ClassEntry entry(UINT script,
                       com::ClassEntry::Creator create = &com::Instance<Object>::create) {
@@ -20,6 +19,7 @@ com::ClassEntry entry(UINT script,
   return {__uuidof(Class), script, create};
 }
 
+/// A collection of sets: a record that is being loaded creates it ahead of its recordset.
 template <class Sets, class Class>
 com::ClassEntry entry_of_sets(UINT script) {
   return entry<Sets, Class>(script, [](IUnknown* outer, REFIID iid, void** out) {
@@ -28,22 +28,16 @@ com::ClassEntry entry_of_sets(UINT script) {
   });
 }
 
-}  // namespace
-
 std::span<com::ClassEntry> classes() {
-  static com::ClassEntry table[] = {
-      entry<ModelDatabase, ::ModelDatabase>(101),
-      entry<Vertex, ::Vertex>(102),
-      entry<LoadSet, ::LoadSet>(103),
-      entry_of_sets<LoadSets, ::LoadSets>(104),
-      entry<ConstraintSet, ::ConstraintSet>(105),
-      entry_of_sets<ConstraintSets, ::ConstraintSets>(106),
-      entry<DesignScenario, ::DesignScenario>(107),
-      entry_of_sets<DesignScenarios, ::DesignScenarios>(108),
-      entry<Vertices, ::Vertices>(109),
-  };
+#define CLASS(name, script) entry<modeldb::name, ::name>(script),
+#define SETS(name, script) entry_of_sets<modeldb::name, ::name>(script),
+  static com::ClassEntry table[] = {FOR_EACH_CLASS(CLASS, SETS)};
+#undef CLASS
+#undef SETS
   return table;
 }
+
+}  // namespace
 
 com::ModuleContents module_contents() { return {.classes = classes(), .library = kLibrary}; }
 

@@ -151,7 +151,7 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
   }
 
  protected:
-  COrvelDbRecord() : vertex_(create_host_object<IVertex>(__uuidof(HostVertex))) {}
+  COrvelDbRecord() : vertex_(create_object<IVertex>(__uuidof(HostVertex))) {}
 
   // The four operations in which kinds differ; all follow from the kind's names and columns.
   static constexpr long KindEventObjectType() { return Self::kNames.record_event; }

@@ -11,7 +11,7 @@ constexpr LONG kRunOnly = static_cast<LONG>(adCmdText) | static_cast<LONG>(adExe
 // The two steps of CoCreateInstance, which by itself looks into the registry for a substitute of
 // the class at every call. Beside a host that registers its class objects with the process, that
 // takes a hundred times as long as the creation.
-com::Ptr<IUnknown> create_host_object(REFCLSID clsid) {
+com::Ptr<IUnknown> create_object(REFCLSID clsid) {
   com::Ptr<IClassFactory> class_object;
   com::Ptr<IUnknown> object;
   if (FAILED(CoGetClassObject(clsid, CLSCTX_ALL, nullptr, __uuidof(IClassFactory),

@@ -12,12 +12,12 @@ namespace orv {
 
 /// A new object of one of the host's or the platform's classes, set running; it may live in any
 /// context (CLSCTX_ALL). Empty when it cannot be created.
-com::Ptr<IUnknown> create_host_object(REFCLSID clsid);
+com::Ptr<IUnknown> create_object(REFCLSID clsid);
 
 /// As above; also empty when the object does not answer Interface.
 template <class Interface>
-com::Ptr<Interface> create_host_object(REFCLSID clsid) {
-  return create_host_object(clsid).query<Interface>();
+com::Ptr<Interface> create_object(REFCLSID clsid) {
+  return create_object(clsid).query<Interface>();
 }
 
 /// The interface of an object that a client handed in; a failing query is raised as it is.

@@ -63,7 +63,7 @@ class SetMembership {
     const auto sets = com::require(new_collection());
     sets_ = sets;
 
-    const auto rows = com::require(create_host_object<_Recordset>(CLSID_Recordset));
+    const auto rows = com::require(create_object<_Recordset>(CLSID_Recordset));
     Text query;
     append_query(query, object, id);
     com::ArgumentBstr source(query.view());
@@ -108,7 +108,7 @@ class SetMembership {
   using Item = typename Traits::Item;
 
   static com::Ptr<Collection> new_collection() {
-    return create_host_object<Collection>(__uuidof(typename Traits::CollectionClass));
+    return create_object<Collection>(__uuidof(typename Traits::CollectionClass));
   }
 
   static void append_query(Text& text, std::wstring_view object, long id) {
@@ -127,7 +127,7 @@ class SetMembership {
 
   static void add_from_row(IDispatch* database, const com::Ptr<_Recordset>& rows,
                            const com::Ptr<Collection>& sets) {
-    const auto set = com::require(create_host_object<Item>(__uuidof(typename Traits::ItemClass)));
+    const auto set = com::require(create_object<Item>(__uuidof(typename Traits::ItemClass)));
     com::check(set->LoadFromCurrentRecordsetPosition(database, rows.get(), nullptr), set);
     com::check(sets->Add(set.get()), sets);
   }

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "com/aliased.h"
 #include "com/automation.h"
 #include "com/free_threaded.h"
 #include "modeldb/ado/ado61.h"
@@ -22,32 +23,20 @@ inline const com::TypeLibrary kAdoLibrary{
 /// What a script learns when it uses a member that has no meaning here. To be returned.
 HRESULT not_available(std::wstring_view member, std::wstring_view reason);
 
-/// An object that answers the interface of ADO and those from which it derives, by their
-/// identifiers in ADO 2.x and in 6.1.
+/// The identifiers under which ADO's interface is known too: of those from which it derives, in ADO
+/// 2.x, and of all of them in 6.1.
 template <class Interface, class... Inherited>
-class AdoObject : public com::FreeThreaded<com::Dispatch<Interface, kAdoLibrary>> {
- public:
-  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override {
-    return IsEqualIID(iid, __uuidof(Interface)) || is_other_name(iid) ? S_OK : S_FALSE;
-  }
-
- protected:
-  HRESULT query_other(REFIID iid, void** out) override {
-    if (!is_other_name(iid)) {
-      return com::FreeThreaded<com::Dispatch<Interface, kAdoLibrary>>::query_other(iid, out);
-    }
-    *out = com::Ptr<Interface>(static_cast<Interface*>(this)).detach();
-    return S_OK;
-  }
-
- private:
-  /// Of a base interface, whose members are the first of Interface, or of Interface in ADO 6.1.
-  static bool is_other_name(REFIID iid) {
+struct AdoNames {
+  static bool has(REFIID iid) {
     static const IID kIn61[] = {ado61_identifier(__uuidof(Interface)),
                                 ado61_identifier(__uuidof(Inherited))...};
-    return (IsEqualIID(iid, __uuidof(Inherited)) || ...) ||
-           std::ranges::find(kIn61, iid) != std::end(kIn61);
+    return com::NamesOf<Inherited...>::has(iid) || std::ranges::find(kIn61, iid) != std::end(kIn61);
   }
 };
+
+/// An object of ADO.
+template <class Interface, class... Inherited>
+using AdoObject = com::Aliased<com::FreeThreaded<com::Dispatch<Interface, kAdoLibrary>>, Interface,
+                               AdoNames<Interface, Inherited...>>;
 
 }  // namespace modeldb

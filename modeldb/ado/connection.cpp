@@ -7,28 +7,15 @@
 #include "modeldb/base/failure.h"
 
 namespace modeldb {
-namespace {
 
-/// Only AdoConnection answers it, by its _Connection: it tells the module's own connections from
-/// others and from proxies.
-constexpr IID kOwnConnection = {
-    0x5f0d6f6b, 0x8a55, 0x4d0a, {0x9c, 0x1e, 0x2a, 0x74, 0x30, 0x9b, 0xd1, 0x66}};
-
-}  // namespace
-
-const std::shared_ptr<Database>& database_of(IDispatch* connection) {
-  com::Ptr<_Connection> own;
-  if (!connection || FAILED(connection->QueryInterface(kOwnConnection, own.put_void()))) {
+std::shared_ptr<Database> database_of(IDispatch* connection) {
+  const auto own = com::own_object<AdoConnection, kOwnConnection>(connection);
+  if (!own) {
     fail(kInvalidConnection,
          L"The connection is none of a model database opened in this process. "
          L"Pass the Connection of an open ModelDatabase.");
   }
-  return static_cast<AdoConnection*>(own.get())->database();
-}
-
-HRESULT AdoConnection::query_other(REFIID iid, void** out) {
-  return UnavailableConnection::query_other(
-      IsEqualIID(iid, kOwnConnection) ? __uuidof(Connection15) : iid, out);
+  return own->database();
 }
 
 STDMETHODIMP AdoConnection::Execute(BSTR command, VARIANT* records_affected, LONG options,

@@ -2,13 +2,19 @@
 
 #include <memory>
 
+#include "com/aliased.h"
 #include "modeldb/ado/unavailable_connection.h"
 #include "modeldb/engine/database.h"
 
 namespace modeldb {
 
+/// Tells the module's own connections from others.
+inline constexpr IID kOwnConnection = {
+    0x5f0d6f6b, 0x8a55, 0x4d0a, {0x9c, 0x1e, 0x2a, 0x74, 0x30, 0x9b, 0xd1, 0x66}};
+
 /// The connection of a model database: runs texts, begins and ends transactions.
-class AdoConnection : public UnavailableConnection {
+class AdoConnection
+    : public com::Aliased<UnavailableConnection, _Connection, com::OwnName<kOwnConnection>> {
  public:
   explicit AdoConnection(std::shared_ptr<Database> database) : database_(std::move(database)) {}
 
@@ -34,14 +40,11 @@ class AdoConnection : public UnavailableConnection {
   STDMETHODIMP get_Mode(ConnectModeEnum* mode) override;
   STDMETHODIMP get_CursorLocation(CursorLocationEnum* cursor_loc) override;
 
- protected:
-  HRESULT query_other(REFIID iid, void** out) override;
-
  private:
   std::shared_ptr<Database> database_;
 };
 
 /// The database behind a connection of this module. kInvalidConnection: it is another's.
-const std::shared_ptr<Database>& database_of(IDispatch* connection);
+std::shared_ptr<Database> database_of(IDispatch* connection);
 
 }  // namespace modeldb

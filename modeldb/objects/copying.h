@@ -3,7 +3,7 @@
 #include <orv_host.h>
 
 #include "com/ptr.h"
-#include "modeldb/objects/model.h"
+#include "modeldb/model/model.h"
 
 namespace modeldb {
 

@@ -2,7 +2,7 @@
 
 #include "com/collection.h"
 #include "com/free_threaded.h"
-#include "modeldb/library.h"
+#include "modeldb/base/library.h"
 #include "modeldb/objects/model_access.h"
 #include "modeldb/objects/set.h"
 #include "modeldb/objects/vertex.h"

@@ -7,7 +7,7 @@
 #include "com/automation.h"
 #include "com/free_threaded.h"
 #include "modeldb/base/failure.h"
-#include "modeldb/library.h"
+#include "modeldb/base/library.h"
 #include "modeldb/objects/column_reader.h"
 #include "modeldb/objects/model_access.h"
 #include "modeldb/objects/row_image.h"

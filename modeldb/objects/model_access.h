@@ -1,36 +1,16 @@
 #pragma once
 
-#include <orv_host.h>
-
+#include "com/aliased.h"
 #include "modeldb/base/failure.h"
-#include "modeldb/store/record_store.h"
-
-namespace modeldb {
-
-/// How the module's objects reach the open model behind the model database that they are passed.
-/// Answered by this module's model database alone, and never marshalled.
-struct ModelAccess : IUnknown {
-  /// The record store of the open model, with a reference; null when none is open.
-  virtual HRESULT STDMETHODCALLTYPE open_store(RecordStore** store) = 0;
-};
-
-}  // namespace modeldb
-
-__CRT_UUID_DECL(modeldb::ModelAccess, 0x7131684A, 0xC538, 0x4CFD, 0x9E, 0xC6, 0x72, 0xDE, 0x5E,
-                0xEA, 0x4C, 0x04)
+#include "modeldb/objects/model_database.h"
 
 namespace modeldb {
 
 /// The record store behind `model_database` when it is one of this module, in this process, with a
 /// model open; empty otherwise.
 inline com::Ptr<RecordStore> own_store(IDispatch* model_database) {
-  if (!model_database) return nullptr;
-  com::Ptr<ModelAccess> access;
-  model_database->QueryInterface(__uuidof(ModelAccess), access.put_void());
-  com::Ptr<RecordStore> store;
-  const HRESULT result = access ? access->open_store(store.put()) : S_OK;
-  if (FAILED(result)) com::raise_from(result, access.get(), __uuidof(IModelDatabaseFile));
-  return store;
+  const auto own = com::own_object<ModelDatabase, kOwnModelDatabase>(model_database);
+  return own ? own->store() : nullptr;
 }
 
 /// The record store of whatever model database a client passed. Raises, with a sentence, when it is

@@ -7,8 +7,8 @@
 #include "modeldb/base/failure.h"
 #include "modeldb/objects/bulk_rows.h"
 #include "modeldb/objects/copying.h"
-#include "modeldb/objects/loading.h"
 #include "modeldb/objects/named_set.h"
+#include "modeldb/objects/reading.h"
 #include "modeldb/store/script_array.h"
 
 namespace modeldb {
@@ -136,8 +136,8 @@ STDMETHODIMP ModelDatabase::Load(BSTR bstrCollection, VARIANT vWhere, VARIANT vO
   return model_call(turns_, [&] {
     *pVal = nullptr;
     const std::shared_ptr<Model> open_model = model();
-    const Kind& kind = loadable_kind(open_model->catalogue(), com::Bstr::view(bstrCollection));
-    *pVal = load_collection(*open_model, this, kind, selection_of(vWhere, vOrder)).detach();
+    const Kind& kind = kind_of_table(open_model->catalogue(), com::Bstr::view(bstrCollection));
+    *pVal = read_collection(*open_model, this, kind, selection_of(vWhere, vOrder)).detach();
   });
 }
 
@@ -210,8 +210,10 @@ STDMETHODIMP ModelDatabase::Rows(BSTR bstrSql, VARIANT vNames, VARIANT* pVal) {
   });
 }
 
-STDMETHODIMP ModelDatabase::open_store(RecordStore** store) {
-  return model_call(turns_, [&] { *store = store_.copy(); });
+com::Ptr<RecordStore> ModelDatabase::store() const {
+  const RecordLoad::OtherCall call;
+  const Turn turn(turns_);
+  return store_;
 }
 
 void ModelDatabase::final_release() {

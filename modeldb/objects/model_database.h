@@ -4,19 +4,23 @@
 
 #include <memory>
 
+#include "com/aliased.h"
 #include "com/automation.h"
 #include "com/free_threaded.h"
-#include "modeldb/library.h"
-#include "modeldb/objects/inherited.h"
-#include "modeldb/objects/model.h"
-#include "modeldb/objects/model_access.h"
-#include "modeldb/objects/reserved.h"
+#include "modeldb/base/library.h"
+#include "modeldb/model/model.h"
+#include "modeldb/model/reserved.h"
+#include "modeldb/store/record_store.h"
 
 namespace modeldb {
 
-using ModelDatabaseBase = ReservedDatabaseMembers<
-    Inheriting<com::FreeThreaded<com::DispatchObject<IModelDatabaseFile, kLibrary, ModelAccess>>,
-               IModelDatabase>>;
+/// Tells the module's own model databases from others.
+inline constexpr IID kOwnModelDatabase = {
+    0x7131684A, 0xC538, 0x4CFD, {0x9E, 0xC6, 0x72, 0xDE, 0x5E, 0xEA, 0x4C, 0x04}};
+
+using ModelDatabaseBase = ReservedDatabaseMembers<com::Aliased<
+    com::FreeThreaded<com::DispatchObject<IModelDatabaseFile, kLibrary>>, IModelDatabaseFile,
+    com::NamesOf<IModelDatabase>, com::OwnName<kOwnModelDatabase>>>;
 
 /// A model database file as scripts open it, and as records and collections are passed it.
 ///
@@ -74,9 +78,8 @@ class ModelDatabase : public ModelDatabaseBase {
   /// the names of the columns stand in its first row. Any other statement is refused.
   STDMETHODIMP Rows(BSTR bstrSql, VARIANT vNames, VARIANT* pVal) override;
 
-  // ModelAccess
-
-  STDMETHODIMP open_store(RecordStore** store) override;
+  /// The record store of the open model; empty when none is open.
+  [[nodiscard]] com::Ptr<RecordStore> store() const;
 
  protected:
   void final_release() override;

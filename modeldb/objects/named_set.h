@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "modeldb/base/failure.h"
-#include "modeldb/objects/model.h"
+#include "modeldb/model/model.h"
 #include "modeldb/objects/set.h"
 
 namespace modeldb {

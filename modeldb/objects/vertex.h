@@ -1,7 +1,7 @@
 #pragma once
 
+#include "com/aliased.h"
 #include "modeldb/objects/host_object.h"
-#include "modeldb/objects/inherited.h"
 #include "modeldb/schema/host_kinds.h"
 
 namespace modeldb {
@@ -12,8 +12,8 @@ namespace modeldb {
 /// did not put are never written over those that the model has.
 ///
 /// Node 12 of one model is node 12 of the next, wherever it lies there.
-class Vertex
-    : public Inheriting<HostObject<Vertex, ICoordinateVertex, Identity::kByNumber>, IVertex> {
+class Vertex : public com::Aliased<HostObject<Vertex, ICoordinateVertex, Identity::kByNumber>,
+                                   ICoordinateVertex, com::NamesOf<IVertex>> {
  public:
   static constexpr long kEventType = 1;
   static const Table& table();

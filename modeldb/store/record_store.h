@@ -3,22 +3,23 @@
 #include <memory>
 #include <span>
 
+#include "com/aliased.h"
 #include "com/automation.h"
 #include "com/free_threaded.h"
 #include "com/sentence.h"
-#include "modeldb/library.h"
-#include "modeldb/objects/failures.h"
-#include "modeldb/objects/inherited.h"
-#include "modeldb/objects/model.h"
-#include "modeldb/objects/reserved.h"
+#include "modeldb/base/library.h"
+#include "modeldb/model/model.h"
+#include "modeldb/model/reserved.h"
 #include "modeldb/store/change_log.h"
+#include "modeldb/store/failures.h"
 #include "modeldb/store/listeners.h"
 #include "modeldb/store/row_values.h"
 
 namespace modeldb {
 
-using RecordStoreBase = ReservedStoreMembers<Inheriting<
-    com::FreeThreaded<com::DispatchObject<IObservableRecordStore, kLibrary>>, IRecordStore>>;
+using RecordStoreBase = ReservedStoreMembers<
+    com::Aliased<com::FreeThreaded<com::DispatchObject<IObservableRecordStore, kLibrary>>,
+                 IObservableRecordStore, com::NamesOf<IRecordStore>>>;
 
 /// Writes and deletes the rows of records, each whole or not at all, in the client's transaction or
 /// else in one of its own, and tells those who listen once it is done.

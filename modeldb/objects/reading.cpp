@@ -1,4 +1,4 @@
-#include "modeldb/objects/loading.h"
+#include "modeldb/objects/reading.h"
 
 #include <vector>
 
@@ -161,7 +161,7 @@ std::wstring name_of(const ColumnReader& row, const Kind& kind) {
   return key ? kind.object + L" " + std::wstring(com::Bstr::view(key->get().bstrVal)) : kind.object;
 }
 
-void load_record(IPersistentObject& record, const Kind& kind, IModelDatabase* database,
+void read_record(IPersistentObject& record, const Kind& kind, IModelDatabase* database,
                  const com::Ptr<_Recordset>& rows) {
   const HRESULT result = record.LoadFromCurrentRecordsetPosition(database, rows.get(), nullptr);
   if (SUCCEEDED(result)) return;
@@ -175,7 +175,7 @@ void load_record(IPersistentObject& record, const Kind& kind, IModelDatabase* da
   }
 }
 
-void load_records(const Model& model, IModelDatabase* database, const Kind& kind,
+void read_records(const Model& model, IModelDatabase* database, const Kind& kind,
                   const Selection& selection, IPersistentCollection& collection) {
   const auto rows = open_rows(model, kind, selection);
   const auto records = class_object(kind.object_class);
@@ -184,7 +184,7 @@ void load_records(const Model& model, IModelDatabase* database, const Kind& kind
     com::check(rows->get_EOF(&at_end), rows);
     if (at_end) break;
     const auto record = create<IPersistentObject>(records, kind.object_interface);
-    load_record(*record, kind, database, rows);
+    read_record(*record, kind, database, rows);
     com::check(collection.Add(record.get()), &collection);
     com::check(rows->MoveNext(), rows);
   }
@@ -193,7 +193,7 @@ void load_records(const Model& model, IModelDatabase* database, const Kind& kind
 
 }  // namespace
 
-const Kind& loadable_kind(const Catalogue& catalogue, std::wstring_view name) {
+const Kind& kind_of_table(const Catalogue& catalogue, std::wstring_view name) {
   const Table* const table = catalogue.find(name);
   if (!table) {
     fail(kItemNotFound, L"There is no collection for a table " + quoted(name) +
@@ -217,14 +217,14 @@ Selection selection_of(const VARIANT& condition, const VARIANT& order) {
                            L"\"VertexID, Magnitude DESC\", or leave it out.")};
 }
 
-com::Ptr<IDispatch> load_collection(const Model& model, IModelDatabase* database, const Kind& kind,
+com::Ptr<IDispatch> read_collection(const Model& model, IModelDatabase* database, const Kind& kind,
                                     const Selection& selection) {
   auto collection =
       create<IPersistentCollection>(class_object(kind.collection_class), kind.collection_interface);
   // A write-protected file may be older than the kind.
   if (!model.database()->engine().has_table(kind.table)) return collection;
   try {
-    load_records(model, database, kind, selection, *collection);
+    read_records(model, database, kind, selection, *collection);
   } catch (const com::Error& error) {
     if (error.result() != kTimeout) throw;
     fail(kTimeout, L"Loading the table " + kind.table +

@@ -1,9 +1,9 @@
-#include "modeldb/objects/model.h"
+#include "modeldb/model/model.h"
 
 #include "modeldb/base/ascii.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/schema/link_keeper.h"
-#include "modeldb/schema/tables.h"
+#include "modeldb/schema/make_tables.h"
 #include "modeldb/schema/vertex_guard.h"
 #include "modeldb/sqlite/sqlite_engine.h"
 

@@ -1,4 +1,4 @@
-#include "modeldb/schema/tables.h"
+#include "modeldb/schema/make_tables.h"
 
 #include <utility>
 #include <vector>

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "modeldb/engine/database.h"
-#include "modeldb/objects/activation.h"
+#include "modeldb/model/activation.h"
 #include "modeldb/schema/catalogue.h"
 
 namespace modeldb {

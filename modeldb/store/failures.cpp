@@ -1,4 +1,4 @@
-#include "modeldb/objects/failures.h"
+#include "modeldb/store/failures.h"
 
 #include "com/enumerator.h"
 #include "com/free_threaded.h"

@@ -1,4 +1,4 @@
-#include "modeldb/objects/activation.h"
+#include "modeldb/model/activation.h"
 
 #include <windows.h>
 
@@ -6,8 +6,8 @@
 #include <atomic>
 #include <mutex>
 
+#include "com/class_table.h"
 #include "modeldb/ado/recordset_class.h"
-#include "modeldb/classes.h"
 
 namespace modeldb {
 namespace {
@@ -46,10 +46,11 @@ std::atomic<int> models = 0;
 
 void Registrations::add_all() {
   try {
-    for (const com::ClassEntry& entry : classes()) {
+    const auto classes = com::module_classes();
+    for (const com::ClassEntry& entry : classes) {
       com::Ptr<IUnknown> class_object;
       com::check(
-          com::get_class_object(classes(), entry.clsid, IID_IUnknown, class_object.put_void()));
+          com::get_class_object(classes, entry.clsid, IID_IUnknown, class_object.put_void()));
       add(entry.clsid, class_object.get());
     }
     add(CLSID_Recordset, static_cast<IClassFactory*>(this));

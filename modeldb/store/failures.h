@@ -8,7 +8,7 @@
 #include "com/automation.h"
 #include "com/bstr.h"
 #include "com/free_threaded.h"
-#include "modeldb/library.h"
+#include "modeldb/base/library.h"
 
 namespace modeldb {
 
