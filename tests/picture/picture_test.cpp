@@ -165,8 +165,7 @@ TEST(Draw, SupportsAndDisplacementsAreAlongTheAxesOfTheirNodes) {
   const auto drawn = tests::read_picture(picture.svg).definition_of;
   EXPECT_EQ(drawn.at("NodalBoundaryCondition 1"), drawn.at("NodalBoundaryCondition 2"));
   EXPECT_EQ(drawn.at("NodalPrescribedDisplacement 1"), drawn.at("NodalPrescribedDisplacement 2"));
-  EXPECT_THAT(picture.legend,
-              Contains(::testing::Field(&LegendEntry::name, "Support x of the node's axes")));
+  EXPECT_THAT(picture.legend, Contains(::testing::Field(&LegendEntry::name, "Support x (local)")));
 }
 
 TEST(Draw, FiltersBySetAndKind) {

@@ -72,7 +72,22 @@ orv frobnicate
 orv list "$model" force --where '1=1) UNION ALL SELECT 1 FROM LoadSets WHERE (1=1'
 orv draw "$model" --deck "$deck" -o "$deck"
 orv csv-export "$model" force "$model"
-printf 'VertexID;LoadSets\r\n1;"""a;b""; snow"\r\n' >names.csv
+printf 'VertexID;LoadSets;Description\r\n1;"""a;b""; snow";"two\nlines \033[31m 漢ü"\r\n' >names.csv
 orv csv-import "$model" force names.csv
 orv csv-export "$model" force names.csv
-tail -1 names.csv
+tail -2 names.csv | cat -v
+orv list "$model" force | sed 's/  *$//' | tail -5
+orv check "$model" | grep -A1 no-direction
+
+echo 'Nobody reads it, and a full disk:'
+exec 3> >(:)
+wait $!
+"${program[@]}" list "$model" >&3
+echo "(exit status $?)"
+"${program[@]}" list "$model" 2>&1 >/dev/full
+echo "(exit status $?)"
+{
+  echo VertexID,Magnitude
+  for row in {2..600}; do ((row % 400 == 2)) && echo 3,x || echo 3,1; done
+} >faults.csv
+orv csv-import "$model" force faults.csv

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/content/shown_text.h"
 #include "tools/deck/record_rows.h"
 
 namespace checks {
@@ -34,7 +35,7 @@ std::string and_more(std::size_t count) {
 std::string names_of(const content::Table& table, const std::vector<std::size_t>& records) {
   std::string text;
   for (std::size_t i = 0; i < std::min(records.size(), kNamed); ++i) {
-    text.append(i == 0 ? "" : ", ").append(deck::name_of(table, records[i]));
+    text.append(i == 0 ? "" : ", ").append(content::shown_name(deck::name_of(table, records[i])));
     const content::Key node = table.vertices[records[i]];
     // A record without a key is named by its vertex already.
     if (node != 0 && table.ids[records[i]] != 0) text += " on node " + std::to_string(node);
@@ -47,7 +48,7 @@ std::string names_of(const std::string& table, const std::vector<content::Set>& 
   for (std::size_t i = 0; i < std::min(sets.size(), kNamed); ++i) {
     const std::string noun = table.substr(0, table.size() - 1);
     text.append(i == 0 ? "" : ", ").append(noun + " " + std::to_string(sets[i].id));
-    text += " '" + sets[i].name + "'";
+    text += " '" + content::shown_name(sets[i].name) + "'";
   }
   return text + and_more(sets.size());
 }
@@ -97,7 +98,7 @@ Finding Findings::told(const Spot& spot, const Entry& entry) {
     return finding;
   }
   finding.where = names_of(*entry.table, entry.records);
-  if (!set.empty()) finding.where += ", in the set '" + set + "'";
+  if (!set.empty()) finding.where += ", in the set '" + content::shown_name(set) + "'";
   // The names of most sets tell the step.
   if (step >= 0 && set.empty()) finding.where += ", " + step_name(step);
   for (const std::size_t record : entry.records) {

@@ -5,6 +5,7 @@
 
 #include "tools/checks/acting.h"
 #include "tools/checks/text.h"
+#include "tools/content/shown_text.h"
 #include "tools/deck/record_rows.h"
 
 namespace checks {
@@ -57,7 +58,7 @@ void each_action(const Subject& subject, int step,
       const content::Table& table = *from.batch->table;
       told.records.push_back({.table = table.name,
                               .id = table.ids[from.record],
-                              .name = deck::name_of(table, from.record),
+                              .name = content::shown_name(deck::name_of(table, from.record)),
                               .set = from.batch->set_name});
     }
     use(told);

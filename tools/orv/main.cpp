@@ -5,15 +5,17 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <exception>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "com/error.h"
 #include "com/sentence.h"
+#include "tools/content/shown_text.h"
 #include "tools/orv/command.h"
 #include "tools/orv/exit_status.h"
+#include "tools/orv/standard_output.h"
 #include "tools/text/utf8.h"
 #include "version.h"
 
@@ -55,24 +57,16 @@ std::string words_of(const com::Error& error) {
   return "The system reports the error " + std::string(number) + ".";
 }
 
+/// What was printed before the failure comes out first, if it can.
 ExitStatus fail_with(const std::string& sentence) {
-  std::cout.flush();
-  std::cerr << "orv: " << sentence << '\n';
+  try {
+    std::cout.flush();
+  } catch (...) {
+    // The failure at hand is told, whatever became of the output.
+  }
+  std::cout.exceptions(std::ios::goodbit);
+  std::cerr << "orv: " << content::without_controls(sentence) << '\n';
   return kFailed;
-}
-
-constexpr char kLostOutput[] =
-    "What was printed could not be written to its end. Is there room for it, and does somebody "
-    "read it?";
-
-/// Whether all that was printed has arrived.
-bool is_output_whole() {
-  std::cout.flush();
-  return std::cout.good() && std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-}
-
-void require_output() {
-  if (!is_output_whole()) throw std::runtime_error(kLostOutput);
 }
 
 /// The library would only say that a command is missing.
@@ -83,7 +77,7 @@ bool names_no_command(const CLI::App& program, const std::vector<std::string>& a
       .empty();
 }
 
-ExitStatus parse_and_run(CLI::App& program, std::vector<std::string> arguments) {
+ExitStatus parse_and_run(CLI::App& program, const std::vector<std::string>& arguments) {
   if (names_no_command(program, arguments)) {
     std::cerr << "orv: there is no command \"" << arguments.front()
               << "\"; 'orv --help' lists them.\n";
@@ -93,16 +87,29 @@ ExitStatus parse_and_run(CLI::App& program, std::vector<std::string> arguments) 
   try {
     // From the last to the first.
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    require_output();
     return kDone;
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? kDone : kWrongUsage;
   } catch (const EndWith& end) {
-    return is_output_whole() ? end.status : fail_with(kLostOutput);
+    return end.status;
   } catch (const com::Error& error) {
     return fail_with(words_of(error));
   } catch (const std::bad_alloc&) {
     return fail_with("There is not enough memory.");
+  } catch (const std::exception& error) {
+    return fail_with(error.what());
+  }
+}
+
+/// As parse_and_run, with what it printed out of the house.
+ExitStatus run_and_print(CLI::App& program, const std::vector<std::string>& arguments) {
+  const StandardOutput output(std::cout);
+  try {
+    const ExitStatus status = parse_and_run(program, arguments);
+    std::cout.flush();
+    return status;
+  } catch (const ReaderGone&) {
+    return kReaderGone;
   } catch (const std::exception& error) {
     return fail_with(error.what());
   }
@@ -118,5 +125,5 @@ int wmain(int count, wchar_t** words) {
   orv::Command::add_all(program);
   std::vector<std::string> arguments;
   for (int i = 1; i < count; ++i) arguments.push_back(text::to_utf8(words[i]));
-  return orv::parse_and_run(program, arguments);
+  return orv::run_and_print(program, arguments);
 }

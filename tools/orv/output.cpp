@@ -3,6 +3,10 @@
 #include <charconv>
 #include <nlohmann/json.hpp>
 
+#include "tools/orv/progress.h"
+#include "tools/orv/table.h"
+#include "tools/orv/terminal.h"
+
 namespace orv {
 namespace {
 
@@ -69,6 +73,28 @@ void write_csv(std::ostream& out, Listing& listing) {
   write_line(listing.columns(), [](const std::string& name) { return name; });
   Row row;
   while (listing.next(row)) write_line(row, cell_text);
+}
+
+std::size_t write_table(std::ostream& out, Listing& listing) {
+  Table table(listing.columns());
+  {
+    const Progress progress("Reading the model");
+    Row row;
+    while (listing.next(row)) {
+      for (const Cell& cell : row) {
+        const bool is_text =
+            std::holds_alternative<std::string>(cell) || std::holds_alternative<Names>(cell);
+        is_text ? table.add_text(cell_text(cell)) : table.add_number(cell_text(cell));
+      }
+    }
+  }
+  const std::size_t rows = table.rows();
+  if (rows == 0) return 0;
+  std::string zeros;
+  for (const std::string& name : table.take_zeros()) zeros += (zeros.empty() ? "" : ", ") + name;
+  table.write(out, terminal_width());
+  if (!zeros.empty()) out << "(0 or empty throughout: " << zeros << ")\n";
+  return rows;
 }
 
 void write_json(std::ostream& out, Listing& listing) {

@@ -21,9 +21,8 @@ void write_csv(std::ostream& out, Listing& listing);
 /// array of names.
 void write_json(std::ostream& out, Listing& listing);
 
-/// A table for the eye: numbers stand below each other by their points, long texts give way when
-/// the terminal is narrow, and columns that are 0 in all rows are named below instead. Returns the
-/// number of rows.
+/// A table as wide as the terminal; columns that are 0 in all rows are named below instead. Returns
+/// the number of rows.
 std::size_t write_table(std::ostream& out, Listing& listing);
 
 }  // namespace orv

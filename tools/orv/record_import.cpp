@@ -98,8 +98,6 @@ RecordImport::RecordImport(model::Database& database, const model::Kind& kind,
     text::fail(text::kInvalidArgument,
                "The first row lacks the column VertexID: the number of the record's node.");
   }
-  load_keys();
-  load_vertices();
   load_sets();
 }
 
@@ -119,26 +117,42 @@ std::string RecordImport::insert_columns() const {
   return columns;
 }
 
-void RecordImport::load_keys() {
-  if (key_ == kAbsent) return;
-  model::Rows rows = database_.query("SELECT " + kind_.key() + " FROM " + kind_.table);
-  while (rows.next()) keys_.insert(rows.integer(0));
-}
-
-void RecordImport::load_vertices() {
-  model::Rows rows = database_.query("SELECT VertexID, X, Y, Z FROM Vertices");
-  while (rows.next()) {
-    vertices_[rows.integer(0)] = {rows.real(1), rows.real(2), rows.real(3)};
-  }
-}
-
 void RecordImport::load_sets() {
   const std::string key = model::key_of_sets(kind_.sets);
   model::Rows rows =
       database_.query("SELECT " + key + ", Description FROM " + kind_.sets + " ORDER BY " + key);
-  while (rows.next()) {
-    last_set_ = rows.integer(0);
-    set_ids_.try_emplace(rows.text(1), last_set_);
+  while (rows.next()) set_ids_[rows.text(1)].push_back(rows.integer(0));
+}
+
+/// The whole numbers in a column of the rows, with commas between them; what is none is told when
+/// its row is read.
+std::string RecordImport::numbers_in(const std::vector<TextRow>& rows, std::size_t place) const {
+  std::string list;
+  for (const TextRow& row : rows) {
+    long number = 0;
+    if (!read(cell(row.cells, place), number)) continue;
+    list += (list.empty() ? "" : ",") + std::to_string(number);
+  }
+  return list;
+}
+
+void RecordImport::look_up_keys(const std::vector<TextRow>& rows) {
+  keys_.clear();
+  const std::string list = numbers_in(rows, key_);
+  if (list.empty()) return;
+  model::Rows found = database_.query("SELECT " + kind_.key() + " FROM " + kind_.table + " WHERE " +
+                                      kind_.key() + " IN (" + list + ")");
+  while (found.next()) keys_.insert(found.integer(0));
+}
+
+void RecordImport::look_up_vertices(const std::vector<TextRow>& rows) {
+  vertices_.clear();
+  const std::string list = numbers_in(rows, vertex_);
+  if (list.empty()) return;
+  model::Rows found =
+      database_.query("SELECT VertexID, X, Y, Z FROM Vertices WHERE VertexID IN (" + list + ")");
+  while (found.next()) {
+    vertices_[found.integer(0)] = {found.real(1), found.real(2), found.real(3)};
   }
 }
 
@@ -146,10 +160,13 @@ long RecordImport::read_key(const Cells& cells) {
   const std::string& text = cell(cells, key_);
   if (text.empty()) return 0;
   const long key = read_whole(kind_.key(), text);
-  if (keys_.erase(key) == 0) {
+  if (!keys_.contains(key)) {
     throw RowFault{kind_.key(), "there is no " + kind_.object + " " + text +
-                                    " in the model, or it stands in the file twice. Leave the "
-                                    "cell empty for a new record."};
+                                    " in the model. Leave the cell empty for a new record."};
+  }
+  if (!changed_keys_.insert(key)) {
+    throw RowFault{kind_.key(), "the " + kind_.object + " " + text +
+                                    " stands in the file twice. Delete one of the two rows."};
   }
   return key;
 }
@@ -186,41 +203,57 @@ long RecordImport::read_vertex(const Cells& cells) {
 std::vector<long> RecordImport::read_sets(const Cells& cells) {
   std::vector<long> sets;
   for (const std::string& name : names_in(cell(cells, sets_))) {
-    const auto [set, is_new] = set_ids_.try_emplace(name, 0);
-    if (is_new) {
+    std::vector<long>& ids = set_ids_[name];
+    if (ids.size() > 1) {
+      throw RowFault{kind_.sets, "the model has " + std::to_string(ids.size()) + " sets named \"" +
+                                     name + "\". Give each a name of its own first."};
+    }
+    if (ids.empty()) {
       database_.execute("INSERT INTO " + kind_.sets + " (Description) VALUES (" +
                         sql_literal(name) + ")");
       model::Rows newest =
           database_.query("SELECT MAX(" + model::key_of_sets(kind_.sets) + ") FROM " + kind_.sets);
       newest.next();
-      set->second = newest.integer(0);
+      ids.push_back(newest.integer(0));
     }
-    sets.push_back(set->second);
+    if (std::ranges::find(sets, ids.front()) == sets.end()) sets.push_back(ids.front());
   }
   return sets;
 }
 
-void RecordImport::add_values(model::Insertion& rows, const Cells& cells, long vertex) {
-  rows.add(cell(cells, description_));
-  rows.add(vertex);
+/// Before anything is written: half a row could not be taken back.
+std::vector<double> RecordImport::read_values(const Cells& cells) const {
+  std::vector<double> values = new_record_;
   for (std::size_t i = 0; i < values_.size(); ++i) {
     const std::string& text = cell(cells, values_[i]);
+    if (text.empty()) continue;
+    const std::string& column = kind_.columns[i];
+    values[i] = kind_.is_whole[i] ? read_whole(column, text) : read_real(column, text);
+  }
+  return values;
+}
+
+void RecordImport::add_values(model::Insertion& rows, const Cells& cells, long vertex,
+                              const std::vector<double>& values) {
+  rows.add(cell(cells, description_));
+  rows.add(vertex);
+  for (std::size_t i = 0; i < values.size(); ++i) {
     if (kind_.is_whole[i]) {
-      rows.add(text.empty() ? static_cast<long>(new_record_[i])
-                            : read_whole(kind_.columns[i], text));
+      rows.add(static_cast<long>(values[i]));
     } else {
-      rows.add(text.empty() ? new_record_[i] : read_real(kind_.columns[i], text));
+      rows.add(values[i]);
     }
   }
 }
 
 void RecordImport::add_new(const Cells& cells, long vertex, const std::vector<long>& sets) {
+  const std::vector<double> values = read_values(cells);
   if (last_key_ == 0) {
     // The first key is the model's to choose: keys of deleted records are not given again.
     new_vertices_.finish();
     model::Insertion first(database_, kind_.table, insert_columns());
     first.begin_row();
-    add_values(first, cells, vertex);
+    add_values(first, cells, vertex, values);
     first.finish();
     model::Rows newest = database_.query("SELECT MAX(" + kind_.key() + ") FROM " + kind_.table);
     newest.next();
@@ -229,7 +262,7 @@ void RecordImport::add_new(const Cells& cells, long vertex, const std::vector<lo
     if (new_records_.is_full()) new_vertices_.finish();
     new_records_.begin_row();
     new_records_.add(++last_key_);
-    add_values(new_records_, cells, vertex);
+    add_values(new_records_, cells, vertex, values);
   }
   for (const long set : sets) links_.emplace_back(set, last_key_);
   ++added_;
@@ -237,28 +270,42 @@ void RecordImport::add_new(const Cells& cells, long vertex, const std::vector<lo
 
 void RecordImport::change(const Cells& cells, long key, long vertex,
                           const std::vector<long>& sets) {
+  const std::vector<double> values = read_values(cells);
   new_vertices_.finish();
   const std::string where = " WHERE " + kind_.key() + " = " + std::to_string(key);
   std::string sql = "UPDATE " + kind_.table + " SET VertexID = " + std::to_string(vertex);
   if (description_ != kAbsent) sql += ", Description = " + sql_literal(cell(cells, description_));
   for (std::size_t i = 0; i < values_.size(); ++i) {
     if (values_[i] == kAbsent) continue;
-    const std::string& column = kind_.columns[i];
-    const std::string& given = cell(cells, values_[i]);
-    const std::string text = given.empty() ? number_text(new_record_[i]) : given;
-    sql += ", " + column + " = " +
-           (kind_.is_whole[i] ? std::to_string(read_whole(column, text))
-                              : number_text(read_real(column, text)));
+    sql +=
+        ", " + kind_.columns[i] + " = " +
+        (kind_.is_whole[i] ? std::to_string(static_cast<long>(values[i])) : number_text(values[i]));
   }
   database_.execute(sql + where);
   if (sets_ != kAbsent) {
-    database_.execute("DELETE FROM " + kind_.link_table() + where);
+    unlinked_.push_back(key);
     for (const long set : sets) links_.emplace_back(set, key);
   }
   ++changed_;
 }
 
-void RecordImport::add(const std::vector<std::string>& cells) {
+void RecordImport::add(const std::vector<TextRow>& rows, std::vector<RowFault>& faults) {
+  look_up_keys(rows);
+  look_up_vertices(rows);
+  for (const TextRow& row : rows) {
+    try {
+      add(row.cells);
+    } catch (RowFault& fault) {
+      fault.row = row.number;
+      faults.push_back(std::move(fault));
+    }
+  }
+  new_vertices_.finish();  // for the rows of the next piece
+  // With a fault nothing of it will be kept.
+  if (faults.empty()) write_piece();
+}
+
+void RecordImport::add(const Cells& cells) {
   if (cells.size() > columns_.size()) {
     throw RowFault{"", "the row has " + std::to_string(cells.size()) + " cells, the first row " +
                            std::to_string(columns_.size()) + "."};
@@ -273,9 +320,14 @@ void RecordImport::add(const std::vector<std::string>& cells) {
   }
 }
 
-void RecordImport::finish() {
-  new_vertices_.finish();
+void RecordImport::write_piece() {
   new_records_.finish();
+  if (!unlinked_.empty()) {
+    std::string list;
+    for (const long key : unlinked_) list += (list.empty() ? "" : ",") + std::to_string(key);
+    database_.execute("DELETE FROM " + kind_.link_table() + " WHERE " + kind_.key() + " IN (" +
+                      list + ")");
+  }
   model::Insertion links(database_, kind_.link_table(),
                          model::key_of_sets(kind_.sets) + ", " + kind_.key());
   for (const auto& [set, record] : links_) {
@@ -284,6 +336,8 @@ void RecordImport::finish() {
     links.add(record);
   }
   links.finish();
+  unlinked_.clear();
+  links_.clear();
 }
 
 }  // namespace orv

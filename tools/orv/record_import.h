@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -13,10 +14,34 @@
 
 namespace orv {
 
-/// A fault of a table's row: which column, and what is wrong.
+/// A row of a table: its number, as the user counts, and its cells.
+struct TextRow {
+  long number = 0;
+  std::vector<std::string> cells;
+};
+
+/// A fault of a row: which column, and what is wrong.
 struct RowFault {
   std::string column;
   std::string reason;
+  long row = 0;  ///< its number
+};
+
+/// Numbers that were seen already, in a small part of the memory that they would take themselves.
+class SeenNumbers {
+ public:
+  /// False, if it was seen already.
+  bool insert(long number) {
+    const auto index = static_cast<unsigned long>(number);
+    auto is_seen = blocks_[index / kBlock][index % kBlock];
+    if (is_seen) return false;
+    is_seen = true;
+    return true;
+  }
+
+ private:
+  static constexpr unsigned long kBlock = 4096;
+  std::unordered_map<unsigned long, std::bitset<kBlock>> blocks_;
 };
 
 /// Takes rows of texts over into the records of a kind, inside the transaction that the caller has
@@ -25,6 +50,9 @@ struct RowFault {
 /// A row with a key changes that record; one without makes a new record. A column that is not there
 /// leaves a record as it is; there, and where a cell is empty, a new one keeps its own value. Sets
 /// that the model does not have are made; so are vertices, when their coordinates are given.
+///
+/// The rows are taken in pieces, and nothing is kept of a piece that is done but the keys of
+/// changed records: a table may be longer than the memory.
 class RecordImport {
  public:
   /// `new_record` has the values of a new record in the kind's columns. Raises, with a sentence, a
@@ -32,10 +60,9 @@ class RecordImport {
   RecordImport(model::Database& database, const model::Kind& kind,
                const std::vector<std::string>& columns, std::vector<double> new_record);
 
-  /// Throws RowFault; then the transaction is of no use any more.
-  void add(const std::vector<std::string>& cells);
-  /// Writes what is left.
-  void finish();
+  /// Writes a piece of the table, some hundred rows, and adds the faults that it has to `faults`;
+  /// then the transaction is of no use any more.
+  void add(const std::vector<TextRow>& rows, std::vector<RowFault>& faults);
 
   [[nodiscard]] long added() const { return added_; }
   [[nodiscard]] long changed() const { return changed_; }
@@ -46,15 +73,20 @@ class RecordImport {
 
   [[nodiscard]] std::size_t place_of(const std::string& column) const;
   [[nodiscard]] const std::string& cell(const Cells& cells, std::size_t place) const;
-  void load_keys();
-  void load_vertices();
   void load_sets();
+  void look_up_keys(const std::vector<TextRow>& rows);
+  void look_up_vertices(const std::vector<TextRow>& rows);
+  [[nodiscard]] std::string numbers_in(const std::vector<TextRow>& rows, std::size_t place) const;
+  void add(const Cells& cells);
   long read_key(const Cells& cells);
   long read_vertex(const Cells& cells);
   std::vector<long> read_sets(const Cells& cells);
   void add_new(const Cells& cells, long vertex, const std::vector<long>& sets);
   void change(const Cells& cells, long key, long vertex, const std::vector<long>& sets);
-  void add_values(model::Insertion& rows, const Cells& cells, long vertex);
+  void write_piece();
+  [[nodiscard]] std::vector<double> read_values(const Cells& cells) const;
+  void add_values(model::Insertion& rows, const Cells& cells, long vertex,
+                  const std::vector<double>& values);
   [[nodiscard]] std::string insert_columns() const;
 
   model::Database& database_;
@@ -69,11 +101,14 @@ class RecordImport {
 
   std::vector<double> new_record_;
 
-  std::unordered_set<long> keys_;  // of records that may still be changed
+  // Of the model, as far as the piece at hand needs them.
+  std::unordered_set<long> keys_;
   std::unordered_map<long, std::array<double, 3>> vertices_;
-  std::unordered_map<std::string, long> set_ids_;
-  long last_set_ = 0;
-  std::vector<std::pair<long, long>> links_;  // set and record
+
+  SeenNumbers changed_keys_;
+  std::unordered_map<std::string, std::vector<long>> set_ids_;  // those that bear a name
+  std::vector<long> unlinked_;                                  // records that leave their sets
+  std::vector<std::pair<long, long>> links_;                    // set and record
 
   model::Insertion new_vertices_;
   model::Insertion new_records_;

@@ -4,6 +4,7 @@
 
 #include "com/bstr.h"
 #include "com/error.h"
+#include "tools/content/shown_text.h"
 #include "tools/text/utf8.h"
 
 namespace orv {
@@ -19,7 +20,7 @@ void print_remarks(const std::string& heading, const com::Ptr<IDeck>& deck) {
     com::check(remarks->Item(i, remark.put()), remarks);
     com::Bstr words;
     com::check(remark->get_Text(words.put()), remark);
-    std::cout << "  " << text::to_utf8(words.view()) << '\n';
+    std::cout << "  " << content::without_controls(text::to_utf8(words.view())) << '\n';
   }
 }
 

@@ -205,7 +205,7 @@ Drawing draw_in_outlet(const Mark&, const Setting&) { return glyphs::in_outlet()
 std::string support_name(int variant) {
   const std::string translations = axis_names(variant & 7);
   const std::string rotations = axis_names(variant >> 3 & 7);
-  const std::string own = (variant & turned) != 0 ? " of the node's axes" : "";
+  const std::string own = (variant & turned) != 0 ? " (local)" : "";
   if (variant == 0) return " that holds nothing";
   if (rotations.empty()) return translations + own;
   return translations + (translations.empty() ? " rotation" : ", rotation") + rotations + own;

@@ -6,6 +6,7 @@
 #include <array>
 #include <iostream>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "tools/checks/json.h"
@@ -16,6 +17,8 @@
 #include "tools/orv/exit_status.h"
 #include "tools/orv/model_file.h"
 #include "tools/orv/progress.h"
+#include "tools/orv/table.h"
+#include "tools/orv/terminal.h"
 
 namespace orv {
 namespace {
@@ -25,6 +28,37 @@ struct Options {
   std::vector<double> about{0, 0, 0};
   bool json = false;
 };
+
+std::string remark_on(const checks::Resultant& sum) {
+  std::string remark;
+  if (sum.left_out > 0) remark = "without " + std::to_string(sum.left_out) + " more";
+  if (sum.with_amplitude == 0) return remark;
+  return remark + (remark.empty() ? "" : "; ") + "amplitudes count as 1";
+}
+
+void print(const std::vector<checks::Resultant>& resultants) {
+  if (resultants.empty()) return;
+  const auto& point = resultants.front().point;
+  std::cout << "Resultants, moments about (" << checks::number_text(point[0]) << ", "
+            << checks::number_text(point[1]) << ", " << checks::number_text(point[2]) << ")\n";
+  const bool has_remarks = std::ranges::any_of(
+      resultants, [](const checks::Resultant& sum) { return !remark_on(sum).empty(); });
+  std::vector<std::string> names{"of", "records", "Fx", "Fy", "Fz", "Mx", "My", "Mz"};
+  if (has_remarks) names.emplace_back("remark");
+  Table table(names);
+  for (const checks::Resultant& sum : resultants) {
+    table.add_text(sum.of);
+    table.add_number(std::to_string(sum.records));
+    for (const double component : sum.rounded_force()) {
+      table.add_number(checks::number_text(component));
+    }
+    for (const double component : sum.rounded_moment()) {
+      table.add_number(checks::number_text(component));
+    }
+    if (has_remarks) table.add_text(remark_on(sum));
+  }
+  table.write(std::cout, terminal_width());
+}
 
 void run(const Options& options) {
   const ModelFile file = ModelFile::open(options.model);
@@ -41,8 +75,8 @@ void run(const Options& options) {
   if (options.json) {
     std::cout << checks::json(findings, resultants);
   } else {
-    std::cout << (findings.empty() ? "Nothing was found.\n" : checks::text(findings)) << '\n'
-              << checks::text(resultants);
+    std::cout << (findings.empty() ? "Nothing was found.\n" : checks::text(findings)) << '\n';
+    print(resultants);
   }
   const bool is_alarming = std::ranges::any_of(findings, [](const checks::Finding& finding) {
     return finding.severity != checks::Severity::note;

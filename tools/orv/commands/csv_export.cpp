@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
 
 #include "tools/orv/command.h"
@@ -9,6 +10,7 @@
 #include "tools/orv/model_file.h"
 #include "tools/orv/output.h"
 #include "tools/orv/progress.h"
+#include "tools/orv/terminal.h"
 #include "tools/text/file.h"
 
 namespace orv {
@@ -45,6 +47,8 @@ void run(const Options& options) {
   model::Database database = model.database();
   Listing listing(database, options.kind);
   if (options.out.empty()) {
+    std::optional<Progress> progress;
+    if (!is_terminal(STD_OUTPUT_HANDLE)) progress.emplace("Writing " + options.kind);
     write_csv(std::cout, listing);
     return;
   }

@@ -2,7 +2,10 @@
 
 #include <iostream>
 #include <memory>
+#include <ranges>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "tools/orv/command.h"
 #include "tools/orv/csv_reader.h"
@@ -21,27 +24,32 @@ struct Options {
   std::string file;
 };
 
-std::string sentence_of(const CsvReader& reader, const RowFault& fault) {
-  return reader.path() + ", row " + std::to_string(reader.row()) +
-         (fault.column.empty() ? "" : ", column " + fault.column) + ": " + fault.reason;
+constexpr std::size_t kMostFaults = 20;
+
+[[noreturn]] void fail_on(const std::vector<RowFault>& faults, const std::string& path) {
+  std::string text = "Nothing was imported.";
+  for (const RowFault& fault : faults | std::views::take(kMostFaults)) {
+    text += "\n  " + path + ", row " + std::to_string(fault.row) +
+            (fault.column.empty() ? "" : ", column " + fault.column) + ": " + fault.reason;
+  }
+  text::fail(text::kInvalidArgument, text);
 }
 
 /// Rows behind a faulty one are read too, so that the user can correct several at once.
 void take_rows(CsvReader& reader, RecordImport& records) {
-  constexpr std::size_t kMostFaults = 20;
-  std::vector<std::string> cells;
-  std::vector<std::string> faults;
-  while (faults.size() < kMostFaults && reader.next(cells)) {
-    try {
-      records.add(cells);
-    } catch (const RowFault& fault) {
-      faults.push_back(sentence_of(reader, fault));
-    }
+  constexpr std::size_t kRowsAtOnce = 1000;
+  std::vector<TextRow> rows;
+  std::vector<RowFault> faults;
+  for (bool is_more = true; is_more && faults.size() < kMostFaults;) {
+    rows.resize(rows.size() + 1);
+    is_more = reader.next(rows.back().cells);
+    rows.back().number = reader.row();
+    if (!is_more) rows.pop_back();
+    if (is_more && rows.size() < kRowsAtOnce) continue;
+    records.add(rows, faults);
+    rows.clear();
   }
-  if (faults.empty()) return;
-  std::string text = "Nothing was imported.";
-  for (const std::string& fault : faults) text += "\n  " + fault;
-  text::fail(text::kInvalidArgument, text);
+  if (!faults.empty()) fail_on(faults, reader.path());
 }
 
 void run(const Options& options) {
@@ -60,7 +68,6 @@ void run(const Options& options) {
   model::Transaction transaction(database);
   RecordImport records(database, kind, header, std::move(new_record));
   take_rows(reader, records);
-  records.finish();
   transaction.commit();
   std::cout << records.added() << ' ' << kind.table << " added, " << records.changed()
             << " changed\n";

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "tools/content/shown_text.h"
 #include "tools/orv/model_file.h"
 #include "tools/orv/progress.h"
 #include "tools/orv/view_options.h"
@@ -24,7 +25,7 @@ void run(const Options& options) {
     const Progress progress("Drawing " + options.out);
     notes = views::draw(database, options.view, options.out);
   }
-  for (const std::string& note : notes) std::cout << note << '\n';
+  for (const std::string& note : notes) std::cout << content::without_controls(note) << '\n';
 }
 
 const Command command(60, [](CLI::App& program) {
