@@ -62,7 +62,7 @@ head -c 4 picture.svg
 echo
 orv report "$model" -o report.html --set snow
 orv report "$model" --deck "$deck" -o report.html --labels nodes
-grep -c -e '<h1>' -e 'Findings</h2>' -e 'Resultants</h2>' -e '<td class="">held</td>' report.html
+grep -c -e '<h1>' -e 'Findings</h2>' -e 'Resultants</h2>' -e '<td class="number">held</td>' report.html
 
 printf 'VertexID,FixedX,Stiffness\n2,-1,\n3,,4\n' >rigid.csv
 orv csv-import "$model" NodalRigidBoundaries rigid.csv

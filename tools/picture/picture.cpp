@@ -94,7 +94,7 @@ std::vector<std::string> notes_of(const geometry::Shape& shape, const Symbols& s
   }
   if (glyphs.no_label > 0) {
     notes.push_back(
-        sentence(glyphs.no_label, "label has", "labels have", " no room and is left out."));
+        sentence(glyphs.no_label, "label is", "labels are", " left out for want of room."));
   }
   return notes;
 }

@@ -5,6 +5,7 @@
 #include <map>
 #include <string_view>
 
+#include "tools/content/shown_text.h"
 #include "tools/picture/svg.h"
 #include "tools/report/style.h"
 
@@ -118,29 +119,32 @@ class Page {
   void resultants() {
     if (options_.resultants.empty()) return;
     text_ += "<h2>Resultants</h2>\n";
-    begin_table({"Of", "Loads", "Fx", "Fy", "Fz", "Mx", "My", "Mz", "about"}, 1, 8);
+    const auto& point = options_.resultants.front().point;
+    text_ += paragraph("Moments about (" + svg::readable(point[0]) + ", " +
+                           svg::readable(point[1]) + ", " + svg::readable(point[2]) + ").",
+                       " class=\"quiet\"");
+    begin_table({"Of", "Loads", "Fx", "Fy", "Fz", "Mx", "My", "Mz"}, 1, 8);
     for (const checks::Resultant& sum : options_.resultants) {
       text_ += "<tr>";
-      cell(sum.of, "text");
+      name_cell(sum.of);
       cell(svg::count(sum.records), "number");
       for (const double value : sum.rounded_force()) cell(svg::readable(value), "number");
       for (const double value : sum.rounded_moment()) cell(svg::readable(value), "number");
-      cell('(' + svg::readable(sum.point[0]) + ", " + svg::readable(sum.point[1]) + ", " +
-               svg::readable(sum.point[2]) + ')',
-           "");
       text_ += "</tr>\n";
     }
     end_table();
     for (const checks::Resultant& sum : options_.resultants) {
       if (sum.left_out > 0) {
-        text_ += paragraph(sum.of + ": without " + counted(sum.left_out, "record") +
-                               ", of which no coordinates, axes or finite numbers are known.",
-                           " class=\"quiet\"");
+        text_ +=
+            paragraph(content::shown_name(sum.of) + ": without " + counted(sum.left_out, "record") +
+                          ", of which no coordinates, axes or finite numbers are known.",
+                      " class=\"quiet\"");
       }
       if (sum.with_amplitude > 0) {
-        text_ += paragraph(sum.of + ": " + counted(sum.with_amplitude, "record") +
-                               " with an amplitude, which counts as 1.",
-                           " class=\"quiet\"");
+        text_ +=
+            paragraph(content::shown_name(sum.of) + ": " + counted(sum.with_amplitude, "record") +
+                          " with an amplitude, which counts as 1.",
+                      " class=\"quiet\"");
       }
     }
   }
@@ -159,7 +163,7 @@ class Page {
       text_ += "<tr>";
       cell(set.first, "");
       cell(std::to_string(set.second), "number");
-      cell(name, "text");
+      name_cell(name);
       std::string records;
       for (const auto& [table, count] : counts[set]) {
         records += (records.empty() ? "" : ", ") + svg::count(count) + ' ' + table;
@@ -213,7 +217,7 @@ class Page {
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
       const double value = table.values[record * table.columns.size() + column];
       if (const auto word = word_of(table.columns[column]); !word.empty()) {
-        cell(value == 0 ? "" : std::string(word), "");
+        cell(value == 0 ? "" : std::string(word), "number");  // below the column's name
       } else {
         cell(svg::exact(value), "number");
       }
@@ -222,10 +226,10 @@ class Page {
     for (const content::Key id : table.set_ids[record]) {
       const auto name = set_names_.find({table.sets, id});
       sets += (sets.empty() ? "" : "; ") +
-              (name != set_names_.end() ? name->second : std::to_string(id));
+              (name != set_names_.end() ? content::shown_name(name->second) : std::to_string(id));
     }
     cell(sets, "text");
-    if (has_descriptions_) cell(table.descriptions[record], "text");
+    if (has_descriptions_) name_cell(table.descriptions[record]);
     text_ += "</tr>\n";
   }
 
@@ -240,6 +244,9 @@ class Page {
   }
 
   void end_table() { text_ += "</tbody></table></div>\n"; }
+
+  // Pages of one name would help nobody.
+  void name_cell(const std::string& name) { cell(content::shown_name(name), "text"); }
 
   void cell(const std::string& text, const std::string& kind) {
     text_ += (kind.empty() ? "<td>" : "<td class=\"" + kind + "\">") + escaped(text) + "</td>";

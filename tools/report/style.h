@@ -12,7 +12,7 @@ h1 { font-size: 1.6rem; line-height: 1.2; margin: .4rem 0; overflow-wrap: anywhe
 h2 { font-size: 1.2rem; margin: 2rem 0 .5rem; padding-bottom: .2rem;
   border-bottom: 2px solid #d5dde5; }
 h3 { font-size: 1rem; margin: 1.2rem 0 .3rem; }
-p { margin: .4rem 0; }
+p { margin: .4rem 0; overflow-wrap: anywhere; }
 .quiet { color: #566371; }
 .picture svg { display: block; width: 100%; height: auto; border: 1px solid #d5dde5; }
 .legend { display: grid; grid-template-columns: repeat(auto-fill, minmax(15rem, 1fr)); gap: .3rem 1rem;
@@ -37,6 +37,7 @@ td.text { white-space: normal; min-width: 10rem; overflow-wrap: anywhere; }
   th, td { padding: .25rem .45rem; } }
 @media print { body { max-width: none; padding: 0; font-size: 10pt; }
   h2, h3 { break-after: avoid; } .finding, tr, .picture { break-inside: avoid; }
+  thead, tbody tr:nth-child(-n+2) { break-after: avoid; } .wide + p { break-before: avoid; }
   .wide { overflow: visible; } table { font-size: 8pt; } th, td { white-space: normal;
   padding: .15rem .4rem; } thead { display: table-header-group; }
   * { print-color-adjust: exact; -webkit-print-color-adjust: exact; } }
