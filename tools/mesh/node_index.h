@@ -17,11 +17,9 @@ class NodeIndex {
   NodeIndex() = default;
   /// The places of nodes in a list of them.
   explicit NodeIndex(std::span<const std::int32_t> nodes) {
-    reserve(nodes.size());
+    dense_.reserve(nodes.size() + 1);
     for (std::size_t place = 0; place < nodes.size(); ++place) insert(nodes[place], place);
   }
-
-  void reserve(std::size_t nodes) { dense_.reserve(nodes + 1); }
 
   /// Puts a node at a place, unless it has one; its place.
   std::uint32_t insert(std::int32_t node, std::size_t place) {

@@ -9,12 +9,9 @@ namespace model {
 /// holds what it should not.
 content::Content read_content(Database& database);
 
-/// The keys that a model gave to the records of a content, table by table.
-using Keys = std::vector<std::vector<content::Key>>;
-
-/// Writes a content into a model, inside the transaction that the caller has begun. Vertices and
-/// sets get the numbers that they have, which the model must not have yet; records with the number
-/// 0 get new ones. Texts and numbers that a model cannot hold are refused with a sentence.
-Keys write_content(Database& database, const content::Content& content);
+/// Writes the content of a deck into a model, inside the transaction that the caller has begun.
+/// Vertices and sets get the numbers that they have, which the model must not have yet. Records are
+/// new, without a description, and in one set each; they get their keys in their order.
+void write_content(Database& database, const content::Content& content);
 
 }  // namespace model
