@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -18,6 +19,14 @@ constexpr bool same_name(std::wstring_view a, std::wstring_view b) {
   }
   return true;
 }
+
+/// Orders names so that those that are the same are equal.
+struct NameOrder {
+  using is_transparent = void;
+  bool operator()(std::wstring_view a, std::wstring_view b) const {
+    return std::ranges::lexicographical_compare(a, b, {}, folded, folded);
+  }
+};
 
 constexpr bool has_prefix(std::wstring_view name, std::wstring_view prefix) {
   return same_name(name.substr(0, prefix.size()), prefix);

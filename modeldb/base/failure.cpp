@@ -10,17 +10,16 @@ void fail(HRESULT result, std::wstring_view sentence) {
   com::fail(result, L"Orv_ModelDb", sentence);
 }
 
-void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause,
-                  std::wstring missing_column) {
+void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause, TextFault fault) {
   try {
     fail(result, std::wstring(subject) + clause);
   } catch (const com::Error& error) {
-    throw TextError(error, std::move(clause), std::move(missing_column));
+    throw TextError(error, std::move(clause), std::move(fault));
   }
 }
 
 void fail_on_text(std::wstring_view subject, const TextError& error) {
-  fail_on_text(error.result(), subject, error.clause(), error.missing_column());
+  fail_on_text(error.result(), subject, error.clause(), error.fault());
 }
 
 std::wstring quoted(std::wstring_view text) {

@@ -40,26 +40,31 @@ inline constexpr HRESULT kErrorsInCommand = static_cast<HRESULT>(0x80040E14);
 /// and what to do about it.
 [[noreturn]] void fail(HRESULT result, std::wstring_view sentence);
 
+/// What can be told from an engine's words on a text; each empty when it is not that.
+struct TextFault {
+  std::wstring missing_column;  ///< "Magnitud", as the text has it
+  std::wstring last_word;       ///< at which the engine gave up
+};
+
 /// What is wrong with a text that a client has written, whatever that text is called. Its sentence
 /// is what was raised on, followed by the clause.
 class TextError : public com::Error {
  public:
-  TextError(const com::Error& error, std::wstring clause, std::wstring missing_column)
-      : com::Error(error), clause_(std::move(clause)), missing_column_(std::move(missing_column)) {}
+  TextError(const com::Error& error, std::wstring clause, TextFault fault)
+      : com::Error(error), clause_(std::move(clause)), fault_(std::move(fault)) {}
 
   /// " cannot be run: no such column: Magnitud. Correct it."
   [[nodiscard]] const std::wstring& clause() const { return clause_; }
-  /// "Magnitud", as the text has it, when it is a column's name that is wrong; otherwise empty.
-  [[nodiscard]] const std::wstring& missing_column() const { return missing_column_; }
+  [[nodiscard]] const TextFault& fault() const { return fault_; }
 
  private:
   std::wstring clause_;
-  std::wstring missing_column_;
+  TextFault fault_;
 };
 
 /// Raises a TextError: "The statement \"SELECT Nope\"", followed by the clause.
 [[noreturn]] void fail_on_text(HRESULT result, std::wstring_view subject, std::wstring clause,
-                               std::wstring missing_column = {});
+                               TextFault fault = {});
 /// Raises the same of a text that is called something else.
 [[noreturn]] void fail_on_text(std::wstring_view subject, const TextError& error);
 

@@ -49,10 +49,9 @@ void for_each_source(std::wstring_view sql, Visit&& visit) {
 
 Columns::Columns(std::vector<ResultColumn> columns, std::wstring_view sql)
     : columns_(std::move(columns)) {
-  for (auto column = columns_.begin(); column != columns_.end(); ++column) {
-    for (auto other = columns_.begin(); other != column; ++other) {
-      if (same_name(other->name, column->name)) other->ambiguous = column->ambiguous = true;
-    }
+  for (int i = 0; i < size(); ++i) {
+    const auto [first, is_new] = by_name_.emplace(columns_[i].name, i);
+    if (!is_new) columns_[first->second].ambiguous = columns_[i].ambiguous = true;
   }
   for_each_source(sql, [&](auto name, auto table) {
     sources_.push_back({std::wstring(name), std::wstring(table)});
@@ -77,13 +76,14 @@ int Columns::find(std::wstring_view name) const {
 }
 
 int Columns::find_by_name(std::wstring_view name) const {
-  for (int tried = 0; tried < size(); ++tried) {
-    if (expected_next_ >= size()) expected_next_ = 0;
-    const int column = expected_next_++;
-    if (!same_name(columns_[column].name, name)) continue;
-    return columns_[column].ambiguous ? kAmbiguous : column;
+  int column = expected_next_;
+  if (column >= size() || !same_name(columns_[column].name, name)) {
+    const auto found = by_name_.find(name);
+    if (found == by_name_.end()) return kNotFound;
+    column = found->second;
   }
-  return kNotFound;
+  expected_next_ = column + 1 < size() ? column + 1 : 0;
+  return columns_[column].ambiguous ? kAmbiguous : column;
 }
 
 int Columns::find_by_origin(std::wstring_view source, std::wstring_view name) const {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "modeldb/base/ascii.h"
 
 namespace modeldb {
 
@@ -21,6 +24,8 @@ class Columns {
  public:
   /// The columns of the statement `sql`.
   Columns(std::vector<ResultColumn> columns, std::wstring_view sql);
+  Columns(const Columns&) = delete;
+  Columns& operator=(const Columns&) = delete;
 
   [[nodiscard]] int size() const { return static_cast<int>(columns_.size()); }
   [[nodiscard]] const std::wstring& name(int column) const { return columns_[column].name; }
@@ -51,6 +56,7 @@ class Columns {
   [[nodiscard]] std::wstring list() const;
 
   std::vector<ResultColumn> columns_;
+  std::map<std::wstring_view, int, NameOrder> by_name_;
   std::vector<Source> sources_;
   // Whoever reads a row by name mostly reads the columns in their order.
   mutable int expected_next_ = 0;

@@ -25,7 +25,7 @@ std::wstring list_of_tables(const Catalogue& catalogue) {
 /// The name of the column that the model does not have, when that is what is wrong: as it stands
 /// behind the name of the table, or all of it for a property of a property, such as Vertex.ID.
 std::wstring missing_column(const Kind& kind, const TextError& error) {
-  std::wstring own = error.missing_column();
+  std::wstring own = error.fault().missing_column;
   const auto dot = own.rfind(L'.');
   if (dot == std::wstring::npos) return own;
   return same_name(own.substr(0, dot), kind.table) ? own.substr(dot + 1) : own.erase(dot, 1);
@@ -47,16 +47,12 @@ struct Part {
   std::vector<std::wstring> queries;
 };
 
-/// The clause of a failure, without a word that the client did not write: SQLite names the one at
-/// which it gave up, which stands behind the part when the part ends too early.
-std::wstring clause_on(const Part& part, const std::wstring& clause) {
-  constexpr std::wstring_view kNear = L": near \"";
-  const auto place = clause.find(kNear);
-  if (place == std::wstring::npos) return clause;
-  const auto word = place + kNear.size();
-  const auto end = clause.find(L'"', word);
-  const bool is_theirs = part.text.find(clause.substr(word, end - word)) != std::wstring::npos;
-  return is_theirs ? clause : L" is not complete.";
+/// The clause of a failure, without a word that the client did not write: the engine names the one
+/// at which it gave up, which stands behind the part when the part ends too early.
+std::wstring clause_on(const Part& part, const TextError& error) {
+  const std::wstring& word = error.fault().last_word;
+  const bool is_theirs = word.empty() || part.text.find(word) != std::wstring::npos;
+  return is_theirs ? error.clause() : L" is not complete.";
 }
 
 void require_sound(const Model& model, const Kind& kind, const Part& part) {
@@ -64,8 +60,8 @@ void require_sound(const Model& model, const Kind& kind, const Part& part) {
     try {
       (void)model.database()->execute_text(query, Trust::kRead);
     } catch (const TextError& error) {
-      fail(error.result(), part.subject + clause_on(part, error.clause()) + L" " +
-                               advice(kind, error, part.advice));
+      fail(error.result(),
+           part.subject + clause_on(part, error) + L" " + advice(kind, error, part.advice));
     }
   }
 }

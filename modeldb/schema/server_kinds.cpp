@@ -5,10 +5,10 @@
 
 #include <map>
 #include <ranges>
+#include <set>
 #include <string_view>
 
 #include "com/type_description.h"
-#include "com/variant.h"
 #include "host/protocol.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/schema/host_kinds.h"
@@ -80,45 +80,29 @@ std::wstring piece(const com::Ptr<IPersistentObject>& record, host::SqlPiece cod
   return std::wstring(text.view());
 }
 
-/// A value that no column of whole numbers can show.
-constexpr double kFraction = 0.5;
-constexpr std::wstring_view kFractionText = L"0.5";
-
-void put_fraction_into_reals(const com::Ptr<IPersistentObject>& record,
-                             const com::Ptr<ITypeInfo>& info) {
+/// The record's properties that are floating point numbers. Their columns bear the same names.
+std::set<std::wstring, std::less<>> real_properties(const com::Ptr<ITypeInfo>& info) {
+  std::set<std::wstring, std::less<>> names;
   const com::TypeAttributes attributes(info);
   for (UINT index = 0; index < attributes->cFuncs; ++index) {
     const com::FunctionDescription function(info, index);
     if (function->invkind != INVOKE_PROPERTYPUT || function->cParams != 1) continue;
     if (function->lprgelemdescParam[0].tdesc.vt != VT_R8) continue;
-
-    const com::Variant value(kFraction);
-    DISPID named = DISPID_PROPERTYPUT;
-    DISPPARAMS parameters{com::mutable_address(value), &named, 1, 1};
-    com::check(record->Invoke(function->memid, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYPUT,
-                              &parameters, nullptr, nullptr, nullptr));
+    names.emplace(com::name_of(info, function->memid).view());
   }
+  return names;
 }
 
-/// A record's columns. Its texts give the names; which are real shows in the assignments of a
-/// record whose real properties all hold a fraction.
+/// A record's columns: the description first, then numbers.
 std::vector<Column> columns_of(const com::Ptr<IPersistentObject>& record,
                                const com::Ptr<ITypeInfo>& info) {
-  put_fraction_into_reals(record, info);
+  const auto reals = real_properties(info);
   const std::wstring names = piece(record, host::SqlPiece::kColumns);
-  const std::wstring assignments = piece(record, host::SqlPiece::kAssignments);
-  const auto shows_fraction = [&](const std::wstring& name) {
-    return assignments.find(L", " + name + L" = " + std::wstring(kFractionText)) !=
-           std::wstring::npos;
-  };
-
   std::vector<Column> columns;
   for (const auto part : std::views::split(names, std::wstring_view(L", "))) {
     const std::wstring name(part.begin(), part.end());
-    const ColumnType type = columns.empty()        ? ColumnType::kText
-                            : shows_fraction(name) ? ColumnType::kReal
-                                                   : ColumnType::kInteger;
-    columns.push_back({name, type});
+    const ColumnType number = reals.contains(name) ? ColumnType::kReal : ColumnType::kInteger;
+    columns.push_back({name, columns.empty() ? ColumnType::kText : number});
   }
   return columns;
 }

@@ -79,10 +79,17 @@ std::wstring with_reason(std::wstring_view clause, std::wstring_view reason) {
   return place == std::wstring::npos ? text : text.replace(place, 1, reason);
 }
 
-std::wstring missing_column(std::wstring_view reason) {
-  constexpr std::wstring_view kWords = L"no such column: ";
-  if (!reason.starts_with(kWords)) return {};
-  return std::wstring(reason.substr(kWords.size()));
+/// By the words of SQLite's parser.
+TextFault fault_in(std::wstring_view reason) {
+  constexpr std::wstring_view kColumn = L"no such column: ";
+  constexpr std::wstring_view kNear = L"near \"";
+  TextFault fault;
+  if (reason.starts_with(kColumn)) fault.missing_column = reason.substr(kColumn.size());
+  if (reason.starts_with(kNear)) {
+    reason.remove_prefix(kNear.size());
+    fault.last_word = reason.substr(0, reason.find(L'"'));
+  }
+  return fault;
 }
 
 }  // namespace
@@ -95,7 +102,7 @@ void fail_as_sqlite(const SqliteFailure& failure) {
     fail(answer.result, L"The model database " + quoted(failure.path) + clause);
   }
   fail_on_text(answer.result, L"The statement " + quoted(failure.sql), std::move(clause),
-               missing_column(failure.reason));
+               fault_in(failure.reason));
 }
 
 }  // namespace modeldb

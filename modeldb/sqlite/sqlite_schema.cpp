@@ -1,16 +1,9 @@
 #include "modeldb/sqlite/sqlite_schema.h"
 
-#include <algorithm>
-
-#include "modeldb/base/ascii.h"
 #include "modeldb/sqlite/sqlite_statement.h"
 #include "modeldb/sqlite/upgrade.h"
 
 namespace modeldb {
-
-bool SqliteSchema::NameOrder::operator()(const std::wstring& a, const std::wstring& b) const {
-  return std::ranges::lexicographical_compare(a, b, {}, folded, folded);
-}
 
 SqliteSchema::SqliteSchema(SqliteFile& file) : file_(file), version_(file.schema_version()) {
   SqliteStatement rows(file, L"SELECT name, type, sql FROM sqlite_schema", Trust::kHost);
@@ -20,9 +13,7 @@ SqliteSchema::SqliteSchema(SqliteFile& file) : file_(file), version_(file.schema
   }
 }
 
-bool SqliteSchema::has(std::wstring_view name) const {
-  return entries_.contains(std::wstring(name));
-}
+bool SqliteSchema::has(std::wstring_view name) const { return entries_.contains(name); }
 
 const SchemaEntry& SqliteSchema::entry(const TableDefinition& table) const {
   return entries_.at(table.name);

@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "modeldb/base/ascii.h"
 #include "modeldb/sqlite/shape.h"
 
 namespace modeldb {
@@ -23,10 +24,6 @@ class SqliteSchema final : public Schema {
   void set_version(int version) override;
 
  private:
-  struct NameOrder {
-    bool operator()(const std::wstring& a, const std::wstring& b) const;
-  };
-
   [[nodiscard]] const SchemaEntry& entry(const TableDefinition& table) const;
 
   SqliteFile& file_;

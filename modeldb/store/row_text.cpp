@@ -1,5 +1,6 @@
 #include "modeldb/store/row_text.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -34,13 +35,17 @@ class Walk {
     advance();
   }
 
-  Literal number() {
+  /// The value in a column, up to the next comma.
+  Literal number(std::size_t column) {
     const wchar_t* const begin = token_.text.data();
     if (token_.is_operator(L'-')) advance();
-    if (token_.kind != TokenKind::kNumber) refuse();
-    const auto value = parse_number({begin, token_.end()});
-    if (!value) refuse();
-    advance();
+    const auto value =
+        token_.kind == TokenKind::kNumber ? parse_number({begin, token_.end()}) : std::nullopt;
+    if (value) advance();
+    if (!value || !(at_end() || token_.is_operator(L','))) {
+      const auto text = text_.substr(begin - text_.data());
+      throw NoNumber{column, text.substr(0, text.find(L','))};
+    }
     return *value;
   }
 
@@ -103,7 +108,7 @@ void append_values(std::wstring_view values, std::wstring_view description, Boun
   Walk walk(numbers, kExpected);
   while (!walk.at_end()) {
     walk.symbol(L',');
-    append(walk.number());
+    append(walk.number(out.values.size()));
   }
   walk.finish();
 }
@@ -127,7 +132,7 @@ void append_assignments(std::wstring_view assignments, std::wstring_view descrip
     const auto name = walk.name();
     walk.symbol(L'=');
     out.text += L", ";
-    append_assignment(name, walk.number(), out);
+    append_assignment(name, walk.number(out.values.size()), out);
   }
   walk.finish();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "modeldb/engine/literal.h"
@@ -9,8 +10,14 @@ namespace modeldb {
 // A record's texts of its own row: 'description', number, number, ... The description stands
 // between its quotes as it is, so that its end cannot be told from the text; whoever knows the
 // description says what it is. Everything else must be plain names and numbers. A text that is
-// anything else is refused with a sentence (kInvalidArgument), so that nothing in it can ever act
-// as SQL.
+// anything else is refused with a sentence (kInvalidArgument), or by NoNumber, so that
+// nothing in it can ever act as SQL.
+
+/// Thrown of a value that is no number.
+struct NoNumber {
+  std::size_t column;      ///< counted from the description's, which is 0
+  std::wstring_view text;  ///< what stands in the value's place
+};
 
 /// Appends a values text, such as  'Tip load', 12, 250, -1  : a parameter for every value.
 void append_values(std::wstring_view values, std::wstring_view description, BoundText& out);
