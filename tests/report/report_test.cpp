@@ -76,10 +76,22 @@ TEST(Html, TellsFindingsWithTheWorstFirstResultantsSetsAndRecords) {
 
 TEST(Html, LongTablesAreCutAndSaySo) {
   Options options;
+  for (int i = 0; i < 101; ++i) {
+    options.findings.push_back({.code = "no-set", .what = "Finding " + std::to_string(i)});
+    checks::Resultant sum;
+    sum.of = "Set " + std::to_string(i);
+    options.resultants.push_back(sum);
+  }
+  options.resultants.push_back(options.resultants.front());
+  options.resultants.back().of = "Step 1";
+  options.resultants.back().step = 1;
   options.rows = 1;
   const std::string text = page(options);
   EXPECT_THAT(text, HasSubstr("The first 1 of 4 records."));
   EXPECT_THAT(text, Not(HasSubstr("The first 1 of 1 ")));
+  EXPECT_THAT(text, HasSubstr("The first 100 of 101 findings"));
+  EXPECT_THAT(text, Not(HasSubstr("Set 100")));
+  EXPECT_THAT(text, HasSubstr("<td class=\"text\">Step 1</td>"));
 }
 
 }  // namespace

@@ -96,3 +96,7 @@ Next
 For Each finding In CreateObject("Orv_Tools.Check").Run(model)
     WScript.Echo finding.Code & " " & (InStr(page, finding.Code) > 0)
 Next
+
+' A node of which a coordinate is not known lies nowhere, not at 0.
+model.Connection.Execute "UPDATE Vertices SET X = NULL WHERE VertexID = 3"
+WScript.Echo CreateObject("Orv_Tools.Check").Run(model)(0)

@@ -86,6 +86,9 @@ wait $!
 echo "(exit status $?)"
 "${program[@]}" list "$model" 2>&1 >/dev/full
 echo "(exit status $?)"
+printf 'NodalForceID,VertexID,Magnitude\n11,,7\n' >stays.csv
+orv csv-import "$model" force stays.csv
+orv list "$model" force --csv --where 'NodalForceID = 11' | grep -o '",1,0,0,0,1,7,0'
 {
   echo VertexID,Magnitude
   for row in {2..600}; do ((row % 400 == 2)) && echo 3,x || echo 3,1; done

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <ranges>
 
 #include "tools/checks/acting.h"
 #include "tools/checks/single_checks.h"
@@ -28,9 +29,12 @@ class StepChecks {
 
   /// Two records of a step speak of one degree of freedom.
   void look_at_clash(const Action& before, const Statement& now, const Origin& from) {
-    const bool is_same_record = std::ranges::any_of(before.from, [&from](const Origin& each) {
-      return each.batch->table == from.batch->table && each.record == from.record;
-    });
+    const content::Table& table = *from.batch->table;
+    const bool is_in_sets = table.set_ids[from.record].size() > 1;
+    const bool is_same_record =
+        is_in_sets && std::ranges::any_of(before.from, [&from](const Origin& each) {
+          return each.batch->table == from.batch->table && each.record == from.record;
+        });
     switch (now.effect) {
       case Effect::force:
       case Effect::heat:
@@ -54,8 +58,10 @@ class StepChecks {
 
   /// Whether one of the records that made the sum has just this value.
   static bool says_the_same(const Action& before, const Statement& now) {
+    // A degree of freedom that carries more than that carries a sum on purpose.
+    constexpr std::size_t kMost = 1000;
     std::vector<Statement> statements;
-    for (const Origin& each : before.from) {
+    for (const Origin& each : before.from | std::views::take(kMost)) {
       read_statements(*each.batch->table, each.record, statements);
       for (const Statement& one : statements) {
         if (one.freedom == now.freedom && one.value == now.value) return true;

@@ -18,9 +18,11 @@ CheckedModel::CheckedModel(Database& database)
 void require_step(const checks::Subject& subject, int step) {
   const int steps = checks::schedule_of(subject).steps;
   if (0 <= step && step <= steps) return;
-  text::fail(text::kInvalidArgument, "The model has no step " + std::to_string(step) +
-                                         ". Its steps are 1 to " + std::to_string(steps) +
-                                         "; 0 is the part before the first.");
+  text::fail(
+      text::kInvalidArgument,
+      "The model has no step " + std::to_string(step) +
+          (steps == 1 ? ". It has one step, 1" : ". Its steps are 1 to " + std::to_string(steps)) +
+          "; 0 is the part before the first.");
 }
 
 }  // namespace model

@@ -173,6 +173,7 @@ long RecordImport::read_key(const Cells& cells) {
 
 long RecordImport::read_vertex(const Cells& cells) {
   const std::string& text = cell(cells, vertex_);
+  if (text.empty()) throw RowFault{"VertexID", "the number of the record's node is missing."};
   const long vertex = read_whole("VertexID", text);
   const auto found = vertices_.find(vertex);
   std::array<double, 3> place{};
@@ -273,7 +274,8 @@ void RecordImport::change(const Cells& cells, long key, long vertex,
   const std::vector<double> values = read_values(cells);
   new_vertices_.finish();
   const std::string where = " WHERE " + kind_.key() + " = " + std::to_string(key);
-  std::string sql = "UPDATE " + kind_.table + " SET VertexID = " + std::to_string(vertex);
+  std::string sql = "UPDATE " + kind_.table +
+                    " SET VertexID = " + (vertex == 0 ? "VertexID" : std::to_string(vertex));
   if (description_ != kAbsent) sql += ", Description = " + sql_literal(cell(cells, description_));
   for (std::size_t i = 0; i < values_.size(); ++i) {
     if (values_[i] == kAbsent) continue;
@@ -311,7 +313,8 @@ void RecordImport::add(const Cells& cells) {
                            std::to_string(columns_.size()) + "."};
   }
   const long key = read_key(cells);
-  const long vertex = read_vertex(cells);
+  const bool stays = key != 0 && cell(cells, vertex_).empty();
+  const long vertex = stays ? 0 : read_vertex(cells);
   const std::vector<long> sets = read_sets(cells);
   if (key == 0) {
     add_new(cells, vertex, sets);

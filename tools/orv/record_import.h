@@ -47,7 +47,8 @@ class SeenNumbers {
 /// Takes rows of texts over into the records of a kind, inside the transaction that the caller has
 /// begun. Columns bear the names that Listing gives them, in any order.
 ///
-/// A row with a key changes that record; one without makes a new record. A column that is not there
+/// A row with a key changes that record, which stays on its vertex where VertexID is empty; one
+/// without makes a new record. A column that is not there
 /// leaves a record as it is; there, and where a cell is empty, a new one keeps its own value. Sets
 /// that the model does not have are made; so are vertices, when their coordinates are given.
 ///

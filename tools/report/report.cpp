@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <map>
+#include <ranges>
 #include <string_view>
 
 #include "tools/content/shown_text.h"
@@ -22,6 +24,9 @@ std::string paragraph(const std::string& text, const std::string& attributes = "
 std::string counted(std::size_t count, const std::string& noun) {
   return svg::count(count) + ' ' + noun + (count == 1 ? "" : "s");
 }
+
+// Findings and sets beyond are counted: a page that is too long to read helps nobody.
+constexpr std::size_t kMost = 100;
 
 // The names of sets by the names of their tables and their keys.
 using SetNames = std::map<std::pair<std::string, content::Key>, std::string>;
@@ -105,7 +110,7 @@ class Page {
     if (options_.findings.empty()) text_ += paragraph("Nothing was found.");
     auto findings = options_.findings;
     std::ranges::stable_sort(findings, std::ranges::greater(), &checks::Finding::severity);
-    for (const checks::Finding& finding : findings) {
+    for (const checks::Finding& finding : findings | std::views::take(kMost)) {
       constexpr std::array<const char*, 3> names = {"note", "warning", "error"};
       const std::string name = names.at(static_cast<std::size_t>(finding.severity));
       text_ += "<div class=\"finding " + name + "\"><b>" + name + "</b> <code>" +
@@ -114,6 +119,13 @@ class Page {
       if (!finding.advice.empty()) text_ += paragraph(finding.advice);
       text_ += "</div>\n";
     }
+    tell_of_rest(findings.size(), "findings, the worst first; orv check prints all.");
+  }
+
+  void tell_of_rest(std::size_t count, const std::string& what) {
+    if (count <= kMost) return;
+    text_ += paragraph("The first " + svg::count(kMost) + " of " + svg::count(count) + ' ' + what,
+                       " class=\"quiet\"");
   }
 
   void resultants() {
@@ -124,7 +136,12 @@ class Page {
                            svg::readable(point[1]) + ", " + svg::readable(point[2]) + ").",
                        " class=\"quiet\"");
     begin_table({"Of", "Loads", "Fx", "Fy", "Fz", "Mx", "My", "Mz"}, 1, 8);
+    // Steps stand behind the sets, which may be many.
+    const auto is_step = [](const checks::Resultant& sum) { return sum.step > 0; };
+    const auto sets = std::ranges::count_if(options_.resultants, std::not_fn(is_step));
+    std::size_t told = 0;
     for (const checks::Resultant& sum : options_.resultants) {
+      if (!is_step(sum) && ++told > kMost) continue;
       text_ += "<tr>";
       name_cell(sum.of);
       cell(svg::count(sum.records), "number");
@@ -133,7 +150,8 @@ class Page {
       text_ += "</tr>\n";
     }
     end_table();
-    for (const checks::Resultant& sum : options_.resultants) {
+    tell_of_rest(static_cast<std::size_t>(sets), "sets with forces, and the steps.");
+    for (const checks::Resultant& sum : options_.resultants | std::views::take(kMost)) {
       if (sum.left_out > 0) {
         text_ +=
             paragraph(content::shown_name(sum.of) + ": without " + counted(sum.left_out, "record") +
@@ -159,7 +177,7 @@ class Page {
     if (set_names_.empty() && counts.empty()) return;
     text_ += "<h2>Sets</h2>\n";
     begin_table({"Table", "Key", "Name", "Records"}, 1, 2);
-    for (const auto& [set, name] : set_names_) {
+    for (const auto& [set, name] : set_names_ | std::views::take(kMost)) {
       text_ += "<tr>";
       cell(set.first, "");
       cell(std::to_string(set.second), "number");
@@ -172,6 +190,7 @@ class Page {
       text_ += "</tr>\n";
     }
     end_table();
+    tell_of_rest(set_names_.size(), "sets.");
   }
 
   void tables() {
