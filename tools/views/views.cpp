@@ -71,7 +71,7 @@ void require_sets(const content::Content& content, const std::vector<std::string
 }
 
 /// What tells the deck of a picture from the one that the model came from, as a sentence; empty,
-/// if it is that deck.
+/// if they have the same nodes.
 std::string note_of_deck(const deck::Deck& deck, const checks::Subject& subject,
                          const Options& options) {
   const content::Vertices& vertices = subject.content.vertices;
@@ -83,12 +83,12 @@ std::string note_of_deck(const deck::Deck& deck, const checks::Subject& subject,
     const bool is_there = place != mesh::NodeIndex::none;
     if (!is_there || deck.mesh.coordinates[place] != vertices.coordinates[i]) ++elsewhere;
   }
+  // Such as the deck that was exported from the model: its mesh is the model's.
+  if (elsewhere == 0) return "";
   return "The mesh is that of \"" + options.deck + "\". It is not, or no more, the deck \"" +
-         subject.source.deck + "\" from which the model was imported: " +
-         (elsewhere == 0 ? "all nodes of the model lie where they lie in it."
-                         : std::to_string(elsewhere) + " of the model's " +
-                               std::to_string(vertices.ids.size()) +
-                               " nodes lie elsewhere in it, or are not there.");
+         subject.source.deck +
+         "\" from which the model was imported: " + std::to_string(elsewhere) + " of the model's " +
+         std::to_string(vertices.ids.size()) + " nodes lie elsewhere in it, or are not there.";
 }
 
 /// Nodes with axes of their own are known from the deck alone.
