@@ -134,8 +134,8 @@ class Variant {
 /// convert, such as one that is left out, counts as true.
 struct OptionalFlag {
   explicit OptionalFlag(const VARIANT& argument) {
-    if (argument.vt == VT_BOOL) {
-      value = argument.boolVal != VARIANT_FALSE;
+    if (argument.vt == VT_BOOL || argument.vt == VT_I2) {
+      value = argument.iVal != VARIANT_FALSE;
       return;
     }
     // Into a value of its own: a string in the argument belongs to the caller.

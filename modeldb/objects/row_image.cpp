@@ -41,19 +41,20 @@ void RowImage::change_row(bool is_new) {
   });
 }
 
-template <class T>
-bool RowImage::complete(Value<T>& value, std::size_t column, T stored) {
-  value.saved = std::move(stored);
+template <class T, class Stored>
+bool RowImage::complete(Value<T>& value, std::size_t column, Stored stored) {
+  // Most often nothing is new: a set is looked up for every record that is saved in it.
+  if (!(value.saved == stored)) value.saved = T(stored);
+  const bool same = value.current == value.saved;
   Origin& origin = origins_[column];
-  if (origin != Origin::kPut) {
-    value.current = value.saved;
-    origin = Origin::kStored;
-  }
-  return value.current == value.saved;
+  if (origin == Origin::kPut) return same;
+  if (!same) value.current = value.saved;
+  origin = Origin::kStored;
+  return true;
 }
 
-RowImage::Text RowImage::stored(const Statement& row, const Value<Text>&, std::size_t column) {
-  return Text(row.text(static_cast<int>(column)));
+std::wstring_view RowImage::stored(const Statement& row, const Value<Text>&, std::size_t column) {
+  return row.text(static_cast<int>(column));
 }
 
 double RowImage::stored(const Statement& row, const Value<double>&, std::size_t column) {
@@ -77,7 +78,10 @@ bool RowImage::was_stored_as(const Statement& row) const {
 }
 
 void RowImage::commit() {
-  for_each(*this, [&](auto& value, std::size_t column) { store(value, column, value.current); });
+  for_each(*this, [&](auto& value, std::size_t column) {
+    if (!(value.saved == value.current)) value.saved = value.current;
+    origins_[column] = Origin::kStored;
+  });
 }
 
 void RowImage::take_back(const RowImage& before) {

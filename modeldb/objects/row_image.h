@@ -64,6 +64,7 @@ class RowImage {
     [[nodiscard]] std::wstring_view view() const { return text_.view(); }
     operator std::wstring_view() const { return view(); }
     bool operator==(const Text& other) const { return view() == other.view(); }
+    bool operator==(std::wstring_view other) const { return view() == other; }
 
    private:
     com::Bstr text_;
@@ -89,11 +90,12 @@ class RowImage {
     value.saved = value.current = std::move(stored);
     origins_[column] = Origin::kStored;
   }
-  template <class T>
-  bool complete(Value<T>& value, std::size_t column, T stored);
+  template <class T, class Stored>
+  bool complete(Value<T>& value, std::size_t column, Stored stored);
 
   // What the row says of a value in its column.
-  static Text stored(const Statement& row, const Value<Text>& value, std::size_t column);
+  static std::wstring_view stored(const Statement& row, const Value<Text>& value,
+                                  std::size_t column);
   static double stored(const Statement& row, const Value<double>& value, std::size_t column);
 
   /// Calls `visit` with every value and its column, the description's 0.
