@@ -119,12 +119,18 @@ inline void print_heading(std::string_view title) {
 }
 
 /// A measurement beside another, and the ratio that is wanted at most.
-inline void print_comparison(std::string_view name, const Samples& samples, std::size_t other,
-                             double wanted = kNothingWanted) {
+inline void print_pair(std::string_view name, const Samples& samples, std::size_t first,
+                       std::size_t other, double wanted = kNothingWanted) {
   std::printf("  %-50.*s %9.0f %9.0f %7.2f", static_cast<int>(name.size()), name.data(),
-              samples.time(0), samples.time(other), samples.ratio(0, other));
+              samples.time(first), samples.time(other), samples.ratio(first, other));
   if (wanted != kNothingWanted) std::printf(" %7.2f", wanted);
   std::printf("\n");
+}
+
+/// The first measurement beside another.
+inline void print_comparison(std::string_view name, const Samples& samples, std::size_t other,
+                             double wanted = kNothingWanted) {
+  print_pair(name, samples, 0, other, wanted);
 }
 
 /// Measures both in turn and prints the first beside the second.

@@ -15,8 +15,8 @@ constexpr char kUsage[] =
     "orv_bench [SECTION] [--collection N] [--saved N]\n"
     "\n"
     "  SECTION         text, late-binding, creation, memory, collections, database-save,\n"
-    "                  database-load or bulk, or a part of a name, such as database; all unless "
-    "told\n"
+    "                  database-load, history or bulk, or a part of a name, such as database; "
+    "all unless told\n"
     "  --collection N  size of the largest collection (1000000); smaller by tenths down to 10000\n"
     "  --saved N       number of forces to compare with SQLite alone (100000)\n";
 
@@ -33,6 +33,7 @@ constexpr Section kSections[] = {
     {"collections", bench::run_collections},
     {"database-save", bench::run_saving},
     {"database-load", bench::run_loading},
+    {"history", bench::run_history},
     {"bulk", bench::run_bulk},
 };
 

@@ -10,9 +10,13 @@ ScratchFile::ScratchFile() {
           std::to_wstring(++number) + L".orvdb";
 }
 
-Model::Model(const ScratchFile& file)
+Model::Model(const ScratchFile& file, bool keeps_history)
     : database_(Factory<IModelDatabaseFile>(__uuidof(ModelDatabase)).create()) {
   com::check(database_->Open(com::Bstr(file.path()).get()), database_);
+  if (keeps_history) return;
+  com::Ptr<IHistory> history;
+  com::check(database_->get_History(history.put()), database_);
+  com::check(history->put_MaximumSteps(0), history);
 }
 
 void fill(INodalForce& force) {

@@ -50,7 +50,8 @@ class ScratchFile {
 /// that they have inside a host.
 class Model {
  public:
-  explicit Model(const ScratchFile& file);
+  /// The history is what it costs: it is off unless it is measured.
+  explicit Model(const ScratchFile& file, bool keeps_history = false);
   Model(const Model&) = delete;
   Model& operator=(const Model&) = delete;
   ~Model() { database_->Close(); }

@@ -12,6 +12,7 @@ void run_memory(const Options& options);
 void run_collections(const Options& options);
 void run_saving(const Options& options);
 void run_loading(const Options& options);
+void run_history(const Options& options);
 void run_bulk(const Options& options);
 
 }  // namespace bench

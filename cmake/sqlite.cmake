@@ -16,6 +16,8 @@ add_library(orv_sqlite STATIC EXCLUDE_FROM_ALL ${ORV_SQLITE_DIR}/sqlite3.c)
 add_dependencies(orv_sqlite orv_sqlite_sources)
 target_include_directories(orv_sqlite SYSTEM INTERFACE ${ORV_SQLITE_DIR})
 target_compile_options(orv_sqlite PRIVATE -w)
+# Tells of each row before it changes, for what can be undone.
+target_compile_definitions(orv_sqlite PUBLIC SQLITE_ENABLE_PREUPDATE_HOOK)
 # SQLite's own recommendations, but for threads: a host may call from several.
 target_compile_definitions(
   orv_sqlite

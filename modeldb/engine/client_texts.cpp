@@ -6,6 +6,7 @@
 #include "modeldb/base/failure.h"
 #include "modeldb/engine/client_text.h"
 #include "modeldb/engine/database.h"
+#include "modeldb/engine/savepoint.h"
 
 namespace modeldb {
 
@@ -55,7 +56,15 @@ TextResult ClientTexts::run(std::wstring_view text, TextKind kind, TextShape* sh
                             Seconds time_limit) {
   if (kind == TextKind::kSelect) return {prepare(text, Trust::kRead, shape, time_limit)};
   database_.engine().require_writable();
-  return {{}, prepare(text, Trust::kWrite, shape, time_limit)->run()};
+  return {{}, run_change(*prepare(text, Trust::kWrite, shape, time_limit))};
+}
+
+std::int64_t ClientTexts::run_change(Statement& statement) {
+  if (database_.transactions().is_open()) return statement.run();
+  Savepoint whole(database_);
+  const std::int64_t rows = statement.run();
+  whole.release();
+  return rows;
 }
 
 StatementLease ClientTexts::prepare(std::wstring_view text, Trust author, TextShape* shape,

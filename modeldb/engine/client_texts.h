@@ -18,7 +18,7 @@ struct TextResult {
 /// Runs texts of clients, as they reach ADO's objects. Only SELECT, INSERT, UPDATE and DELETE on
 /// the model's tables pass (Trust::kRead: SELECT alone), one statement at a time, without
 /// parameters; a refused text fails with kPermissionDenied before anything is done. Tables whose
-/// names begin with "orv_" are the model database's own and out of reach.
+/// names begin with "orv_" are the model database's own, and can only be read.
 class ClientTexts {
  public:
   explicit ClientTexts(Database& database) : database_(database) {}
@@ -45,6 +45,8 @@ class ClientTexts {
   TextResult run(std::wstring_view text, TextKind kind, TextShape* shape, Seconds time_limit);
   StatementLease prepare(std::wstring_view text, Trust author, TextShape* shape,
                          Seconds time_limit);
+  /// Runs a change, in a transaction of its own unless one is open.
+  std::int64_t run_change(Statement& statement);
 
   Database& database_;
   Seconds time_limit_ = kDefaultTimeLimit;

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "modeldb/engine/row_recorder.h"
 #include "modeldb/engine/schema.h"
 #include "modeldb/engine/statement.h"
 
@@ -65,6 +66,9 @@ class Engine {
 
   [[nodiscard]] virtual bool has_table(std::wstring_view name) = 0;
   [[nodiscard]] virtual std::unique_ptr<Schema> read_schema() = 0;
+
+  /// Records what changes, for what can be undone; null when the engine cannot.
+  [[nodiscard]] virtual RowRecorder* recorder() { return nullptr; }
 
   // Rules that hold, whoever changes rows, from here until the database is closed.
 

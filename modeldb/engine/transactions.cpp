@@ -50,6 +50,7 @@ void Transactions::undo(std::size_t depth) noexcept {
 void Transactions::forget() noexcept {
   while (is_open()) end_innermost(TransactionEnd::kRolledBack);
   observer_ = nullptr;
+  companion_ = nullptr;
 }
 
 void Transactions::open(bool is_client) {
@@ -64,16 +65,28 @@ void Transactions::open(bool is_client) {
                     .shares_savepoint = shares};
   levels_.reserve(levels_.size() + 1);
   if (levels_.empty()) {
-    database_.engine().begin();
+    open_outermost();
   } else if (!shares) {
     database_.engine().begin_savepoint();
   }
   levels_.push_back(level);
 }
 
+void Transactions::open_outermost() {
+  database_.engine().begin();
+  if (!companion_) return;
+  try {
+    companion_->on_begin();
+  } catch (...) {
+    database_.engine().rollback();
+    throw;
+  }
+}
+
 void Transactions::keep_innermost() {
   try {
     if (levels_.size() == 1) {
+      if (companion_) companion_->before_commit();
       database_.engine().commit();
     } else if (!levels_.back().shares_savepoint) {
       database_.engine().release_savepoint();
@@ -100,6 +113,7 @@ void Transactions::undo_innermost() noexcept {
 void Transactions::end_innermost(TransactionEnd end) noexcept {
   const bool is_client = levels_.back().is_client;
   levels_.pop_back();
+  if (levels_.empty() && companion_) companion_->on_end(end == TransactionEnd::kCommitted);
   if (is_client && observer_) observer_->on_end(end, levels_.empty());
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "modeldb/engine/transaction_companion.h"
 #include "modeldb/engine/transaction_observer.h"
 
 namespace modeldb {
@@ -35,6 +36,9 @@ class Transactions {
   /// From here until all are forgotten, `observer` learns what becomes of those of clients.
   void observe(TransactionObserver& observer) { observer_ = &observer; }
 
+  /// From the next one on until all are forgotten, `companion` takes part in those of the engine.
+  void accompany(TransactionCompanion& companion) { companion_ = &companion; }
+
   // Of pieces of work, by the depth at which they stand.
 
   [[nodiscard]] std::size_t depth() const { return levels_.size(); }
@@ -59,6 +63,7 @@ class Transactions {
   };
 
   void open(bool is_client);
+  void open_outermost();
   /// Undoes it when it fails.
   void keep_innermost();
   void undo_innermost() noexcept;
@@ -70,6 +75,7 @@ class Transactions {
   Database& database_;
   std::vector<Level> levels_;
   TransactionObserver* observer_ = nullptr;
+  TransactionCompanion* companion_ = nullptr;
 };
 
 }  // namespace modeldb

@@ -2,6 +2,7 @@
 
 #include "modeldb/base/ascii.h"
 #include "modeldb/base/failure.h"
+#include "modeldb/schema/history_terms.h"
 #include "modeldb/schema/link_keeper.h"
 #include "modeldb/schema/make_tables.h"
 #include "modeldb/schema/vertex_guard.h"
@@ -28,6 +29,7 @@ Model::Model(std::wstring_view location)
     guard_vertices(*database_, catalogue_);
     keep_links_with_records(*database_, catalogue_);
     location_ = std::make_shared<const std::wstring>(database_->location());
+    history_.emplace(*database_, history_terms(catalogue_));
     database_->mark_unchanged();
   } catch (...) {
     database_->discard();

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "modeldb/engine/database.h"
+#include "modeldb/history/history.h"
 #include "modeldb/model/activation.h"
 #include "modeldb/schema/catalogue.h"
 
@@ -26,6 +28,8 @@ class Model {
   [[nodiscard]] const std::shared_ptr<const std::wstring>& shared_location() const {
     return location_;
   }
+  /// What can be undone.
+  [[nodiscard]] History& history() { return *history_; }
 
  private:
   // First: the catalogue asks records, which create the model's objects.
@@ -33,6 +37,7 @@ class Model {
   const Catalogue& catalogue_;
   std::shared_ptr<Database> database_;
   std::shared_ptr<const std::wstring> location_;
+  std::optional<History> history_;
 };
 
 }  // namespace modeldb

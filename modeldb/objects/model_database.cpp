@@ -7,6 +7,7 @@
 #include "modeldb/base/failure.h"
 #include "modeldb/objects/bulk_rows.h"
 #include "modeldb/objects/copying.h"
+#include "modeldb/objects/history_steps.h"
 #include "modeldb/objects/named_set.h"
 #include "modeldb/objects/reading.h"
 #include "modeldb/store/script_array.h"
@@ -207,6 +208,39 @@ STDMETHODIMP ModelDatabase::Rows(BSTR bstrSql, VARIANT vNames, VARIANT* pVal) {
     if (with_names) rows.append_names(query->columns());
     while (query->step()) rows.append(*query);
     *pVal = rows.by_row().detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::get_Step(BSTR* pVal) {
+  return model_call(turns_, [&] { *pVal = com::Bstr(model()->history().next_name()).detach(); });
+}
+
+STDMETHODIMP ModelDatabase::put_Step(BSTR newVal) {
+  return model_call(turns_, [&] { model()->history().name_next(com::Bstr::view(newVal)); });
+}
+
+STDMETHODIMP ModelDatabase::get_History(IHistory** pVal) {
+  return model_call(turns_, [&] {
+    *pVal = nullptr;
+    (void)model();
+    *pVal = com::make<HistorySteps>(store_).query<IHistory>().detach();
+  });
+}
+
+STDMETHODIMP ModelDatabase::Undo(VARIANT vStep) {
+  return model_call(turns_, [&] {
+    const auto steps = model()->history().undo(step_number(vStep));
+    // A listener may close the model.
+    const com::Ptr<RecordStore> store = store_;
+    store->tell_of_steps(L"StepUndone", steps);
+  });
+}
+
+STDMETHODIMP ModelDatabase::Redo(VARIANT vStep) {
+  return model_call(turns_, [&] {
+    const auto steps = model()->history().redo(step_number(vStep));
+    const com::Ptr<RecordStore> store = store_;
+    store->tell_of_steps(L"StepRedone", steps);
   });
 }
 

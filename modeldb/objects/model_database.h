@@ -77,6 +77,14 @@ class ModelDatabase : public ModelDatabaseBase {
   /// The rows of a SELECT as an array (row, column) with the lower bounds 0; when `vNames` is true,
   /// the names of the columns stand in its first row. Any other statement is refused.
   STDMETHODIMP Rows(BSTR bstrSql, VARIANT vNames, VARIANT* pVal) override;
+  /// The name of the step that is made next, or is being made; it is gone with that.
+  STDMETHODIMP get_Step(BSTR* pVal) override;
+  STDMETHODIMP put_Step(BSTR newVal) override;
+  /// The steps as they are now.
+  STDMETHODIMP get_History(IHistory** pVal) override;
+  // See History. The step is one of the history or its number. Listeners are told when all is done.
+  STDMETHODIMP Undo(VARIANT vStep) override;
+  STDMETHODIMP Redo(VARIANT vStep) override;
 
   /// The record store of the open model; empty when none is open.
   [[nodiscard]] com::Ptr<RecordStore> store() const;

@@ -28,10 +28,14 @@ bool is_harmless_function(const char* name) {
   return kFunctions.find(word) != std::string_view::npos;
 }
 
-/// Tables of the model, as against the model database's own and SQLite's.
+/// Tables, as against SQLite's own.
+bool may_be_read(const std::wstring& table) {
+  return !has_prefix(table, L"sqlite_") && !has_prefix(table, L"pragma_");
+}
+
+/// Tables of the model, as against the model database's own.
 bool is_of_the_model(const std::wstring& table) {
-  return !has_prefix(table, L"orv_") && !has_prefix(table, L"sqlite_") &&
-         !has_prefix(table, L"pragma_");
+  return may_be_read(table) && !has_prefix(table, L"orv_");
 }
 
 std::wstring wide(const char* text) { return from_utf8(text ? text : ""); }
@@ -69,8 +73,9 @@ std::wstring description_of(int action, const char* first, const char* second) {
 void Authorizer::install(sqlite3* handle) { sqlite3_set_authorizer(handle, &decide, this); }
 
 int Authorizer::decide(void* self, int action, const char* first, const char* second, const char*,
-                       const char*) {
+                       const char* trigger) {
   auto& authorizer = *static_cast<Authorizer*>(self);
+  if (authorizer.is_replaying_ && trigger && action == SQLITE_READ) return SQLITE_IGNORE;
   try {
     if (authorizer.allows(action, first, second)) return SQLITE_OK;
     authorizer.refused_ = description_of(action, first, second);
@@ -86,7 +91,7 @@ bool Authorizer::allows(int action, const char* first, const char* second) {
     case SQLITE_SELECT:
       return true;
     case SQLITE_READ:
-      return is_of_the_model(wide(first));
+      return may_be_read(wide(first));
     case SQLITE_FUNCTION:
       return is_harmless_function(second);
     case SQLITE_INSERT:

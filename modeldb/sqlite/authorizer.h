@@ -21,6 +21,10 @@ class Authorizer {
     lacked_memory_ = false;
   }
 
+  /// Whether rows are put back as they were, with what triggers did to them. Whatever a trigger of
+  /// a statement that is compiled meanwhile would read is NULL, so that it finds nothing to do.
+  void set_replaying(bool is_replaying) { is_replaying_ = is_replaying; }
+
   /// What the statement wanted to do and may not, such as "change the schema"; empty when nothing
   /// was refused.
   [[nodiscard]] const std::wstring& refused() const { return refused_; }
@@ -30,10 +34,11 @@ class Authorizer {
 
  private:
   static int decide(void* self, int action, const char* first, const char* second,
-                    const char* database, const char* inner);
+                    const char* database, const char* trigger);
   [[nodiscard]] bool allows(int action, const char* first, const char* second);
 
   Trust trust_ = Trust::kRead;
+  bool is_replaying_ = false;
   std::wstring refused_;
   bool lacked_memory_ = false;
 };

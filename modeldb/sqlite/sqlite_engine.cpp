@@ -4,15 +4,12 @@
 
 #include "modeldb/sqlite/row_rules.h"
 #include "modeldb/sqlite/sqlite_file.h"
+#include "modeldb/sqlite/sqlite_recorder.h"
 #include "modeldb/sqlite/sqlite_schema.h"
 #include "modeldb/sqlite/sqlite_statement.h"
 
 namespace modeldb {
 namespace {
-
-// Every record that is saved or deleted begins and ends a savepoint.
-const FixedText kBegin(L"SAVEPOINT level");
-const FixedText kRelease(L"RELEASE level");
 
 /// SQLite, with one file open.
 class SqliteEngine final : public Engine {
@@ -44,10 +41,10 @@ class SqliteEngine final : public Engine {
   void begin() override { file_.begin(); }
   void commit() override { file_.commit(); }
   void rollback() noexcept override { file_.rollback(); }
-  void begin_savepoint() override { file_.run(kBegin); }
-  void release_savepoint() override { file_.run(kRelease); }
-  void undo_savepoint() noexcept override { file_.run_quietly("ROLLBACK TO level; RELEASE level"); }
-  void restart_savepoint() noexcept override { file_.run_quietly("ROLLBACK TO level"); }
+  void begin_savepoint() override { file_.begin_savepoint(); }
+  void release_savepoint() override { file_.release_savepoint(); }
+  void undo_savepoint() noexcept override { file_.undo_savepoint(); }
+  void restart_savepoint() noexcept override { file_.restart_savepoint(); }
 
   [[nodiscard]] bool has_table(std::wstring_view name) override {
     // Names of tables are compared without regard to case.
@@ -62,11 +59,14 @@ class SqliteEngine final : public Engine {
     return std::make_unique<SqliteSchema>(file_);
   }
 
+  [[nodiscard]] RowRecorder* recorder() override { return &recorder_; }
+
   void guard(const RowGuard& rows) override { guard_rows(file_, rows); }
   void keep_links(const LinkedRows& rows) override { modeldb::keep_links(file_, rows); }
 
  private:
   SqliteFile file_;
+  SqliteRecorder recorder_{file_};
 };
 
 }  // namespace

@@ -20,6 +20,10 @@ constexpr int kBusyTimeoutMilliseconds = 5000;
 /// Enough for the pages that a large transaction changes, so that it need not spill them.
 constexpr std::int64_t kCacheKibibytes = 65536;
 
+// Every record that is saved or deleted begins and ends a savepoint.
+const FixedText kBeginSavepoint(L"SAVEPOINT level");
+const FixedText kReleaseSavepoint(L"RELEASE level");
+
 }  // namespace
 
 SqliteFile::SqliteFile(std::wstring_view path) : path_(full_path(path)) {}
@@ -75,6 +79,7 @@ void SqliteFile::protect() {
   wait_for_locks();
   authorizer_.install(handle_);
   time_limit_.install(handle_);
+  recorder_.install(handle_);
 }
 
 /// The header may be older than what SQLite finds, such as the journal of a process that died.
@@ -109,6 +114,7 @@ void SqliteFile::close() noexcept {
   }
   // Closing rolls back what is not committed.
   sqlite3_close(std::exchange(handle_, nullptr));
+  recorder_.end();
   is_begun_ = false;
 }
 
@@ -190,16 +196,62 @@ void SqliteFile::note_protection() {
 
 void SqliteFile::commit() {
   run(L"COMMIT");
+  recorder_.end();
   is_begun_ = false;
 }
 
 void SqliteFile::rollback() noexcept {
   run_quietly("ROLLBACK");
+  recorder_.end();
   is_begun_ = false;
+}
+
+void SqliteFile::begin_savepoint() {
+  recorder_.reserve_part();
+  run(kBeginSavepoint);
+  recorder_.begin_part();
+}
+
+void SqliteFile::release_savepoint() {
+  run(kReleaseSavepoint);
+  recorder_.keep_part();
+}
+
+void SqliteFile::undo_savepoint() noexcept {
+  run_quietly("ROLLBACK TO level; RELEASE level");
+  recorder_.undo_part();
+}
+
+void SqliteFile::restart_savepoint() noexcept {
+  run_quietly("ROLLBACK TO level");
+  recorder_.restart_part();
 }
 
 void SqliteFile::require_alive() const {
   if (is_begun_ && sqlite3_get_autocommit(handle_)) fail_as_lost(path_);
+}
+
+std::int64_t SqliteFile::change_counter() const {
+  // The header as sqlite.org/fileformat2.html describes it; numbers are big-endian.
+  constexpr int kReadVersion = 19;
+  constexpr int kCounter = 24;
+  constexpr int kCounterSize = 4;
+  constexpr unsigned char kWriteAheadLog = 2;
+  unsigned char header[kCounter + kCounterSize] = {};
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(handle_, "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
+  if (!file || !file->pMethods) return 0;
+  const int result = file->pMethods->xRead(file, header, sizeof header, 0);
+  // A file that was just made is still too short.
+  if (result != SQLITE_OK && result != SQLITE_IOERR_SHORT_READ) return 0;
+  if (header[kReadVersion] == kWriteAheadLog) return 0;
+  std::int64_t counter = 0;
+  for (int i = 0; i < kCounterSize; ++i) counter = counter << 8 | header[kCounter + i];
+  return counter;
+}
+
+void SqliteFile::enforce_foreign_keys(bool on) noexcept {
+  if (handle_) sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_FKEY, on ? 1 : 0, nullptr);
 }
 
 bool SqliteFile::is_read_only() {

@@ -9,6 +9,7 @@
 
 #include "modeldb/engine/fixed_text.h"
 #include "modeldb/sqlite/authorizer.h"
+#include "modeldb/sqlite/recorder.h"
 #include "modeldb/sqlite/time_limit.h"
 
 struct sqlite3;
@@ -43,6 +44,7 @@ class SqliteFile {
 
   [[nodiscard]] Authorizer& authorizer() { return authorizer_; }
   [[nodiscard]] TimeLimit& time_limit() { return time_limit_; }
+  [[nodiscard]] Recorder& recorder() { return recorder_; }
   /// For the text that is being bound; kept for its capacity.
   [[nodiscard]] std::string& utf8() { return utf8_; }
 
@@ -66,8 +68,19 @@ class SqliteFile {
   void begin();
   void commit();
   void rollback() noexcept;
+  void begin_savepoint();
+  void release_savepoint();
+  void undo_savepoint() noexcept;
+  /// Undoes what was done in the innermost one, which goes on.
+  void restart_savepoint() noexcept;
   /// kInvalidTransaction: what was begun is lost.
   void require_alive() const;
+
+  /// How many transactions have changed the file, whoever's, before the one that is open: the
+  /// file's own count. 0 when it has none.
+  [[nodiscard]] std::int64_t change_counter() const;
+  /// Whether the rules between tables hold.
+  void enforce_foreign_keys(bool on) noexcept;
 
   [[nodiscard]] bool is_read_only();
   /// kCannotWriteFile: the file is write-protected.
@@ -102,6 +115,7 @@ class SqliteFile {
   bool is_protected_ = false;  // what the last attempt to begin a transaction has shown
   Authorizer authorizer_;
   TimeLimit time_limit_;
+  Recorder recorder_;
   std::string utf8_;
   std::map<std::wstring, std::unique_ptr<SqliteStatement>, std::less<>> statements_;
   std::vector<SqliteStatement*> fixed_;  // those of them whose texts have numbers

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -92,6 +93,28 @@ void SqliteStatement::bind(int parameter, std::nullptr_t) {
   check_bind(sqlite3_bind_null(live(), parameter));
 }
 
+void SqliteStatement::bind(int parameter, std::span<const std::byte> bytes) {
+  // A null pointer would be NULL.
+  const void* const data = bytes.empty() ? static_cast<const void*>("") : bytes.data();
+  check_bind(sqlite3_bind_blob64(live(), parameter, data, bytes.size(), SQLITE_TRANSIENT));
+}
+
+void SqliteStatement::bind(int parameter, const RowValue& value) {
+  switch (value.type) {
+    case RowValue::Type::kInteger:
+      return bind(parameter, value.integer);
+    case RowValue::Type::kReal:
+      return bind(parameter, value.real);
+    case RowValue::Type::kText:
+      return check_bind(sqlite3_bind_text64(live(), parameter, value.bytes.data(),
+                                            value.bytes.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+    case RowValue::Type::kBlob:
+      return bind(parameter, std::as_bytes(std::span(value.bytes)));
+    default:
+      return bind(parameter, nullptr);
+  }
+}
+
 void SqliteStatement::bind_all(std::span<const Literal> values, int first) {
   for (const Literal& value : values) {
     std::visit([&](auto held) { SqliteStatement::bind(first, held); }, value);
@@ -106,12 +129,16 @@ bool SqliteStatement::step() {
     // SQLite compiles a statement anew when the schema has changed.
     file_.authorizer().begin(trust_);
   }
+  const std::size_t recorded = file_.recorder().position();
   const int result = [&] {
     const TimeLimit::Step step(file_.time_limit(), time_limit_, spent_);
     return sqlite3_step(statement);
   }();
   if (result == SQLITE_ROW) return true;
   if (result == SQLITE_DONE) return false;
+  // What a statement did is undone when it fails, unless its text says otherwise (OR FAIL): then
+  // it has changed some rows. (The total counts what triggers did even if that was undone.)
+  if (sqlite3_changes64(file_.handle()) == 0) file_.recorder().truncate(recorded);
   try {
     file_.fail_with(result, expanded_sql());
   } catch (...) {
@@ -174,6 +201,29 @@ std::span<const std::byte> SqliteStatement::blob(int column) const {
   const void* const bytes = sqlite3_column_blob(live(), column);
   return {static_cast<const std::byte*>(bytes),
           static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))};
+}
+
+RowValue SqliteStatement::value(int column) const {
+  using enum RowValue::Type;
+  switch (type(column)) {
+    case Type::kInteger:
+      return {.type = kInteger, .integer = integer(column)};
+    case Type::kReal:
+      return {.type = kReal, .real = real(column)};
+    case Type::kText: {
+      const auto* const text =
+          reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+      if (!text) throw std::bad_alloc();
+      return {.type = kText,
+              .bytes = {text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))}};
+    }
+    case Type::kBlob: {
+      const auto bytes = blob(column);
+      return {.type = kBlob, .bytes = {reinterpret_cast<const char*>(bytes.data()), bytes.size()}};
+    }
+    default:
+      return {};
+  }
 }
 
 std::vector<ResultColumn> SqliteStatement::describe_columns() const {

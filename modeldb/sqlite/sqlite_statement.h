@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "modeldb/engine/statement.h"
+#include "modeldb/sqlite/row_bytes.h"
 
 struct sqlite3_stmt;
 
@@ -27,6 +28,8 @@ class SqliteStatement final : public Statement {
   void bind(int parameter, double value) override;
   void bind(int parameter, std::wstring_view value) override;
   void bind(int parameter, std::nullptr_t) override;
+  void bind(int parameter, std::span<const std::byte> bytes) override;
+  void bind(int parameter, const RowValue& value);
   void bind_all(std::span<const Literal> values, int first) override;
 
   void limit_time(Seconds limit) override { time_limit_ = limit; }
@@ -44,6 +47,8 @@ class SqliteStatement final : public Statement {
   [[nodiscard]] double real(int column) const override;
   [[nodiscard]] std::wstring_view text(int column) const override;
   [[nodiscard]] std::span<const std::byte> blob(int column) const override;
+  /// What stands there, whatever its type; valid as long as a text is.
+  [[nodiscard]] RowValue value(int column) const;
 
  protected:
   [[nodiscard]] std::vector<ResultColumn> describe_columns() const override;

@@ -170,6 +170,13 @@ void RecordStore::send_batch(const wchar_t* method, long object_type, const VARI
   failures_ = failures;
 }
 
+void RecordStore::tell_of_steps(const wchar_t* method, const std::vector<Step>& steps) {
+  if (listeners_.empty()) return;
+  for (const Step& step : steps) {
+    listeners_.notify(method, step.number, com::Variant(com::Bstr(step.name)));
+  }
+}
+
 STDMETHODIMP RecordStore::RecordsSaved(long eventObjectType, VARIANT ids) {
   return model_call(turns_, [&] {
     (void)model();

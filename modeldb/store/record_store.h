@@ -55,6 +55,9 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   /// raised.
   template <class Work>
   void attempt_in_batch(IDispatch* record, Work&& work);
+  /// Calls method(number, name) of the listeners for each of the steps.
+  void tell_of_steps(const wchar_t* method, const std::vector<Step>& steps);
+
   /// The failures of the batch that began last.
   [[nodiscard]] const com::Ptr<Failures>& failures() const { return failures_; }
 

@@ -115,6 +115,16 @@ TEST_F(NotificationTest, CollectionIsReportedOnceWithItsIdsInOrder) {
   EXPECT_THAT(listener.calls, ElementsAre("RecordsSaved 19 [4 5]"));
 }
 
+TEST_F(NotificationTest, StepsThatAreUndoneAndRedoneAreTold) {
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  ASSERT_EQ(save(make_force(2)), S_OK);
+  listener.calls.clear();
+  ASSERT_EQ(database->Undo(com::Variant(1)), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(database->Redo(com::Variant::omitted()), S_OK);
+  EXPECT_THAT(listener.calls,
+              ElementsAre("StepUndone 2 type 8", "StepUndone 1 type 8", "StepRedone 1 type 8"));
+}
+
 TEST_F(NotificationTest, FailedSaveIsNotReported) {
   const auto force = make_force(std::numeric_limits<double>::quiet_NaN());
   EXPECT_TRUE(FAILED(save(force)));

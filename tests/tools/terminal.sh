@@ -94,3 +94,10 @@ orv list "$model" force --csv --where 'NodalForceID = 11' | grep -o '",1,0,0,0,1
   for row in {2..600}; do ((row % 400 == 2)) && echo 3,x || echo 3,1; done
 } >faults.csv
 orv csv-import "$model" force faults.csv
+
+echo 'An import is undone:'
+"${program[@]}" import "$deck" again.orvdb >/dev/null
+orv undo again.orvdb
+orv redo again.orvdb 1
+orv redo again.orvdb
+orv history again.orvdb --json | grep -o '"Name":[^,]*'

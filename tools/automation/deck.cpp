@@ -82,6 +82,7 @@ STDMETHODIMP Deck::CopyTo(IDispatch* pModelDatabase) {
     model::Transaction transaction(database);
     model::write_content(database, imported.content);
     model::write_origin(database, origin_of(source, imported.source, path_));
+    database.name_step(text::to_utf8(text::path_of(path_).filename().wstring()) + " imported");
     transaction.commit();
     remarks_ = texts_of(imported.remarks);
   });

@@ -1,5 +1,7 @@
 #include "tools/model/database.h"
 
+#include <orv_modeldb.h>
+
 #include "com/bstr.h"
 #include "com/error.h"
 #include "tools/text/failure.h"
@@ -27,6 +29,16 @@ void Database::execute(std::string_view sql) {
   com::check(connection_->Execute(com::Bstr(text::to_wide(sql)).get(), nullptr,
                                   static_cast<LONG>(adCmdText) | adExecuteNoRecords, none.put()),
              connection_);
+}
+
+void Database::name_step(std::string_view name) {
+  const auto model = object_.query<IModelDatabaseFile>();
+  if (!model) return;
+  com::Bstr given;
+  com::check(model->get_Step(given.put()), model);
+  if (given.view().empty()) {
+    com::check(model->put_Step(com::Bstr(text::to_wide(name)).get()), model);
+  }
 }
 
 Rows Database::query(std::string_view sql) {

@@ -22,6 +22,10 @@ class Database {
   /// Runs a SELECT; the text is UTF-8.
   Rows query(std::string_view sql);
 
+  /// Names the step of the model's history that is being made, unless the user has named it or the
+  /// model has no history.
+  void name_step(std::string_view name);
+
   /// The model's object, as it was passed.
   [[nodiscard]] IDispatch* object() const { return object_.get(); }
 

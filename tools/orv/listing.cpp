@@ -174,6 +174,11 @@ Names Listing::sets_of(long record) {
 
 bool Listing::next(Row& row) {
   row.clear();
+  if (!rows_) {
+    if (next_given_ == given_.size()) return false;
+    row = given_[next_given_++];
+    return true;
+  }
   if (!rows_->next()) return false;
   for (std::size_t column = 0; column < rows_->width(); ++column) {
     row.push_back(cell_of(rows_->value(column)));

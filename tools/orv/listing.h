@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -29,6 +30,9 @@ class Listing {
 
   /// How many rows each table has, and of records how many in each set.
   static Listing overview(model::Database& database);
+  /// Rows that are not those of a table.
+  Listing(std::vector<std::string> columns, std::vector<Row> rows)
+      : columns_(std::move(columns)), given_(std::move(rows)) {}
 
   [[nodiscard]] const std::vector<std::string>& columns() const { return columns_; }
   /// False behind the last row.
@@ -42,6 +46,8 @@ class Listing {
   [[nodiscard]] Names sets_of(long record);
 
   std::vector<std::string> columns_;
+  std::vector<Row> given_;
+  std::size_t next_given_ = 0;
   std::optional<model::Rows> rows_;
   std::optional<model::Rows> links_;  // record and name of the set, in the order of the records
   bool is_at_link_ = false;
