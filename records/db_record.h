@@ -10,8 +10,8 @@
 #include "records/host.h"
 #include "records/library.h"
 #include "records/row_reader.h"
+#include "records/row_texts.h"
 #include "records/set_membership.h"
-#include "records/text.h"
 
 namespace orv {
 
@@ -280,29 +280,23 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
         append_key_column(text);
         break;
       case host::SqlPiece::kColumns:
-        text << kDescriptionColumn << L", " << kVertexColumn;
-        for_each_column([&](const auto& column, auto&) { text << L", " << column.name; });
+        append_columns(text, values(kCurrent));
         break;
       case host::SqlPiece::kValues:
-        append_values(text, current_common(), kCurrent);
+        append_values(text, current_common(), values(kCurrent));
         break;
       case host::SqlPiece::kSavedValues:
-        append_values(text, saved_common(), kSaved);
+        append_values(text, saved_common(), values(kSaved));
         break;
       case host::SqlPiece::kAssignments:
-        append_assignments(text, current_common(), kCurrent);
+        append_assignments(text, current_common(), values(kCurrent));
         break;
       case host::SqlPiece::kSavedAssignments:
-        append_assignments(text, saved_common(), kSaved);
+        append_assignments(text, saved_common(), values(kSaved));
         break;
     }
   }
 
-  /// The values of the columns that every kind begins with.
-  struct CommonValues {
-    std::wstring_view description;
-    long vertex_id;
-  };
   [[nodiscard]] CommonValues current_common() const {
     // The vertex first: it is the host's, which may change the description meanwhile.
     const long vertex_id = current_vertex_id();
@@ -315,27 +309,13 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
   static constexpr auto kCurrent = [](const auto& field) { return field.current; };
   static constexpr auto kSaved = [](const auto& field) { return field.saved; };
 
-  /// The description goes between its quotes as it stands; doubling the quotes inside it, or
-  /// binding it, is the host's business.
+  /// What calls its argument with every column of the kind and the value that `pick` takes.
   template <class Pick>
-  void append_values(Text& text, const CommonValues& common, Pick pick) {
-    text << L"'" << common.description << L"', " << common.vertex_id;
-    for_each_column([&](const auto& column, auto& field) {
-      text << column.separator_in_values << pick(field);
-    });
+  auto values(Pick pick) {
+    return [this, pick](auto&& visit) {
+      for_each_column([&](const auto& column, auto& field) { visit(column, pick(field)); });
+    };
   }
-
-  template <class Pick>
-  void append_assignments(Text& text, const CommonValues& common, Pick pick) {
-    text << kDescriptionColumn << L" = '" << common.description << L"', " << kVertexColumn << L" = "
-         << common.vertex_id;
-    for_each_column([&](const auto& column, auto& field) {
-      text << L", " << column.name << L" = " << pick(field);
-    });
-  }
-
-  static constexpr std::wstring_view kDescriptionColumn = L"Description";
-  static constexpr std::wstring_view kVertexColumn = L"VertexID";
 
   long id_ = 0;
   long dirty_ = 0;

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <optional>
 
 #include "modeldb/base/failure.h"
@@ -11,20 +12,25 @@
 namespace modeldb {
 namespace {
 
+struct Close {
+  void operator()(HANDLE file) const { CloseHandle(file); }
+};
+using File = std::unique_ptr<void, Close>;
+
 /// The beginning of an SQLite file as sqlite.org/fileformat2.html describes it: the header of 100
 /// bytes and, behind it, the first page of the table of tables. Numbers are big-endian.
 class Header {
  public:
   /// Nothing when there is no such file, or nothing in it, or no way to read it.
   static std::optional<Header> read(const std::wstring& path) {
-    auto* const file = CreateFileW(path.c_str(), GENERIC_READ,
-                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return std::nullopt;
+    auto* const handle = CreateFileW(path.c_str(), GENERIC_READ,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
+    const File file(handle);
     Header header;
     DWORD size = 0;
-    const BOOL done = ReadFile(file, header.bytes_.data(), kSize, &size, nullptr);
-    CloseHandle(file);
+    const BOOL done = ReadFile(handle, header.bytes_.data(), kSize, &size, nullptr);
     if (!done || size == 0) return std::nullopt;
     return header;
   }
