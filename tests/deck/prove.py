@@ -57,14 +57,20 @@ def expected(lines, stays, options):
         if options.empty and data:
             if "OP=NEW" not in parameters:
                 result[first - 1] = ""
-            for number in data:
-                result[number - 1] = ""
+            for line in data:
+                result[line - 1] = ""
         elif keyword.startswith("CLOAD") and options.scale != 1:
-            for number in data:
-                fields = lines[number - 1].split(",")
-                value = float(fields[2].upper().replace("D", "E") if fields[2].strip() else "0")
-                result[number - 1] = f"{fields[0]},{fields[1]},{value * options.scale!r}\n"
+            for line in data:
+                fields = lines[line - 1].split(",")
+                value = number(fields[2]) * options.scale
+                result[line - 1] = f"{fields[0]},{fields[1]},{value!r}\n"
     return result
+
+
+def number(text):
+    """Also 1.5D3, and 1.5+3 without a letter."""
+    plain = re.sub(r"(?<=[\d.])(?=[+-])", "E", compact(text).replace("D", "E"))
+    return float(plain or "0")
 
 
 def meaning(lines):

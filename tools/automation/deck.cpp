@@ -77,6 +77,7 @@ STDMETHODIMP Deck::CopyTo(IDispatch* pModelDatabase) {
   return com::boundary([&] {
     const deck::Deck& source = deck();
     model::Database database(pModelDatabase);
+    const model::NoTimeLimit patient(database);
     model::require_empty(database);
     const deck::Imported imported = deck::import(source);
     model::Transaction transaction(database);
@@ -108,6 +109,7 @@ STDMETHODIMP Deck::Write(IDispatch* pModelDatabase, BSTR bstrPath, VARIANT vOthe
     const std::string path = text::full_path(text::to_utf8(com::Bstr::view(bstrPath)));
     require_not_a_part(path);
     model::Database database(pModelDatabase);
+    const model::NoTimeLimit patient(database);
     const deck::Exported exported =
         deck::write(deck(), model::read_content(database), model::read_origin(database).source,
                     {.other_deck = is_true(vOtherDeck)});

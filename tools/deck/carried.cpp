@@ -35,8 +35,6 @@ constexpr auto kUnsupported = std::to_array<Unsupported>({
 /// Why a card or a line stays in the deck; empty if it does not.
 using Reason = std::string;
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
-
 bool is_one_of(std::string_view name, std::initializer_list<std::string_view> names) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }

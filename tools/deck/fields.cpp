@@ -125,6 +125,15 @@ std::string compact(std::string_view line) {
   return result;
 }
 
+std::string quoted(std::string_view field) {
+  constexpr std::size_t kShown = 40;
+  std::string text(field.substr(0, kShown));
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
+  }
+  return "'" + text + (field.size() > kShown ? "..." : "") + "'";
+}
+
 void Fields::split(std::string_view line) {
   characters_.resize(line.size());
   std::size_t length = 0;

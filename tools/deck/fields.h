@@ -34,6 +34,9 @@ class Fields {
 std::string compact(std::string_view line);
 bool is_blank(char c);
 
+/// A field for a sentence: in quotation marks, and no more of it than a line can show.
+std::string quoted(std::string_view field);
+
 /// A whole number; nothing if the field is none. The solver reads ten characters and drops others,
 /// so that a longer field is none.
 std::optional<std::int32_t> whole_number(std::string_view field);

@@ -10,8 +10,6 @@
 namespace deck {
 namespace {
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
-
 bool is_node_card(const Card& card) {
   return card.is("NODE") && !card.is("NODEP") && !card.is("NODEF") && !card.is("NODEO");
 }

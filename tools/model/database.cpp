@@ -49,6 +49,14 @@ Rows Database::query(std::string_view sql) {
   return Rows(std::move(rows));
 }
 
+NoTimeLimit::NoTimeLimit(const Database& database) : connection_(database.connection_) {
+  com::check(connection_->get_CommandTimeout(&seconds_), connection_);
+  com::check(connection_->put_CommandTimeout(0), connection_);
+}
+
+// The model may have been closed.
+NoTimeLimit::~NoTimeLimit() { connection_->put_CommandTimeout(seconds_); }
+
 Transaction::Transaction(Database& database) : database_(database) {
   database_.execute("BEGIN TRANSACTION");
 }

@@ -30,8 +30,24 @@ class Database {
   [[nodiscard]] IDispatch* object() const { return object_.get(); }
 
  private:
+  friend class NoTimeLimit;
+
   com::Ptr<IDispatch> object_;
   com::Ptr<Connection15> connection_;
+};
+
+/// Lets statements take as long as they need, which for a large model is longer than a script may
+/// wait; at its end the connection has the limit that it had before.
+class NoTimeLimit {
+ public:
+  explicit NoTimeLimit(const Database& database);
+  ~NoTimeLimit();
+  NoTimeLimit(const NoTimeLimit&) = delete;
+  NoTimeLimit& operator=(const NoTimeLimit&) = delete;
+
+ private:
+  com::Ptr<Connection15> connection_;
+  LONG seconds_ = 0;
 };
 
 /// A transaction on a model, rolled back unless it is committed.

@@ -33,8 +33,12 @@ void print_counts(model::Database& database) {
     const long count = count_of(database, kind.table);
     if (count > 0) std::cout << ", " << count << ' ' << kind.table;
   }
-  std::cout << "; " << count_of(database, "LoadSets") << " load sets, "
-            << count_of(database, "ConstraintSets") << " constraint sets\n";
+  const auto counted = [&](const char* table, const std::string& what) {
+    const long count = count_of(database, table);
+    return std::to_string(count) + what + (count == 1 ? "" : "s");
+  };
+  std::cout << "; " << counted("LoadSets", " load set") << ", "
+            << counted("ConstraintSets", " constraint set") << '\n';
 }
 
 void run(const Options& options) {
