@@ -18,7 +18,7 @@ orv::Table forces() {
     table.add_text("Step 1, CLOAD, AMPLITUDE=RAMP");
   };
   add("9", "B\u00f6e \u98a8\u529b", "1250.5");  // two characters of two columns each
-  add("10", "e\u0301\n\x1b[2J", "-3");           // an accent of its own, and what clears a screen
+  add("10", "e\u0301\n\x1b[2J", "-3");          // an accent of its own, and what clears a screen
   return table;
 }
 
