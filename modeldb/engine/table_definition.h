@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,7 @@ enum class ColumnType { kInteger, kReal, kText };
 struct Column {
   std::wstring name;
   ColumnType type;
+  std::int32_t greatest = INT32_MAX;  ///< of integers: the objects hold no greater number
 };
 
 /// A table of the model: the rows of one kind, the links of one kind to its sets, or what the model

@@ -170,7 +170,7 @@ class Appender {
         require_free(key_);
         return;
       case Target::Role::kValue:
-        values_[target.value] = literal_of(cell, kind().columns[target.value].type, text);
+        values_[target.value] = literal_of(cell, kind().columns[target.value], text);
         return;
       case Target::Role::kSetName:
         return add_set(set_names_->find(text_of_cell(cell, text)));

@@ -5,7 +5,6 @@
 
 #include <map>
 #include <ranges>
-#include <set>
 #include <string_view>
 
 #include "com/type_description.h"
@@ -80,29 +79,36 @@ std::wstring piece(const com::Ptr<IPersistentObject>& record, host::SqlPiece cod
   return std::wstring(text.view());
 }
 
-/// The record's properties that are floating point numbers. Their columns bear the same names.
-std::set<std::wstring, std::less<>> real_properties(const com::Ptr<ITypeInfo>& info) {
-  std::set<std::wstring, std::less<>> names;
+/// The types of the record's properties. Their columns bear the same names.
+std::map<std::wstring, VARTYPE, std::less<>> property_types(const com::Ptr<ITypeInfo>& info) {
+  std::map<std::wstring, VARTYPE, std::less<>> types;
   const com::TypeAttributes attributes(info);
   for (UINT index = 0; index < attributes->cFuncs; ++index) {
     const com::FunctionDescription function(info, index);
     if (function->invkind != INVOKE_PROPERTYPUT || function->cParams != 1) continue;
-    if (function->lprgelemdescParam[0].tdesc.vt != VT_R8) continue;
-    names.emplace(com::name_of(info, function->memid).view());
+    types.emplace(com::name_of(info, function->memid).view(),
+                  function->lprgelemdescParam[0].tdesc.vt);
   }
-  return names;
+  return types;
+}
+
+Column number_column(const std::wstring& name, VARTYPE property) {
+  if (property == VT_R8) return {name, ColumnType::kReal};
+  return {name, ColumnType::kInteger, property == VT_I2 ? INT16_MAX : INT32_MAX};
 }
 
 /// A record's columns: the description first, then numbers.
 std::vector<Column> columns_of(const com::Ptr<IPersistentObject>& record,
                                const com::Ptr<ITypeInfo>& info) {
-  const auto reals = real_properties(info);
+  const auto types = property_types(info);
   const std::wstring names = piece(record, host::SqlPiece::kColumns);
   std::vector<Column> columns;
   for (const auto part : std::views::split(names, std::wstring_view(L", "))) {
     const std::wstring name(part.begin(), part.end());
-    const ColumnType number = reals.contains(name) ? ColumnType::kReal : ColumnType::kInteger;
-    columns.push_back({name, columns.empty() ? ColumnType::kText : number});
+    const auto type = types.find(name);
+    const VARTYPE property = type == types.end() ? static_cast<VARTYPE>(VT_I4) : type->second;
+    columns.push_back(columns.empty() ? Column{name, ColumnType::kText}
+                                      : number_column(name, property));
   }
   return columns;
 }

@@ -37,6 +37,9 @@ std::wstring shown(const VARIANT& cell) {
 Literal number_in_text(const VARIANT& cell, std::wstring_view fault) {
   std::wstring_view text = trimmed(com::Bstr::view(cell.bstrVal));
   if (const auto number = parse_number(text)) return *number;
+  if (text.find(L',') != std::wstring_view::npos) {
+    fail_as(cell, L"no number: decimals follow a point, as in 12.5");
+  }
   fail_as(cell, fault);
 }
 
@@ -86,18 +89,19 @@ double real_in(const VARIANT& cell) {
   return real;
 }
 
-std::int64_t integer_in(const VARIANT& cell) {
-  constexpr std::wstring_view kFault = L"no whole number of at most 2147483647";
-  const Literal number = number_in(cell, kFault);
+std::int64_t integer_in(const VARIANT& cell, std::int32_t greatest) {
+  const std::wstring_view fault = greatest == INT16_MAX ? L"no whole number of at most 32767"
+                                                        : L"no whole number of at most 2147483647";
+  const Literal number = number_in(cell, fault);
   const auto* const integer = std::get_if<std::int64_t>(&number);
   if (integer) {
-    if (!std::in_range<long>(*integer)) fail_as(cell, kFault);
+    if (*integer > greatest || *integer < -std::int64_t{greatest} - 1) fail_as(cell, fault);
     return *integer;
   }
   const double real = std::get<double>(number);
   // Also false for what is no number.
-  const bool fits = real == std::trunc(real) && std::abs(real) <= 2147483647.0;
-  if (!fits) fail_as(cell, kFault);
+  const bool fits = real == std::trunc(real) && std::abs(real) <= greatest;
+  if (!fits) fail_as(cell, fault);
   return static_cast<std::int64_t>(real);
 }
 
@@ -126,10 +130,10 @@ std::wstring_view text_of_cell(const VARIANT& cell, std::wstring& text) {
   return text;
 }
 
-Literal literal_of(const VARIANT& cell, ColumnType type, std::wstring& text) {
-  switch (type) {
+Literal literal_of(const VARIANT& cell, const Column& column, std::wstring& text) {
+  switch (column.type) {
     case ColumnType::kInteger:
-      return integer_in(cell);
+      return integer_in(cell, column.greatest);
     case ColumnType::kReal:
       return real_in(cell);
     case ColumnType::kText:
@@ -139,7 +143,7 @@ Literal literal_of(const VARIANT& cell, ColumnType type, std::wstring& text) {
 }
 
 long key_of(const VARIANT& cell) {
-  const auto key = static_cast<long>(integer_in(cell));
+  const auto key = static_cast<long>(integer_in(cell, INT32_MAX));
   if (key < 1 || cell.vt == VT_BOOL) fail_as(cell, L"no record number, which is 1 or more");
   return key;
 }

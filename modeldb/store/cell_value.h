@@ -18,10 +18,10 @@ struct CellFault {
 /// Whether nothing was written into a cell: it is empty, null, or a text of blanks.
 bool is_blank(const VARIANT& cell);
 
-/// The value of a cell for a column of the type. A truth value is -1 or 0, and a text may be a
+/// The value of a cell for a column. A truth value is -1 or 0, and a text may be a
 /// number as programs write it; nothing is rounded or cut. A text in the result refers to the cell
 /// or to `text`. Throws CellFault.
-Literal literal_of(const VARIANT& cell, ColumnType type, std::wstring& text);
+Literal literal_of(const VARIANT& cell, const Column& column, std::wstring& text);
 
 /// A name that a cell holds, without blanks around it. Throws CellFault.
 std::wstring_view text_of_cell(const VARIANT& cell, std::wstring& text);
