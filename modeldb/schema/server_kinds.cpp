@@ -94,7 +94,7 @@ std::map<std::wstring, VARTYPE, std::less<>> property_types(const com::Ptr<IType
 
 Column number_column(const std::wstring& name, VARTYPE property) {
   if (property == VT_R8) return {name, ColumnType::kReal};
-  return {name, ColumnType::kInteger, property == VT_I2 ? INT16_MAX : INT32_MAX};
+  return {name, ColumnType::kInteger, property == VT_BOOL ? INT16_MAX : INT32_MAX};
 }
 
 /// A record's columns: the description first, then numbers.

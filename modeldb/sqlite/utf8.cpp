@@ -11,7 +11,7 @@ namespace {
 
 [[noreturn]] void refuse(std::wstring_view text) {
   fail(kInvalidArgument, L"The text " + quoted(text) +
-                             L" cannot be used: a part of it is no character (a NUL, half of a "
+                             L" cannot be used: a part of it is no character (half of a "
                              L"surrogate pair, U+FFFE or U+FFFF). Remove that part.");
 }
 
@@ -19,9 +19,7 @@ namespace {
 
 std::string_view to_utf8(std::wstring_view text, std::string& buffer) {
   if (text.empty()) return {buffer.data(), 0};
-  if (std::ranges::any_of(text, [](wchar_t unit) { return unit == 0 || unit >= 0xFFFE; })) {
-    refuse(text);
-  }
+  if (std::ranges::any_of(text, [](wchar_t unit) { return unit >= 0xFFFE; })) refuse(text);
   constexpr std::size_t kMostBytesPerUnit = 3;
   if (buffer.size() < text.size() * kMostBytesPerUnit) {
     buffer.resize(text.size() * kMostBytesPerUnit);
