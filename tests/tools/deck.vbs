@@ -14,7 +14,7 @@ On Error GoTo 0
 deck.Read "plate.inp"
 model.Connection.CommandTimeout = 7
 deck.CopyTo model
-WScript.Echo "As before: " & (model.Connection.CommandTimeout = 7)
+WScript.Echo "As before: " & model.Connection.CommandTimeout
 WScript.Echo deck.Remarks.Count & " remarks, checksum of " & Len(deck.Checksum) & " digits"
 For Each remark In deck.Remarks
     WScript.Echo remark.Line & ": " & (InStr(remark.Text, remark.Reason) > 0)
