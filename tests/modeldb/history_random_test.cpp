@@ -216,7 +216,7 @@ class RandomTest : public model_test::HistoryTest {
       case 3:
         return text();
       case 4:
-        return below(40) == 0 ? L"printf('%.1500000c', 'x')" : L"printf('%.300c', 'y')";
+        return below(400) == 0 ? L"printf('%.1500000c', 'x')" : L"printf('%.300c', 'y')";
       default:
         return number(4);
     }
