@@ -8,5 +8,5 @@ include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)
 # Numbers are computed in SSE's registers, as 64-bit modules do: the x87's hold more digits, or fewer
 # where a host has set it so, and the two widths would then find different things in one model.
 # GCC realigns the stack of every function that needs it, since callers keep four bytes only.
-string(APPEND CMAKE_C_FLAGS_INIT " -msse2 -mfpmath=sse")
-string(APPEND CMAKE_CXX_FLAGS_INIT " -msse2 -mfpmath=sse")
+set(CMAKE_C_FLAGS_INIT "-msse2 -mfpmath=sse")
+set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse")
