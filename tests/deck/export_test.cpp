@@ -24,6 +24,24 @@ TEST(ExportDeck, AnUnchangedDeckKeepsEveryByte) {
   EXPECT_EQ(returns, written(read(returns), saved(read(returns))));
 }
 
+TEST(ExportDeck, NamesInCodePage1252AreTextsInTheModelAndBytesInTheDeck) {
+  const std::string top = kModel +
+                          "** \x80\x81\x9f\n*NSET,NSET=\xdc"
+                          "ber\n5\n"
+                          "*AMPLITUDE,NAME=B\xf6\x80\n0,1\n*STEP\n*STATIC\n*CLOAD\n";
+  const deck::Deck deck = read(top +
+                               "\xdc"
+                               "ber,1,5\n*END STEP\n");
+  deck::Imported imported = saved(deck);
+  EXPECT_EQ("B\u00f6\u20ac", imported.source.amplitudes.at(2).name);
+  table(imported, "NodalForces").values[kMagnitude] = 7.5;
+  append(table(imported, "NodalForces"), 6, {4, 1, 1, 0, 0, 0}, {1});
+  EXPECT_EQ(top +
+                "\xdc"
+                "BER,1,7.5\n*CLOAD, AMPLITUDE=B\xf6\x80\n6,1,1\n*END STEP\n",
+            written(deck, imported));
+}
+
 TEST(ExportDeck, OnlyChangedLinesAreWrittenAnewAndComments) {
   const deck::Deck deck = read(in_step(
       "*CLOAD\n** on top\nTOP,2,-5\n1,1,1\nTOP,3,2\n2,1,7\n*BOUNDARY\nALL,1,3\n8,4,5,.5\n"));

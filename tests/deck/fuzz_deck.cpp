@@ -1,7 +1,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
 
 #include "tests/deck/fuzz.h"
 #include "tools/deck/deck.h"
@@ -20,9 +19,10 @@ void expect(bool condition, const char* what) {
 }
 
 deck::Deck read(const std::string& text, const std::string& included) {
-  return deck::read("d.inp", [&](const std::string& path) -> std::optional<std::string> {
+  return deck::read("d.inp", [&](const std::string& path) {
     if (path == "d.inp") return text;
-    return included.empty() ? std::nullopt : std::optional(included);
+    if (included.empty()) throw deck::CannotOpen("There is no such file.");
+    return included;
   });
 }
 

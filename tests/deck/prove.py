@@ -4,14 +4,17 @@
 Every deck goes into records and out again, and both decks are solved: results, exit status and
 first error must agree. --scale multiplies all forces and moments, and holds the deck against one
 that was scaled in its text. --empty deletes all records, and holds it against the deck without the
-cards. Where the texts say the same, the solver runs only with --solve."""
+cards. Where the texts say the same, the solver runs only with --solve; where they are the same byte
+for byte, once for both. What it said of a text is kept in the folder of results."""
 
 import argparse
 import hashlib
 import os
 import re
+import resource
 import shlex
 import shutil
+import signal
 import subprocess
 import sys
 from pathlib import Path
@@ -20,6 +23,9 @@ from pathlib import Path
 NEEDS = {"submodeltwobeam": ["twobeam.frd"], "included": ["included_Rows.inc"]}
 # Lines of results that tell when and by what they were made.
 VOLATILE = re.compile(rb"1UDATE|1UTIME|1UPGM|1UVERSION|1UHOST|1UUSER")
+# Six times what the slowest of the real decks takes.
+PROCESSOR_SECONDS = 300
+UNSOLVED = f"not solved in {PROCESSOR_SECONDS} seconds of the processor\n"
 CARRIED = ("CLOAD", "BOUNDARY", "TEMPERATURE", "INITIALCONDITIONS", "CFLUX")
 
 
@@ -83,6 +89,11 @@ def meaning(lines):
     return [",".join(map(field, compact(line).split(","))) for line in lines if compact(line)]
 
 
+def limit_processor_time():
+    """A limit of time would count what other programs do meanwhile."""
+    resource.setrlimit(resource.RLIMIT_CPU, (PROCESSOR_SECONDS, PROCESSOR_SECONDS + 10))
+
+
 class Solver:
     """Runs ccx in a folder of its own, and keeps what it said of a deck."""
 
@@ -95,7 +106,9 @@ class Solver:
         kept = self.folder / "kept" / f"{name}-{hashlib.sha256(text).hexdigest()[:16]}"
         if not kept.exists():
             kept.parent.mkdir(parents=True, exist_ok=True)
-            kept.write_text(self.run(name, text))
+            partial = kept.with_suffix(".partial")
+            partial.write_text(self.run(name, text))
+            partial.rename(kept)
         return kept.read_text()
 
     def run(self, name, text):
@@ -105,11 +118,10 @@ class Solver:
         (work / f"{name}.inp").write_bytes(text)
         for needed in NEEDS.get(name, []):
             shutil.copy(self.decks / needed, work)
-        try:
-            done = subprocess.run(["ccx", name], cwd=work, env=self.environment, timeout=1800,
-                                  capture_output=True)
-        except subprocess.TimeoutExpired:
-            return "not solved within half an hour\n"
+        done = subprocess.run(["ccx", name], cwd=work, env=self.environment, capture_output=True,
+                              preexec_fn=limit_processor_time)
+        if done.returncode == -signal.SIGXCPU:
+            return UNSOLVED
         said = done.stdout.decode("latin-1").splitlines()
         error = next((i for i, line in enumerate(said) if "*ERROR" in line), len(said))
         answer = [f"status {done.returncode}", *said[error:error + 2]]
@@ -154,7 +166,10 @@ def judge(name, said, options, out, solver):
     written = read(out / f"{name}.inp")
     if not options.solve and meaning(wanted) == meaning(written):
         return "identical"
-    return "identical" if solver.solve(name, wanted) == solver.solve(name, written) else "differs"
+    of_wanted, of_written = solver.solve(name, wanted), solver.solve(name, written)
+    if of_wanted == of_written == UNSOLVED:
+        return "not solved"
+    return "identical" if of_wanted == of_written else "differs"
 
 
 def main():

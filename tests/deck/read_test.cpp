@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/deck/support.h"
 
 namespace {
@@ -63,6 +65,11 @@ TEST(ReadDeck, LongLinesAreReadInPieces) {
   ASSERT_EQ(1U, imported.remarks.size());
   EXPECT_EQ(20U, imported.remarks[0].line);
 
+  // The same where a character is a byte of code page 1252, and two of the text.
+  const std::string umlauts = "**" + std::string(1317, '\xfc');
+  imported = deck::import(read(in_step("*CLOAD\n5,3,1\n" + umlauts + "6,3,10\n")));
+  EXPECT_EQ("5: 1 1 0 0 1 0; 6: 1 10 0 0 1 0", support::records(imported, "NodalForces"));
+
   std::string huge = in_step("*CLOAD\n5,3,1\n");
   huge.insert(huge.find("5,3,1"), std::string(10'000'000, '1'));
   imported = deck::import(read(huge));
@@ -98,10 +105,12 @@ TEST(ReadDeck, WhatIsNoDeckIsRefusedWithFileAndLine) {
       {"*NODE\n00000000007,0\n", "d.inp, line 2: '00000000007' is not the number of a node."},
       {"*NODE\n0,1\n", "d.inp, line 2: Node numbers begin with 1."},
       {"*ELEMENT,TYPE=C3D4\n1,1,2,3", "d.inp, line 2: Element 1 has 3 nodes; C3D4 has 4."},
-      {"*NODE\n*INCLUDE,INPUT=Sub/None.inc\n",
-       "d.inp, line 2: The file 'Sub/None.inc' cannot be opened."},
+      {"*NODE\n*INCLUDE,INPUT=Sub/None.inc\n", "d.inp, line 2: There is no file Sub/None.inc."},
       {"*NODE\n*INCLUDE\n", "d.inp, line 2: *INCLUDE names no file; INPUT= is missing."},
       {"*include,input=a\n", "b, line 1: The file 'a' includes itself."},
+      {kModel + "*STEP\n*STATIC\n*CLO",
+       "d.inp, line 18: The deck ends within step 1, without *END STEP, and the solver would not "
+       "compute the step. Is the file cut off?"},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.message);
@@ -112,7 +121,33 @@ TEST(ReadDeck, WhatIsNoDeckIsRefusedWithFileAndLine) {
       EXPECT_EQ(each.message, error.what());
     }
   }
-  EXPECT_THROW(deck::read("no such file.inp"), deck::Error);
+}
+
+TEST(ReadDeck, AFileThatCannotBeOpenedIsNamedInFullWithTheReason) {
+  const std::filesystem::path folder = std::filesystem::absolute("folder.inp");
+  std::filesystem::create_directory(folder);
+  const auto in_folder = [&](const char* name) {
+    return '"' + (name == nullptr ? folder : folder / name).string() + '"';
+  };
+  const struct {
+    const char* path;
+    std::string reason;
+  } cases[] = {
+      {"folder.inp", in_folder(nullptr) + " is a folder, and no file."},
+      {"folder.inp/d.inp", "There is no file " + in_folder("d.inp") + "."},
+      {"folder.inp/none/d.inp",
+       "There is no file " + in_folder("none\\d.inp") + ", nor is there its folder."},
+      {"nul.inp", "\"\\\\.\\nul\" is a device, and no file."},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.path);
+    try {
+      deck::read(each.path);
+      ADD_FAILURE() << "was read";
+    } catch (const deck::Error& error) {
+      EXPECT_EQ(each.reason, error.what());
+    }
+  }
 }
 
 TEST(ReadDeck, WhatTheSolverDoesNotMindIsRead) {
@@ -123,14 +158,26 @@ TEST(ReadDeck, WhatTheSolverDoesNotMindIsRead) {
   EXPECT_TRUE(deck.remarks.empty());
 }
 
-TEST(ReadDeck, WhatIsCutOffIsRemarked) {
-  deck::Deck deck = read(kModel + "*STEP\n*STATIC\n*CLO");
-  ASSERT_EQ(1U, deck.remarks.size());
-  EXPECT_EQ("d.inp, line 18: The deck ends within step 1, without *END STEP. Is the file cut off?",
-            deck.remarks[0].text());
-  deck = read(kModel + "*BOUND");
-  ASSERT_EQ(1U, deck.remarks.size());
-  EXPECT_EQ("d.inp, line 16: The deck ends without a step.", deck.remarks[0].text());
+TEST(ReadDeck, WhatMayBeMissingIsRemarked) {
+  const struct {
+    std::string text;
+    const char* remark;
+  } cases[] = {
+      {"*BOUND", "16: The deck ends without a step."},
+      {"*STEP\n*STATIC\n*END STEP\n*STEP\n** end", "20: Step 2 has neither a card nor *END STEP."},
+      {"*STEP\n*STEP\n*END STEP\n",
+       "17: Step 2 begins within the one before, which has no *END STEP. The solver refuses such a "
+       "deck."},
+      {"*STEP\n*END STEP\n*STATIC\n*END STEP\n",
+       "18: *STATIC begins step 2 without *STEP, which the solver computes and reports as an "
+       "error."},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.text);
+    const deck::Deck deck = read(kModel + each.text);
+    ASSERT_EQ(1U, deck.remarks.size());
+    EXPECT_EQ("d.inp, line " + std::string(each.remark), deck.remarks[0].text());
+  }
 }
 
 TEST(ReadDeck, TheChecksumIsThatOfTheBytes) {

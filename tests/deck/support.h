@@ -18,10 +18,11 @@ using Files = std::map<std::string, std::string>;
 
 /// A deck, "d.inp", and the files that it includes.
 inline deck::Deck read(const std::string& text, const Files& included = {}) {
-  return deck::read("d.inp", [&](const std::string& path) -> std::optional<std::string> {
+  return deck::read("d.inp", [&](const std::string& path) {
     if (path == "d.inp") return text;
     const auto found = included.find(path);
-    return found == included.end() ? std::nullopt : std::optional(found->second);
+    if (found == included.end()) throw deck::CannotOpen("There is no file " + path + ".");
+    return found->second;
   });
 }
 

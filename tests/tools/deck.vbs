@@ -8,7 +8,9 @@ deck.CopyTo model
 WScript.Echo Err.Description
 Err.Clear
 deck.Read "nowhere.inp"
-WScript.Echo Err.Description & " Read: """ & deck.Path & """"
+Set files = CreateObject("Scripting.FileSystemObject")
+folder = files.GetAbsolutePathName(".")
+WScript.Echo Replace(Err.Description, folder, "") & " Read: """ & deck.Path & """"
 On Error GoTo 0
 
 deck.Read "plate.inp"
@@ -50,7 +52,7 @@ deck.Write model, "stronger.inp"
 WScript.Echo InStr(Err.Description, "Lost") > 0
 On Error GoTo 0
 
-Set after = CreateObject("Scripting.FileSystemObject").OpenTextFile("stronger.inp")
+Set after = files.OpenTextFile("stronger.inp")
 Do Until after.AtEndOfStream
     WScript.Echo after.ReadLine
 Loop

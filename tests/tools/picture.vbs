@@ -19,8 +19,9 @@ Function Glyphs(name)
     Glyphs = UBound(Split(Content(name), "data-record="))
 End Function
 
+folder = files.GetAbsolutePathName(".")
 Sub Told
-    WScript.Echo Err.Description
+    WScript.Echo Replace(Err.Description, folder, "")
     Err.Clear
 End Sub
 

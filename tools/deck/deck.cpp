@@ -1,32 +1,15 @@
 #include "tools/deck/deck.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 
+#include "tools/deck/files.h"
 #include "tools/deck/lines.h"
 #include "tools/deck/model_part.h"
 #include "tools/deck/sha256.h"
 
 namespace deck {
 namespace {
-
-std::filesystem::path path_of(const std::string& utf8) {
-  return {std::u8string(utf8.begin(), utf8.end())};
-}
-
-std::optional<std::string> read_file(const std::filesystem::path& path) {
-  std::error_code ignored;
-  const auto size = std::filesystem::file_size(path, ignored);
-  std::ifstream file(path, std::ios::binary);
-  if (ignored || !file) return std::nullopt;
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (file.bad()) return std::nullopt;
-  bytes.resize(static_cast<std::size_t>(file.gcount()));
-  return bytes;
-}
 
 void require_content(const Deck& deck) {
   if (!deck.mesh.node_ids.empty() || !deck.steps.empty()) return;
@@ -35,17 +18,26 @@ void require_content(const Deck& deck) {
               "whole deck?");
 }
 
-/// A step that nothing ends is what is left of a file that was cut off.
+/// The solver ends such a deck as done without having computed the step: its file was cut off. With
+/// nothing behind *STEP there is nothing to lose, and decks end so.
 void check_end(Deck& deck) {
   const auto end = std::find_if(deck.cards.rbegin(), deck.cards.rend(), [](const Card& card) {
     return card.is("STEP") || card.is("ENDSTEP");
   });
+  const std::size_t last_line = deck.lines.size() - 1;
   if (end == deck.cards.rend()) {
-    deck.remarks.push_back(deck.remark_at(deck.lines.size() - 1, "The deck ends without a step."));
+    deck.remarks.push_back(deck.remark_at(last_line, "The deck ends without a step."));
   } else if (end->is("STEP")) {
-    deck.remarks.push_back(deck.remark_at(deck.lines.size() - 1,
-                                          "The deck ends within step " + std::to_string(end->step) +
-                                              ", without *END STEP. Is the file cut off?"));
+    const std::string step = std::to_string(end->step);
+    if (end == deck.cards.rbegin()) {
+      deck.remarks.push_back(
+          deck.remark_at(last_line, "Step " + step + " has neither a card nor *END STEP."));
+      return;
+    }
+    throw Error(deck.remark_at(last_line, "The deck ends within step " + step +
+                                              ", without *END STEP, and the solver would not "
+                                              "compute the step. Is the file cut off?")
+                    .text());
   }
 }
 
@@ -53,12 +45,6 @@ void check_end(Deck& deck) {
 
 std::string Remark::text() const {
   return line == 0 ? file + ": " + reason : file + ", line " + std::to_string(line) + ": " + reason;
-}
-
-OpenFile files_beside(const std::string& deck_path) {
-  return [folder = path_of(deck_path).parent_path(), deck_path](const std::string& path) {
-    return path == deck_path ? read_file(path_of(path)) : read_file(folder / path_of(path));
-  };
 }
 
 const std::string* Card::find(std::string_view name) const {
@@ -72,7 +58,7 @@ bool Card::is(std::string_view keyword_start) const { return keyword.starts_with
 
 std::string Deck::checksum() const {
   Sha256 digest;
-  for (const auto& file : files) digest.add(file->bytes);
+  for (const auto& file : files) digest.add(file->bytes());
   return digest.finish();
 }
 

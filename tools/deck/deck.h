@@ -20,8 +20,14 @@
 /// Solver input decks: reading, what their cards mean, and writing them back. All texts are UTF-8.
 namespace deck {
 
-/// A deck that cannot be read; what() is a sentence that begins with file and line.
+/// A deck that cannot be read; what() is a sentence that names file and line.
 class Error : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A file that cannot be opened; what() is a sentence that names its full path and the reason.
+class CannotOpen : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
@@ -36,16 +42,18 @@ struct Remark {
   [[nodiscard]] std::string text() const;
 };
 
-/// The bytes of a file, or nothing if it cannot be opened. The deck itself is asked for by the path
-/// given to read(), an included file by the path as the deck writes it.
-using OpenFile = std::function<std::optional<std::string>(const std::string& path)>;
-
-/// Opens the deck, and included files beside it where their paths are relative.
-OpenFile files_beside(const std::string& deck_path);
+/// The bytes of a file; throws CannotOpen. The deck itself is asked for by the path given to
+/// read(), an included file by the path as the deck writes it.
+using OpenFile = std::function<std::string(const std::string& path)>;
 
 struct File {
   std::string path;
-  std::string bytes;
+  std::string text;
+  /// The bytes of a file that is no UTF-8, from which the text was made; else empty.
+  std::string original;
+
+  [[nodiscard]] bool is_utf8() const { return original.empty(); }
+  [[nodiscard]] const std::string& bytes() const { return is_utf8() ? text : original; }
 };
 
 /// A line of a file. The solver reads long lines in pieces, each of which is a line here too.

@@ -6,6 +6,7 @@
 
 #include "tools/deck/alignment.h"
 #include "tools/deck/carried.h"
+#include "tools/deck/encoding.h"
 #include "tools/deck/fields.h"
 #include "tools/deck/record_rows.h"
 
@@ -314,11 +315,11 @@ class Exporter {
 
   void put_together() {
     std::string& text = result_.text;
-    text.reserve(deck_.files.front()->bytes.size());
-    const std::string& bytes = deck_.files.front()->bytes;
-    const std::size_t first_end = bytes.find('\n');
+    const File& file = *deck_.files.front();
+    text.reserve(file.text.size());
+    const std::size_t first_end = file.text.find('\n');
     const bool has_returns =
-        first_end != std::string::npos && first_end > 0 && bytes[first_end - 1] == '\r';
+        first_end != std::string::npos && first_end > 0 && file.text[first_end - 1] == '\r';
     const std::string_view line_end = has_returns ? "\r\n" : "\n";
     const auto put = [&](const std::vector<std::string>& lines) {
       for (const std::string& line : lines) {
@@ -337,6 +338,7 @@ class Exporter {
       put(edit->second.after);
     }
     put(end_);
+    if (!file.is_utf8()) text = to_windows_1252(text);
   }
 
   const Deck& deck_;

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <limits>
 
+#include "tools/content/utf8.h"
+#include "tools/deck/encoding.h"
 #include "tools/deck/fields.h"
 
 namespace deck {
@@ -47,19 +49,19 @@ class LineReader {
 
   /// `from` is the line that includes the file; null for the deck itself.
   void read_file(const std::string& path, const Line* from) {
-    std::optional<std::string> bytes = open_(path);
-    if (!bytes) refuse(from, path, "The file '" + path + "' cannot be opened.");
+    std::string bytes = open(path, from);
     if (std::find(open_paths_.begin(), open_paths_.end(), path) != open_paths_.end()) {
       refuse(from, path, "The file '" + path + "' includes itself.");
     }
     if (open_paths_.size() > kDeepest) {
       refuse(from, path, "Files include one another more than 100 deep.");
     }
-    deck_.files.push_back(std::make_unique<File>(File{path, std::move(*bytes)}));
+    deck_.files.push_back(std::make_unique<File>(File{path, std::move(bytes), {}}));
     if (deck_.files.size() > kMostFiles) {
       refuse(from, path, "The deck includes more than 10,000 files.");
     }
     check_encoding(from, path);
+    decode(*deck_.files.back());
     open_paths_.push_back(path);
     split(static_cast<std::uint32_t>(deck_.files.size() - 1));
     open_paths_.pop_back();
@@ -81,9 +83,24 @@ class LineReader {
     throw Error(Remark{deck_.files[from->file]->path, from->number, reason}.text());
   }
 
+  std::string open(const std::string& path, const Line* from) {
+    try {
+      return open_(path);
+    } catch (const CannotOpen& reason) {
+      if (from == nullptr) throw Error(reason.what());
+      refuse(from, path, reason.what());
+    }
+  }
+
+  static void decode(File& file) {
+    if (content::is_utf8(file.text)) return;
+    file.original = std::move(file.text);
+    file.text = from_windows_1252(file.original);
+  }
+
   /// A file in another encoding would be read as one without cards, or with one card less.
   void check_encoding(const Line* from, const std::string& path) {
-    const std::string_view bytes = deck_.files.back()->bytes;
+    const std::string_view bytes = deck_.files.back()->text;
     if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
       refuse(from, path,
              "The file '" + path +
@@ -103,9 +120,9 @@ class LineReader {
   }
 
   void split(std::uint32_t file) {
-    const std::string& bytes = deck_.files[file]->bytes;
-    const char* at = bytes.data();
-    const char* const end = at + bytes.size();
+    const std::string& text = deck_.files[file]->text;
+    const char* at = text.data();
+    const char* const end = at + text.size();
     for (std::uint32_t number = 1; at != end; ++number) {
       const auto* newline =
           static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
@@ -127,18 +144,43 @@ class LineReader {
              "A carriage return stands within the line. To the solver, lines end with a line feed; "
              "convert the line ends of the file.");
     }
-    const std::size_t characters = size - (size > 0 && end[-1] == '\n' ? 1 : 0);
+    const char* const text_end = end - (size > 0 && end[-1] == '\n' ? 1 : 0);
+    const bool is_utf8 = deck_.files[file]->is_utf8();
+    const std::size_t characters = characters_of({at, text_end}, is_utf8);
     if (characters > kLongestLine) {
       deck_.remarks.push_back({deck_.files[file]->path, number,
                                "The line has " + std::to_string(characters) +
                                    " characters. The solver reads " + std::to_string(kLongestLine) +
                                    " of them and takes the rest for a line of its own."});
     }
-    std::size_t left = characters;
-    for (; left > kLongestLine; left -= kLongestLine, at += kLongestLine) {
-      add_piece(Line{at, kLongestLine, file, number});
+    for (std::size_t left = characters; left > kLongestLine; left -= kLongestLine) {
+      const std::size_t piece = longest_piece({at, text_end}, is_utf8);
+      add_piece(Line{at, static_cast<std::uint32_t>(piece), file, number});
+      at += piece;
     }
     add_piece(Line{at, static_cast<std::uint32_t>(end - at), file, number});
+  }
+
+  // A character is a byte to the solver: of UTF-8 one of several, and else a whole one.
+
+  static std::size_t characters_of(std::string_view text, bool is_utf8) {
+    if (is_utf8) return text.size();
+    return static_cast<std::size_t>(std::ranges::count_if(text, begins_character));
+  }
+
+  /// The bytes of the text from which the solver reads a line that is too long for it.
+  static std::size_t longest_piece(std::string_view text, bool is_utf8) {
+    if (is_utf8) return kLongestLine;
+    std::size_t bytes = 0;
+    for (std::size_t left = kLongestLine; left > 0; --left) {
+      do ++bytes;
+      while (bytes < text.size() && !begins_character(text[bytes]));
+    }
+    return bytes;
+  }
+
+  static bool begins_character(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
   }
 
   static bool has_inner_return(const char* at, const char* end) {
@@ -201,7 +243,9 @@ class LineReader {
     const bool is_procedure =
         std::any_of(kProcedures.begin(), kProcedures.end(),
                     [&card](std::string_view keyword) { return card.is(keyword); });
-    if (card.is("STEP") || (is_procedure && !deck_.steps.empty() && !within_step_)) {
+    const bool is_step = card.is("STEP");
+    if (is_step || (is_procedure && !deck_.steps.empty() && !within_step_)) {
+      remark_missing(is_step, card);
       deck_.steps.push_back({card.first, {}});
       within_step_ = true;
     }
@@ -211,6 +255,21 @@ class LineReader {
       deck_.steps.back().procedure = card.keyword;
     }
     if (card.is("ENDSTEP")) within_step_ = false;
+  }
+
+  /// Before the step that the card begins is counted.
+  void remark_missing(bool is_step, const Card& card) {
+    const std::string step = std::to_string(deck_.step_count() + 1);
+    if (!is_step) {
+      deck_.remarks.push_back(deck_.remark_at(
+          card.first, "*" + card.keyword + " begins step " + step +
+                          " without *STEP, which the solver computes and reports as an error."));
+    } else if (within_step_) {
+      deck_.remarks.push_back(deck_.remark_at(
+          card.first, "Step " + step +
+                          " begins within the one before, which has no *END STEP. The solver "
+                          "refuses such a deck."));
+    }
   }
 
   Deck& deck_;

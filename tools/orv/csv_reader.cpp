@@ -2,25 +2,22 @@
 
 #include <algorithm>
 
+#include "tools/content/file_trouble.h"
+#include "tools/content/utf8.h"
 #include "tools/text/failure.h"
 #include "tools/text/file.h"
-#include "tools/text/utf8.h"
 
 namespace orv {
 namespace {
 
 constexpr int kEnd = std::char_traits<char>::eof();
 
-/// What is no character of UTF-8 does not come back as it was.
-bool is_utf8(const std::string& field) { return text::to_utf8(text::to_wide(field)) == field; }
-
 }  // namespace
 
 CsvReader::CsvReader(const std::string& path)
     : path_(path), stream_(text::path_of(path), std::ios::binary), buffer_(stream_.rdbuf()) {
   if (!stream_) {
-    text::fail(text::kCannotReadFile,
-               "The file \"" + path + "\" cannot be read. Is the path right?");
+    text::fail(text::kCannotReadFile, content::why_not_read(text::path_of(path)));
   }
   skip_mark();
   choose_separator();
@@ -78,7 +75,7 @@ bool CsvReader::ends_row() {
 }
 
 void CsvReader::require_utf8(const std::vector<std::string>& fields) const {
-  if (is_utf8(fields.back())) return;
+  if (content::is_utf8(fields.back())) return;
   text::fail(text::kInvalidArgument,
              path_ + ", row " + std::to_string(row_) + ", field " + std::to_string(fields.size()) +
                  ": the text is not in UTF-8. Save the file as UTF-8 (in a spreadsheet: \"CSV "

@@ -3,7 +3,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
+
+#include "tools/content/utf8.h"
 
 namespace svg {
 namespace {
@@ -24,22 +25,11 @@ std::string without_zeros(std::string text) {
   return text == "-0" ? "0" : text;
 }
 
-// The length of the UTF-8 character at the beginning of the text, or 0 if there is none.
-std::size_t character_at(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
-  const std::uint8_t first = byte(0);
-  if (first < 0x80) return first >= 0x20 || first == '\n' || first == '\t' ? 1 : 0;
-  const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || text.size() < size) return 0;
-  std::uint32_t code = first & (0x7F >> size);
-  for (std::size_t i = 1; i < size; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-    code = code << 6 | (byte(i) & 0x3F);
-  }
-  constexpr std::array<std::uint32_t, 5> lowest = {0, 0, 0x80, 0x800, 0x10000};
-  const bool is_surrogate = code >= 0xD800 && code < 0xE000;
-  const bool is_no_character = code == 0xFFFE || code == 0xFFFF || code > 0x10FFFF;
-  return code < lowest.at(size) || is_surrogate || is_no_character ? 0 : size;
+// XML has no place for most control characters, nor for what is no character.
+bool may_stand_in_xml(const content::Character& character) {
+  const char32_t code = character.code;
+  if (code < 0x20) return code == '\n' || code == '\t';
+  return !character.is_none() && code != 0xFFFE && code != 0xFFFF;
 }
 
 }  // namespace
@@ -78,9 +68,9 @@ std::string count(std::size_t value) {
 std::string escaped(std::string_view text) {
   std::string result;
   while (!text.empty()) {
-    const std::size_t size = character_at(text);
+    const content::Character character = content::character_at(text);
     const char first = text.front();
-    if (size == 0) {
+    if (!may_stand_in_xml(character)) {
       result += "\xEF\xBF\xBD";
     } else if (first == '&') {
       result += "&amp;";
@@ -91,9 +81,9 @@ std::string escaped(std::string_view text) {
     } else if (first == '"') {
       result += "&quot;";
     } else {
-      result += text.substr(0, size);
+      result += text.substr(0, character.bytes);
     }
-    text.remove_prefix(size == 0 ? 1 : size);
+    text.remove_prefix(character.bytes);
   }
   return result;
 }

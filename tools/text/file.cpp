@@ -5,6 +5,7 @@
 #include <array>
 #include <system_error>
 
+#include "tools/content/file_trouble.h"
 #include "tools/text/failure.h"
 #include "tools/text/utf8.h"
 
@@ -24,21 +25,6 @@ std::string full_path(std::string_view path) {
 bool is_same_file(const std::filesystem::path& first, const std::filesystem::path& second) {
   std::error_code error;
   return std::filesystem::equivalent(first, second, error) && !error;
-}
-
-std::string read_file(std::string_view path) {
-  std::ifstream stream(path_of(path), std::ios::binary);
-  std::error_code error;
-  const auto size = std::filesystem::file_size(path_of(path), error);
-  if (!stream || error) {
-    fail(kCannotReadFile,
-         "The file \"" + std::string(path) + "\" cannot be read. Is the path right?");
-  }
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  if (!stream.read(bytes.data(), static_cast<std::streamsize>(size))) {
-    fail(kCannotReadFile, "The file \"" + std::string(path) + "\" cannot be read to its end.");
-  }
-  return bytes;
 }
 
 namespace {
@@ -87,9 +73,7 @@ void NewFile::complete() {
 }
 
 void NewFile::fail_to_write() const {
-  fail(kCannotWriteFile, "The file \"" + name_ +
-                             "\" cannot be written. Is there such a folder, with room in it, and "
-                             "is the file open elsewhere?");
+  fail(kCannotWriteFile, content::why_not_written(path_));
 }
 
 }  // namespace text

@@ -15,9 +15,6 @@ std::string full_path(std::string_view path);
 /// Whether both name the same file; false when one of them is not there.
 bool is_same_file(const std::filesystem::path& first, const std::filesystem::path& second);
 
-/// The bytes of a file.
-std::string read_file(std::string_view path);
-
 /// A file that is written under a temporary name beside its own, which it gets when it is complete:
 /// until then what had the name before is untouched. It takes the place of any file but a model.
 class NewFile {
