@@ -72,8 +72,6 @@ void NewFile::complete() {
   completed_ = true;
 }
 
-void NewFile::fail_to_write() const {
-  fail(kCannotWriteFile, content::why_not_written(path_));
-}
+void NewFile::fail_to_write() const { fail(kCannotWriteFile, content::why_not_written(path_)); }
 
 }  // namespace text
