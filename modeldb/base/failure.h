@@ -31,6 +31,8 @@ inline constexpr HRESULT kInvalidTransaction = ado_error(3714);
 inline constexpr HRESULT kIntegrityViolation = ado_error(3719);
 inline constexpr HRESULT kPermissionDenied = ado_error(3720);
 inline constexpr HRESULT kLocked = ado_error(3729);
+/// A row has been changed by others since it was read (DB_E_CONCURRENCYVIOLATION).
+inline constexpr HRESULT kChangedByOthers = static_cast<HRESULT>(0x80040E38);
 /// A statement took longer than it may (DB_E_ABORTLIMITREACHED).
 inline constexpr HRESULT kTimeout = static_cast<HRESULT>(0x80040E31);
 /// The statement is no valid SQL, or names what does not exist (DB_E_ERRORSINCOMMAND).

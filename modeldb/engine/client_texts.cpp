@@ -10,6 +10,11 @@
 
 namespace modeldb {
 
+void ClientTexts::set_time_limit(Seconds limit) {
+  time_limit_ = limit;
+  database_.engine().limit_waiting(limit);
+}
+
 TextResult ClientTexts::execute(std::wstring_view text, Trust trust, Seconds time_limit) {
   database_.require_open();
   if (TextShape* const shape = find_shape(text)) {

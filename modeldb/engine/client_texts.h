@@ -27,7 +27,7 @@ class ClientTexts {
 
   /// How long a text may run that is given no limit of its own.
   [[nodiscard]] Seconds time_limit() const { return time_limit_; }
-  void set_time_limit(Seconds limit) { time_limit_ = limit; }
+  void set_time_limit(Seconds limit);
 
   /// A query comes back with its literals bound, ready for step. Anything else is run at once;
   /// BEGIN, COMMIT and ROLLBACK TRANSACTION are those of the database's transactions.

@@ -48,6 +48,13 @@ class Engine {
   /// Rows changed since the database was opened, by whatever statement, undone ones included.
   [[nodiscard]] virtual std::int64_t total_changes() const = 0;
 
+  /// Whether several programs change rows at the same time, so that a row may have become another
+  /// one since it was read, without anybody having waited.
+  [[nodiscard]] virtual bool is_shared() const = 0;
+  /// How long statements wait for rows that another program is changing, if the engine lets several
+  /// change rows at a time.
+  virtual void limit_waiting(Seconds limit) = 0;
+
   // One transaction, and savepoints in it that end in the reverse order of their beginning. Engine
   // and statements raise kInvalidTransaction, by fail_as_lost, from the moment when the engine had
   // to roll back by itself until rollback(): nothing may be written in the belief that it is part

@@ -39,6 +39,12 @@ struct IndexDefinition {
 
 /// Rows that others stand on, by a column of the key's name.
 struct RowGuard {
+  /// What a statement is told that would do that to such a row.
+  static constexpr std::wstring_view kRefusal =
+      L"records stand on a vertex that it deletes or renumbers. Delete them, or put them on "
+      L"another "
+      L"vertex, first";
+
   std::wstring table;
   std::wstring key;
   std::vector<std::wstring> standing;  ///< the tables of the others

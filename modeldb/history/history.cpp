@@ -50,7 +50,7 @@ RowRecorder& History::require_recorder() {
   database_.require_open();
   if (RowRecorder* const recorder = database_.engine().recorder()) return *recorder;
   fail(kFeatureNotAvailable, L"The model database " + quoted(database_.location()) +
-                                 L" keeps no history: its engine does not record what changes.");
+                                 L" keeps no history: that is done by models in files alone.");
 }
 
 void History::on_begin() {

@@ -1,7 +1,8 @@
 #include "modeldb/model/model.h"
 
 #include "modeldb/base/ascii.h"
-#include "modeldb/base/failure.h"
+#include "modeldb/odbc/connection_text.h"
+#include "modeldb/odbc/odbc_engine.h"
 #include "modeldb/schema/history_terms.h"
 #include "modeldb/schema/link_keeper.h"
 #include "modeldb/schema/make_tables.h"
@@ -12,11 +13,7 @@ namespace modeldb {
 namespace {
 
 std::shared_ptr<Database> open_database(std::wstring_view location) {
-  if (has_prefix(location, L"odbc:")) {
-    fail(kFeatureNotAvailable,
-         L"Models behind ODBC cannot be opened by this version. Pass the path "
-         L"of a model database file.");
-  }
+  if (has_prefix(location, kOdbcPrefix)) return open_odbc(location, kSchemaVersion);
   return open_file(location, kSchemaVersion);
 }
 

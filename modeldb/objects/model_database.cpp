@@ -244,6 +244,20 @@ STDMETHODIMP ModelDatabase::Redo(VARIANT vStep) {
   });
 }
 
+STDMETHODIMP ModelDatabase::get_Overwrite(VARIANT_BOOL* pVal) {
+  return model_call(turns_, [&] {
+    (void)model();
+    *pVal = store_->overwrites() ? VARIANT_TRUE : VARIANT_FALSE;
+  });
+}
+
+STDMETHODIMP ModelDatabase::put_Overwrite(VARIANT_BOOL newVal) {
+  return model_call(turns_, [&] {
+    (void)model();
+    store_->set_overwrites(newVal != VARIANT_FALSE);
+  });
+}
+
 com::Ptr<RecordStore> ModelDatabase::store() const {
   const RecordLoad::OtherCall call;
   const Turn turn(turns_);

@@ -86,6 +86,12 @@ class ModelDatabase : public ModelDatabaseBase {
   STDMETHODIMP Undo(VARIANT vStep) override;
   STDMETHODIMP Redo(VARIANT vStep) override;
 
+  /// Where several people change a model at the same time, a record is refused whose row is not
+  /// what it was when the record was loaded; unless this is true. False in a model that was just
+  /// opened.
+  STDMETHODIMP get_Overwrite(VARIANT_BOOL* pVal) override;
+  STDMETHODIMP put_Overwrite(VARIANT_BOOL newVal) override;
+
   /// The record store of the open model; empty when none is open.
   [[nodiscard]] com::Ptr<RecordStore> store() const;
 

@@ -7,16 +7,20 @@ namespace modeldb {
 
 Table::Table(Kind kind) : kind_(std::move(kind)) {
   std::wstring parameters;
+  std::wstring unchanged;
   for (const Column& column : kind_.columns) {
     const wchar_t* const separator = column_list_.empty() ? L"" : L", ";
     column_list_ += separator + column.name;
     assignments_ += separator + column.name + L" = ?";
     parameters += L", ?";
+    unchanged += L" AND " + column.name + L" IS NOT DISTINCT FROM ?";
   }
   const std::wstring where = L" WHERE " + kind_.key + L" = ?";
   insert_ = FixedText(L"INSERT INTO " + kind_.table + L" (" + kind_.key + L", " + column_list_ +
                       L") VALUES (?" + parameters + L")");
   update_ = FixedText(L"UPDATE " + kind_.table + L" SET " + assignments_ + where);
+  update_unchanged_ =
+      FixedText(L"UPDATE " + kind_.table + L" SET " + assignments_ + where + unchanged);
   remove_ = FixedText(L"DELETE FROM " + kind_.table + where);
   find_ = FixedText(L"SELECT " + column_list_ + L" FROM " + kind_.table + where);
 }
@@ -39,6 +43,16 @@ bool Table::update(Database& database, long id, std::span<const Literal> values)
   const StatementLease statement = database.prepare(update_);
   statement->bind_all(values);
   statement->bind(static_cast<int>(values.size()) + 1, id);
+  return statement->run() != 0;
+}
+
+bool Table::update_unchanged(Database& database, long id, std::span<const Literal> values,
+                             std::span<const Literal> saved) const {
+  const StatementLease statement = database.prepare(update_unchanged_);
+  statement->bind_all(values);
+  const int key = static_cast<int>(values.size()) + 1;
+  statement->bind(key, id);
+  statement->bind_all(saved, key + 1);
   return statement->run() != 0;
 }
 

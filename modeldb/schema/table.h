@@ -24,6 +24,9 @@ class Table {
   long insert(Database& database, long id, std::span<const Literal> values) const;
   /// False when no row has that key.
   bool update(Database& database, long id, std::span<const Literal> values) const;
+  /// False when no row has that key, or its values are not those that are `saved` any more.
+  bool update_unchanged(Database& database, long id, std::span<const Literal> values,
+                        std::span<const Literal> saved) const;
   bool remove(Database& database, long id) const;
 
   /// A query that stands at the row with that key, its columns those of the kind; empty when there
@@ -36,6 +39,7 @@ class Table {
   std::wstring assignments_;
   FixedText insert_;
   FixedText update_;
+  FixedText update_unchanged_;
   FixedText remove_;
   FixedText find_;
 };

@@ -25,8 +25,7 @@ std::wstring is_occupied(const RowGuard& rows) {
 
 void guard_rows(SqliteFile& file, const RowGuard& rows) {
   const std::wstring refusal =
-      L" BEGIN SELECT RAISE(ABORT, 'records stand on a vertex that it deletes or renumbers. Delete "
-      L"them, or put them on another vertex, first'); END";
+      L" BEGIN SELECT RAISE(ABORT, '" + std::wstring(RowGuard::kRefusal) + L"'); END";
   const std::wstring occupied = is_occupied(rows);
   execute(file, L"CREATE TEMP TRIGGER orv_occupied_vertex_deleted BEFORE DELETE ON " + rows.table +
                     L" WHEN " + occupied + refusal);

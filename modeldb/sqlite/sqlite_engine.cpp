@@ -38,6 +38,10 @@ class SqliteEngine final : public Engine {
     return sqlite3_total_changes64(file_.handle());
   }
 
+  // One program writes a file at a time; the others are told soon.
+  [[nodiscard]] bool is_shared() const override { return false; }
+  void limit_waiting(Seconds) override {}
+
   void begin() override { file_.begin(); }
   void commit() override { file_.commit(); }
   void rollback() noexcept override { file_.rollback(); }

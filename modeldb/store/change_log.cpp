@@ -7,13 +7,14 @@
 namespace modeldb {
 namespace {
 
-void undo(const ChangeLog::Undo& undo) { undo(); }
+void undo(ChangeLog&, const ChangeLog::Undo& undo) { undo(); }
 
-void undo(const ChangeLog::Touched& touched) {
+void undo(ChangeLog& log, const ChangeLog::Touched& touched) {
   const Record& record = touched.record;
   // A key that the client has put in place of the new one meanwhile is the client's.
   if (record.id() == 0 && record.current_id() == touched.key) record.set_id(0);
   record.set_dirty(touched.dirty);
+  if (!touched.saved.empty()) log.reverted.add(record, touched.saved);
 }
 
 }  // namespace
@@ -25,7 +26,7 @@ void ChangeLog::undo_touches(std::size_t first) noexcept {
     const auto last = std::move(touched.back());
     touched.pop_back();
     try {
-      std::visit([](const auto& touch) { undo(touch); }, last);
+      std::visit([this](const auto& touch) { undo(*this, touch); }, last);
     } catch (...) {
       // The failure that led here is the one to report.
     }

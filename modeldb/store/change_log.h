@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 #include <variant>
 #include <vector>
 
 #include "modeldb/engine/savepoint.h"
 #include "modeldb/store/record.h"
+#include "modeldb/store/reverted_rows.h"
 
 namespace modeldb {
 
@@ -26,12 +28,14 @@ struct ChangeLog {
     Record record;
     long key;
     long dirty;
+    std::wstring saved;  ///< a values text of its row; empty when nobody asks for it again
   };
 
   /// What an object of the model's own does to take back what it was given.
   using Undo = std::function<void()>;
 
   int depth = 0;
+  RevertedRows reverted;
   std::vector<std::variant<Touched, Undo>> touched;
   std::vector<Event> events;
   /// Objects are being given back what they had. What they save or delete meanwhile is refused.

@@ -44,6 +44,11 @@ class Record {
   /// The sets that it belongs to; empty when it does not tell them.
   [[nodiscard]] com::Ptr<IDispatch> sets() const;
 
+  /// Whether both are the same object.
+  [[nodiscard]] bool is_same(const Record& other) const {
+    return object_.get() == other.object_.get();
+  }
+
   /// "NodalForce 12", or "The new NodalForce": for sentences.
   [[nodiscard]] std::wstring name() const;
 

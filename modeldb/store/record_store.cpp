@@ -4,6 +4,7 @@
 
 #include "modeldb/ado/model_call.h"
 #include "modeldb/base/failure.h"
+#include "modeldb/schema/definition.h"
 #include "modeldb/store/refusal.h"
 #include "modeldb/store/script_array.h"
 
@@ -69,8 +70,9 @@ void RecordStore::save(Model& model, const Record& record, bool cascade_down, bo
   Change change(log_, *model.database());
   const long dirty_before = record.dirty();
   record.file_operation(database.get(), host::FileOp::kBeforeSave, cascade_down, cascade_up);
-  const long id = write_row(*model.database(), record);
-  log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before});
+  std::wstring saved = saved_values(*model.database(), record);
+  const long id = write_row(*model.database(), record, saved);
+  log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before, std::move(saved)});
   if (record.id() == 0) record.set_id(id);
   try {
     record.file_operation(database.get(), host::FileOp::kAfterSave, cascade_down, cascade_up);
@@ -82,17 +84,41 @@ void RecordStore::save(Model& model, const Record& record, bool cascade_down, bo
   change.keep();
 }
 
-long RecordStore::write_row(Database& database, const Record& record) {
+/// What the record's row was when it was read or written last, where others may have changed it
+/// since; empty otherwise.
+std::wstring RecordStore::saved_values(Database& database, const Record& record) const {
+  // A vertex keeps to what was put, and a set has only its name.
+  if (!database.engine().is_shared() || record.id() == 0 || !stands_on_vertex(record.kind())) {
+    return {};
+  }
+  return log_.reverted.saved_values(record);
+}
+
+long RecordStore::write_row(Database& database, const Record& record, const std::wstring& saved) {
   const long id = record.id();
   if (id == 0) {
     values_.read_for_insert(record);
     return record.table().insert(database, 0, values_.get());
   }
   values_.read_for_update(record);
-  if (!record.table().update(database, id, values_.get())) {
-    record.table().insert(database, id, values_.get());
-  }
+  if (!update_row(database, record, saved)) record.table().insert(database, id, values_.get());
+  if (!saved.empty()) log_.reverted.forget(record);
   return id;
+}
+
+/// Writes the row over that of the record's ID; false when there is none.
+bool RecordStore::update_row(Database& database, const Record& record, const std::wstring& saved) {
+  const Table& table = record.table();
+  const long id = record.id();
+  if (saved.empty() || overwrites_) return table.update(database, id, values_.get());
+  values_.read_saved(record, saved);
+  if (table.update_unchanged(database, id, values_.get(), values_.saved())) return true;
+  if (!table.find(database, id)) return false;
+  fail(kChangedByOthers,
+       record.name() +
+           L" cannot be saved: its row is not what it was when the record was loaded or "
+           L"saved last; somebody else has changed it. Load it anew and make your change "
+           L"there, or set Overwrite of the model database to True to write over theirs.");
 }
 
 STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {

@@ -49,6 +49,10 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   /// is under way be undone. `undo` may raise; that is passed over.
   void keep_for_undo(ChangeLog::Undo undo);
 
+  /// Whether a record is written over what others have changed since it was loaded.
+  [[nodiscard]] bool overwrites() const { return overwrites_; }
+  void set_overwrites(bool overwrites) { overwrites_ = overwrites; }
+
   /// Begins a batch: what fails from here on is its failures.
   void begin_batch();
   /// Runs `work`, which saves or deletes the record as one of a batch; a failure is noted and
@@ -90,7 +94,9 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
 
  private:
   void save(Model& model, const Record& record, bool cascade_down, bool cascade_up);
-  long write_row(Database& database, const Record& record);
+  [[nodiscard]] std::wstring saved_values(Database& database, const Record& record) const;
+  long write_row(Database& database, const Record& record, const std::wstring& saved);
+  bool update_row(Database& database, const Record& record, const std::wstring& saved);
   void remove(Model& model, const Record& record);
   static bool remove_row(Model& model, const Record& record);
 
@@ -112,6 +118,7 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   RecordFinder finder_;
   RowValues values_;
   ChangeLog log_;
+  bool overwrites_ = false;
   bool suspended_ = false;  // notification record by record, until a transaction ends
   bool record_by_record_ = false;
   com::Ptr<Failures> failures_ = com::make<Failures>();

@@ -66,4 +66,22 @@ void RowValues::read_for_update(const Record& record) {
   }
 }
 
+void RowValues::read_saved(const Record& record, std::wstring_view values) {
+  saved_text_ = values;
+  saved_.clear();
+  // Only the description stands between quotes, whatever is in it.
+  const std::wstring_view text = saved_text_;
+  const auto end = text.rfind(L'\'');
+  const auto description =
+      end == std::wstring_view::npos || end == 0 ? std::wstring_view() : text.substr(1, end - 1);
+  try {
+    append_values(text, description, saved_);
+  } catch (const NoNumber&) {
+    saved_.clear();
+  }
+  if (saved_.values.size() != record.kind().columns.size()) {
+    fail_on_text(record, L"its saved row", text);
+  }
+}
+
 }  // namespace modeldb

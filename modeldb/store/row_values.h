@@ -17,6 +17,10 @@ class RowValues {
   /// Reads the row as an UPDATE writes it.
   void read_for_update(const Record& record);
 
+  /// Reads the row as the record has it saved, out of a values text of its own. Beside get().
+  void read_saved(const Record& record, std::wstring_view values);
+  [[nodiscard]] const std::vector<Literal>& saved() const { return saved_.values; }
+
   /// One value for each column of the kind, in their order. Valid until the next read.
   [[nodiscard]] const std::vector<Literal>& get() const { return bound_.values; }
 
@@ -28,6 +32,8 @@ class RowValues {
   com::Bstr description_;
   com::Bstr text_;
   BoundText bound_;
+  std::wstring saved_text_;
+  BoundText saved_;
 };
 
 /// Raises, with a sentence, unless the record's `piece` is `expected`.

@@ -11,7 +11,7 @@
 #include "com/bstr.h"
 #include "com/ptr.h"
 #include "com/variant.h"
-#include "tests/engine/temporary_file.h"
+#include "tests/modeldb/temporary_model.h"
 
 namespace model_test {
 
@@ -76,7 +76,7 @@ class ModelTest : public ::testing::Test {
                                      const VARIANT& order = com::Variant::omitted());
   com::Ptr<INodalForce> load_force(long id);
 
-  TemporaryFile file;
+  TemporaryModel file;
   com::Ptr<IModelDatabaseFile> database;
 };
 

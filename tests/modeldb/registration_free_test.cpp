@@ -47,7 +47,7 @@ TEST_F(RegistrationFreeModelTest, ForceIsSavedAndLoaded) {
 }
 
 TEST_F(RegistrationFreeModelTest, FirstOfTwoModelsThatClosesLeavesTheClassesToTheOther) {
-  const model_test::TemporaryFile other_file;
+  const model_test::TemporaryModel other_file;
   const auto other = model_test::create<ModelDatabase, IModelDatabaseFile>();
   ASSERT_EQ(other->Open(model_test::bstr(other_file.path()).get()), S_OK);
   // What the models themselves serve: nothing else is found outside of the manifest.

@@ -6,7 +6,7 @@ namespace {
 
 using model_test::bstr;
 using model_test::create;
-using model_test::TemporaryFile;
+using model_test::TemporaryModel;
 using ::testing::HasSubstr;
 
 class SetsTest : public model_test::ModelTest {};
@@ -23,7 +23,7 @@ TEST_F(SetsTest, SetNamedByItsIdAloneKeepsItsName) {
 }
 
 TEST_F(SetsTest, SetOfAnotherModelIsNotTakenForAnotherOne) {
-  const TemporaryFile other_file;
+  const TemporaryModel other_file;
   const auto other = create<ModelDatabase, IModelDatabaseFile>();
   ASSERT_EQ(other->Open(bstr(other_file.path()).get()), S_OK);
   const auto save_in_other = [&](const auto& object) {

@@ -14,7 +14,7 @@ using com::Ptr;
 using com::Variant;
 using model_test::bstr;
 using model_test::create;
-using model_test::TemporaryFile;
+using model_test::TemporaryModel;
 
 /// Threads of the apartments that a test asks for.
 class Threads {
@@ -113,7 +113,7 @@ class ThreadsTest : public model_test::ModelTest {
 };
 
 TEST_F(ThreadsTest, EveryThreadWorksWithAModelOfItsOwnAndAnotherReleasesIt) {
-  std::array<TemporaryFile, 4> files;
+  std::array<TemporaryModel, 4> files;
   std::array<Leftovers, 4> leftovers;
   for (std::size_t i = 0; i < files.size(); ++i) {
     threads.start(i % 2 ? COINIT_MULTITHREADED : COINIT_APARTMENTTHREADED,
@@ -122,7 +122,7 @@ TEST_F(ThreadsTest, EveryThreadWorksWithAModelOfItsOwnAndAnotherReleasesIt) {
   threads.wait();
   threads.start(COINIT_MULTITHREADED, [&] { leftovers = {}; });
   threads.wait();
-  for (const TemporaryFile& each : files) {
+  for (const TemporaryModel& each : files) {
     database->Close();
     EXPECT_EQ(open(each.path()), S_OK) << model_test::last_sentence();
     EXPECT_EQ(count(L"NodalForceLoadSets"), std::to_string(kForces));

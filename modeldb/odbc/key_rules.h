@@ -1,0 +1,16 @@
+#pragma once
+
+#include "modeldb/engine/table_definition.h"
+#include "modeldb/odbc/session.h"
+
+namespace modeldb {
+
+/// Gives the rows of a new table their keys: a row without one gets the next, and one that brings
+/// its own moves the next beyond it, so that a key is never given twice, not to later rows either.
+///
+/// The server's own generated keys do not follow keys that rows bring. A trigger does both; it
+/// holds a lock of the session around the two steps of moving, and a shared one around drawing,
+/// since otherwise a writer could move back what another has drawn.
+void give_keys(Session& session, const TableDefinition& table);
+
+}  // namespace modeldb

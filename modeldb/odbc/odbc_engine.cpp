@@ -1,0 +1,126 @@
+#include "modeldb/odbc/odbc_engine.h"
+
+#include <set>
+
+#include "modeldb/base/failure.h"
+#include "modeldb/odbc/odbc_schema.h"
+#include "modeldb/odbc/odbc_statement.h"
+#include "modeldb/odbc/row_rules.h"
+#include "modeldb/odbc/session.h"
+
+namespace modeldb {
+namespace {
+
+/// A PostgreSQL server, with one connection to a model.
+class OdbcEngine final : public Engine {
+ public:
+  OdbcEngine(std::wstring_view location, int newest_version) : session_(location) {
+    session_.connect();
+    require_known(newest_version);
+    session_.set_read_only(asks_read_only());
+  }
+
+  [[nodiscard]] const std::wstring& location() const override { return session_.location(); }
+  [[nodiscard]] bool is_open() const override { return session_.is_open(); }
+  void close() noexcept override { session_.disconnect(); }
+  // What opening makes is one transaction, of which nothing stays.
+  void discard() noexcept override { session_.disconnect(); }
+
+  [[nodiscard]] bool is_read_only() override {
+    session_.set_read_only(asks_read_only());
+    return session_.is_read_only();
+  }
+  void require_writable() const override {
+    session_.require_open();
+    if (!session_.is_read_only()) return;
+    fail(kCannotWriteFile, L"The model " + quoted(location()) +
+                               L" cannot be written: the user of the connection may only read it. "
+                               L"Ask its owner for the right to write.");
+  }
+
+  [[nodiscard]] std::unique_ptr<Statement> prepare(std::wstring_view sql, Trust author) override {
+    return std::make_unique<OdbcStatement>(session_, sql, author);
+  }
+  [[nodiscard]] std::int64_t last_insert_id() const override {
+    session_.require_open();
+    return session_.last_insert_id();
+  }
+  [[nodiscard]] std::int64_t total_changes() const override { return session_.total_changes(); }
+
+  [[nodiscard]] bool is_shared() const override { return true; }
+  void limit_waiting(Seconds limit) override { session_.limit_waiting(limit); }
+
+  void begin() override {
+    require_writable();
+    session_.begin();
+  }
+  void commit() override { session_.commit(); }
+  void rollback() noexcept override { session_.rollback(); }
+  void begin_savepoint() override { session_.run(L"SAVEPOINT level"); }
+  void release_savepoint() override { session_.run(L"RELEASE SAVEPOINT level"); }
+  void restart_savepoint() noexcept override {
+    session_.run_quietly(L"ROLLBACK TO SAVEPOINT level");
+  }
+  void undo_savepoint() noexcept override {
+    restart_savepoint();
+    session_.run_quietly(L"RELEASE SAVEPOINT level");
+  }
+
+  [[nodiscard]] bool has_table(std::wstring_view name) override {
+    // Tables are not taken away while a model is open.
+    const std::wstring folded = folded_name(name);
+    if (known_tables_.contains(folded)) return true;
+    OdbcStatement found(session_,
+                        L"SELECT 1 FROM pg_class WHERE relnamespace = "
+                        L"current_schema()::regnamespace AND relkind = 'r' AND relname = ?",
+                        Trust::kHost);
+    found.bind(1, std::wstring_view(folded));
+    if (!found.step()) return false;
+    known_tables_.insert(folded);
+    return true;
+  }
+  [[nodiscard]] std::unique_ptr<Schema> read_schema() override {
+    return std::make_unique<OdbcSchema>(session_);
+  }
+
+  void guard(const RowGuard& rows) override { rules_.guard(rows); }
+  void keep_links(const LinkedRows& rows) override { rules_.keep_links(rows); }
+
+ private:
+  void require_known(int newest_version) {
+    const int version = OdbcSchema(session_).version();
+    if (version <= newest_version) return;
+    fail(kCannotOpenFile, L"The model " + quoted(location()) +
+                              L" was made by a newer version of the model database (its schema is "
+                              L"version " +
+                              std::to_wstring(version) + L", this one knows version " +
+                              std::to_wstring(newest_version) +
+                              L"). Install that version, orv_modeldb.dll, to open it.");
+  }
+
+  /// Whether the user may neither change rows nor, where there are none, make tables.
+  [[nodiscard]] bool asks_read_only() {
+    OdbcStatement row(
+        session_,
+        L"SELECT current_setting('transaction_read_only') = 'on' OR CASE WHEN "
+        L"to_regclass('orv_model') IS NULL THEN coalesce(NOT "
+        L"has_schema_privilege(current_schema(), "
+        L"'CREATE'), TRUE) ELSE NOT (has_table_privilege('vertices', 'INSERT') AND "
+        L"has_table_privilege('vertices', 'UPDATE') AND has_table_privilege('vertices', 'DELETE')) "
+        L"END",
+        Trust::kHost);
+    return row.step() && row.integer(0) != 0;
+  }
+
+  Session session_;
+  RowRules rules_{session_};
+  std::set<std::wstring> known_tables_;
+};
+
+}  // namespace
+
+std::shared_ptr<Database> open_odbc(std::wstring_view location, int newest_version) {
+  return std::make_shared<Database>(std::make_unique<OdbcEngine>(location, newest_version));
+}
+
+}  // namespace modeldb

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "modeldb/engine/statement.h"
+#include "modeldb/odbc/driver_manager.h"
+
+namespace modeldb {
+
+class Session;
+
+/// A statement of the server's. Its rows are all here once it has run, so that none that is half
+/// read keeps anybody waiting.
+class OdbcStatement final : public Statement {
+ public:
+  OdbcStatement(Session& session, std::wstring_view sql, Trust trust);
+  ~OdbcStatement() override;
+
+  using Statement::bind;
+  using Statement::bind_all;
+  void bind(int parameter, std::int64_t value) override;
+  void bind(int parameter, double value) override;
+  void bind(int parameter, std::wstring_view value) override;
+  void bind(int parameter, std::nullptr_t) override;
+  void bind_all(std::span<const Literal> values, int first) override;
+
+  void limit_time(Seconds limit) override;
+
+  bool step() override;
+  std::int64_t run() override;
+  void reset() override;
+
+  [[nodiscard]] bool is_open() const override;
+  void require_open() const override;
+  [[nodiscard]] std::size_t memory() const override;
+
+  [[nodiscard]] Type type(int column) const override;
+  [[nodiscard]] std::int64_t integer(int column) const override;
+  [[nodiscard]] double real(int column) const override;
+  [[nodiscard]] std::wstring_view text(int column) const override;
+  [[nodiscard]] std::span<const std::byte> blob(int column) const override;
+
+  /// The connection ends, and the handle with it.
+  void abandon() noexcept { handle_ = {}; }
+
+ protected:
+  [[nodiscard]] std::vector<ResultColumn> describe_columns() const override;
+  [[nodiscard]] std::wstring sql() const override { return sql_; }
+  void clear() noexcept override;
+
+ private:
+  /// What a parameter is bound to, at an address that stays.
+  struct Parameter {
+    Type type = Type::kNull;
+    std::int64_t integer = 0;
+    double real = 0;
+    std::wstring text;
+    SQLLEN length = SQL_NULL_DATA;
+    bool is_told = false;  // ODBC knows of what type it is, and where
+  };
+  struct Cell {
+    bool is_read = false;
+    Type type = Type::kNull;
+    std::int64_t integer = 0;
+    double real = 0;
+    std::wstring text;
+    std::vector<std::byte> blob;
+  };
+
+  void check(SQLRETURN result) const;
+  /// The text with its values, as its author knows it.
+  [[nodiscard]] std::wstring expanded_sql() const;
+  [[nodiscard]] static std::wstring shown(const Parameter& parameter);
+  Parameter& parameter(int number, Type type);
+  void tell(int number, Parameter& parameter);
+  void execute();
+  /// The types of the result's columns, once there is a result.
+  void describe();
+  bool fetch();
+  const Cell& cell(int column) const;
+  void read(int column, Cell& cell) const;
+  void read_long(int column, SQLSMALLINT type, Cell& cell) const;
+
+  Session& session_;
+  const std::wstring sql_;   // as it was given
+  const std::wstring text_;  // as the server gets it
+  const bool gives_key_;
+  StatementHandle handle_;
+  std::deque<Parameter> parameters_;
+  std::vector<Type> types_;
+  mutable std::vector<Cell> cells_;
+  bool is_described_ = false;
+  bool has_run_ = false;
+  bool has_rows_ = false;
+};
+
+}  // namespace modeldb

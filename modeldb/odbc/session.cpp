@@ -1,0 +1,170 @@
+#include "modeldb/odbc/session.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "modeldb/base/ascii.h"
+#include "modeldb/base/failure.h"
+#include "modeldb/engine/engine.h"
+#include "modeldb/odbc/odbc_statement.h"
+
+namespace modeldb {
+namespace {
+
+const DriverManager& odbc() { return DriverManager::instance(); }
+
+/// Seconds for the network's part of logging in.
+constexpr SQLULEN kLoginTimeout = 15;
+
+}  // namespace
+
+std::wstring folded_name(std::wstring_view name) {
+  std::wstring result(name);
+  std::ranges::transform(result, result.begin(), folded);
+  return result;
+}
+
+Session::Session(std::wstring_view location) : text_(read_connection_text(location)) {}
+
+Session::~Session() { disconnect(); }
+
+void Session::connect() {
+  environment_ = EnvironmentHandle(nullptr);
+  odbc().SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, as_pointer(SQL_OV_ODBC3), 0);
+  connection_ = ConnectionHandle(environment_.get());
+  odbc().SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, as_pointer(kLoginTimeout),
+                            0);
+  // The completed string, which ODBC would give back, holds the password.
+  const SQLRETURN result = odbc().SQLDriverConnectW(
+      connection_.get(), nullptr, characters(text_.complete.c_str()),
+      static_cast<SQLSMALLINT>(text_.complete.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  if (!SQL_SUCCEEDED(result)) {
+    fail_to_connect(Diagnosis::of(SQL_HANDLE_DBC, connection_.get()), location());
+  }
+  is_open_ = true;
+  own_ = StatementHandle(connection_.get());
+  // What the engine relies on, whatever the user's or the server's settings are.
+  run(L"SET standard_conforming_strings = on; SET client_min_messages = error; "
+      L"SET DateStyle = 'ISO'; SET default_transaction_isolation = 'read committed'");
+}
+
+void Session::disconnect() noexcept {
+  if (!connection_) return;
+  if (is_open_ && !is_lost_) odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
+  for (OdbcStatement* const statement : std::exchange(statements_, {})) statement->abandon();
+  own_ = {};
+  if (is_open_) odbc().SQLDisconnect(connection_.get());
+  connection_ = {};
+  environment_ = {};
+  is_open_ = is_begun_ = false;
+}
+
+void Session::require_open() const {
+  if (!is_open_ || is_lost_) fail_as_closed_or_lost();
+}
+
+void Session::fail_as_closed_or_lost() const {
+  if (is_lost_ && is_open_) fail_as_disconnected(location());
+  fail_as_closed(location());
+}
+
+StatementHandle Session::allocate(OdbcStatement* owner) {
+  require_open();
+  StatementHandle handle(connection_.get());
+  statements_.insert(owner);
+  return handle;
+}
+
+void Session::run(std::wstring_view sql) {
+  require_open();
+  prepare_to_run();
+  const SQLRETURN result = odbc().SQLExecDirectW(own_.get(), characters(sql.data()),
+                                                 static_cast<SQLINTEGER>(sql.size()));
+  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) fail_with(own_.get(), sql);
+  odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
+}
+
+void Session::run_quietly(const wchar_t* sql) noexcept {
+  if (!is_open_ || is_lost_) return;
+  if (is_told_within_) waiting_told_ = -1;
+  odbc().SQLExecDirectW(own_.get(), characters(sql), SQL_NTS);
+  odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
+}
+
+void Session::set_automatic(bool is_automatic) noexcept {
+  odbc().SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT,
+                            as_pointer(is_automatic ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), 0);
+}
+
+void Session::begin() {
+  require_open();
+  prepare_to_run();
+  set_automatic(false);
+  is_begun_ = true;
+  is_told_within_ = has_failed_ = false;
+}
+
+void Session::commit() {
+  require_open();
+  // Of a transaction that is lost the driver reports success; any statement in it fails.
+  if (has_failed_) run(L"SELECT 1");
+  const SQLRETURN result = odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_COMMIT);
+  if (!SQL_SUCCEEDED(result)) {
+    const auto diagnosis = Diagnosis::of(SQL_HANDLE_DBC, connection_.get());
+    if (diagnosis.state.empty() || diagnosis.is_lost_connection()) {
+      is_lost_ = true;
+      fail(
+          kInvalidConnection,
+          L"The connection to the model " + quoted(location()) +
+              L" was lost while a transaction was being committed, so that it is not known whether "
+              L"it was. Close the model, open it again, and look.");
+    }
+    fail_as_server(diagnosis, location(), L"COMMIT TRANSACTION");
+  }
+  set_automatic(true);
+  is_begun_ = false;
+}
+
+void Session::rollback() noexcept {
+  if (is_open_ && !is_lost_) {
+    odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
+    set_automatic(true);
+  }
+  if (is_told_within_) waiting_told_ = -1;
+  is_begun_ = false;
+}
+
+void Session::prepare_to_run() {
+  if (waiting_told_ == waiting_) return;
+  waiting_told_ = waiting_;
+  is_told_within_ = is_begun_;
+  // A little less than a client's statement may take in all, so that a lock is what is told of.
+  constexpr long long kThousand = 1000;
+  constexpr long long kLess = 100;
+  const std::wstring limit =
+      waiting_ == 0 ? L"0"
+                    : std::to_wstring(std::min(waiting_ * kThousand - kLess, 2'000'000'000LL));
+  run(L"SET lock_timeout = " + limit);
+}
+
+void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
+  const auto diagnosis = Diagnosis::of(SQL_HANDLE_STMT, statement);
+  odbc().SQLFreeStmt(statement, SQL_CLOSE);
+  if (diagnosis.is_lost_connection()) is_lost_ = true;
+  has_failed_ = true;
+  if (diagnosis.is(L"25P02")) fail_as_lost(location());
+  // A trigger that was stopped may have been about to let a lock go (key_rules.h).
+  if (diagnosis.is(L"57014") || diagnosis.is(L"2200H")) {
+    run_quietly(L"SELECT pg_advisory_unlock_all()");
+  }
+  fail_as_server(diagnosis, location(), sql);
+}
+
+std::wstring Session::spelled(const std::wstring& name) const {
+  const auto known = spelling_.find(name);
+  return known == spelling_.end() ? name : known->second;
+}
+
+void Session::learn_spelling(std::wstring_view name) { spelling_.emplace(folded_name(name), name); }
+
+}  // namespace modeldb

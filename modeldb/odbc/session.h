@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "modeldb/engine/statement.h"
+#include "modeldb/odbc/connection_text.h"
+#include "modeldb/odbc/diagnosis.h"
+#include "modeldb/odbc/driver_manager.h"
+
+namespace modeldb {
+
+class OdbcStatement;
+
+/// A connection to a server: what the statements on it share.
+class Session {
+ public:
+  /// kCannotOpenFile: it is no connection string.
+  explicit Session(std::wstring_view location);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  /// kCannotOpenFile: the server cannot be reached, or does not let us in.
+  void connect();
+  /// Rolls back what is not committed; statements that are left are gone.
+  void disconnect() noexcept;
+  [[nodiscard]] bool is_open() const { return is_open_; }
+  /// kObjectClosed: it was closed. kInvalidConnection: it was lost.
+  void require_open() const;
+  [[nodiscard]] const std::wstring& location() const { return text_.shown; }
+
+  /// For a statement, which takes part until it is released. Handles of statements do not outlive
+  /// the connection.
+  StatementHandle allocate(OdbcStatement* owner);
+  void release(OdbcStatement* owner) noexcept { statements_.erase(owner); }
+
+  // The engine's own work.
+
+  /// Runs a text without parameters and result.
+  void run(std::wstring_view sql);
+  /// Runs what can fail only when there is nothing to undo any more.
+  void run_quietly(const wchar_t* sql) noexcept;
+
+  // Its transaction, which reaches the server with its first statement.
+
+  /// Statements within it wait for the locks of others.
+  void begin();
+  /// kInvalidTransaction: the server had to roll back by itself.
+  void commit();
+  void rollback() noexcept;
+  [[nodiscard]] bool is_in_transaction() const { return is_begun_; }
+
+  /// How long a statement waits for rows that another program is changing.
+  void limit_waiting(Seconds limit) { waiting_ = limit; }
+  /// Tells the server what has changed of that. Before a statement.
+  void prepare_to_run();
+
+  [[nodiscard]] bool is_read_only() const { return is_read_only_; }
+  void set_read_only(bool is) { is_read_only_ = is; }
+
+  /// Raises what the call on the handle of a statement answered, with a sentence.
+  [[noreturn]] void fail_with(SQLHANDLE statement, std::wstring_view sql);
+
+  // What became of statements.
+
+  [[nodiscard]] std::int64_t last_insert_id() const { return last_insert_id_; }
+  void set_last_insert_id(std::int64_t id) { last_insert_id_ = id; }
+  [[nodiscard]] std::int64_t total_changes() const { return total_changes_; }
+  void add_changes(std::int64_t rows) { total_changes_ += rows; }
+
+  /// How the model spells a name that the server has in small letters.
+  [[nodiscard]] std::wstring spelled(const std::wstring& name) const;
+  void learn_spelling(std::wstring_view name);
+
+ private:
+  void set_automatic(bool is_automatic) noexcept;
+  [[noreturn]] void fail_as_closed_or_lost() const;
+
+  const ConnectionText text_;
+  EnvironmentHandle environment_;
+  ConnectionHandle connection_;
+  StatementHandle own_;
+  std::set<OdbcStatement*> statements_;
+  bool is_open_ = false;
+  bool is_lost_ = false;  // found broken; a commit must not be believed from then on
+  bool is_begun_ = false;
+  bool is_read_only_ = false;
+  Seconds waiting_ = kDefaultTimeLimit;
+  Seconds waiting_told_ = -1;
+  bool is_told_within_ = false;  // the transaction, with which it would be undone
+  bool has_failed_ = false;      // a statement of the transaction
+  std::int64_t last_insert_id_ = 0;
+  std::int64_t total_changes_ = 0;
+  std::map<std::wstring, std::wstring, std::less<>> spelling_;
+};
+
+/// In a transaction: only one program at a time makes tables and triggers. Its number is that of
+/// model databases.
+inline constexpr std::wstring_view kMakingLock = L"SELECT pg_advisory_xact_lock(1330796100)";
+
+/// In small letters, as the server folds a name.
+std::wstring folded_name(std::wstring_view name);
+
+}  // namespace modeldb

@@ -1,0 +1,263 @@
+// What is so only of a model on a server: several people at once, rights, and connections that
+// break.
+
+#include <optional>
+
+#include "modeldb/base/failure.h"
+#include "modeldb/odbc/odbc_statement.h"
+#include "modeldb/odbc/session.h"
+#include "tests/modeldb/model_test.h"
+
+namespace {
+
+using model_test::bstr;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A model on the tests' server, open, and what its owner does beside it.
+class TeamTest : public model_test::ModelTest {
+ protected:
+  TeamTest() : owner_(file.path()) { owner_.connect(); }
+  ~TeamTest() override {
+    if (other_) other_->Close();
+  }
+
+  /// The same model as somebody else has it open.
+  com::Ptr<IModelDatabaseFile> open_other(const std::wstring& location) {
+    other_ = model_test::create<ModelDatabase, IModelDatabaseFile>();
+    EXPECT_EQ(other_->Open(bstr(location).get()), S_OK) << model_test::last_sentence();
+    return other_;
+  }
+
+  com::Ptr<INodalForce> force_of(const com::Ptr<IModelDatabaseFile>& model, long id) {
+    com::Ptr<IDispatch> object;
+    const com::Variant condition(com::Bstr(L"NodalForceID = " + std::to_wstring(id)));
+    EXPECT_EQ(
+        model->Load(bstr(L"NodalForces").get(), condition, com::Variant::omitted(), object.put()),
+        S_OK)
+        << model_test::last_sentence();
+    com::Ptr<INodalForce> force;
+    object.query<INodalForces>()->Item(0, force.put());
+    return force;
+  }
+  static HRESULT save_in(const com::Ptr<IModelDatabaseFile>& model,
+                         const com::Ptr<INodalForce>& force) {
+    return force->Save(model.get(), com::Variant::omitted(), com::Variant::omitted());
+  }
+  static HRESULT execute_in(const com::Ptr<IModelDatabaseFile>& model, std::wstring_view sql) {
+    com::Ptr<IDispatch> connection;
+    model->get_Connection(connection.put());
+    com::Ptr<_Recordset> rows;
+    return connection.query<Connection15>()->Execute(bstr(sql).get(), nullptr, adExecuteNoRecords,
+                                                     rows.put());
+  }
+
+  /// The first value of a query of the owner's.
+  std::string asked(const std::wstring& sql) {
+    modeldb::OdbcStatement rows(owner_, sql, modeldb::Trust::kHost);
+    return rows.step() ? std::to_string(rows.integer(0)) : "";
+  }
+  /// Where a user of that name, who is made with those rights, finds the model.
+  std::wstring location_of(const std::wstring& user, const std::wstring& rights) {
+    owner_.run(L"DROP ROLE IF EXISTS " + user);
+    owner_.run(L"CREATE ROLE " + user + L" LOGIN PASSWORD 'a;b''c}d'");
+    owner_.run(L"GRANT " + rights + L" ON ALL TABLES IN SCHEMA public TO " + user);
+    std::wstring location = file.path();
+    const auto begin = location.find(L"Uid=");
+    const auto end = location.find(L"Database=");
+    return location.replace(begin, end - begin, L"Uid=" + user + L";Pwd={a;b'c}}d};");
+  }
+
+  modeldb::Session owner_;
+
+ private:
+  com::Ptr<IModelDatabaseFile> other_;
+};
+
+TEST_F(TeamTest, ChangesOfTwoPeopleAreKeptAndTheSecondToARecordIsRefused) {
+  ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(save(make_force(2)), S_OK);
+  const auto other = open_other(file.path());
+  const auto mine = load_force(1);
+  const auto theirs = force_of(other, 1);
+  const auto theirs_too = force_of(other, 2);
+
+  mine->put_Magnitude(10);
+  ASSERT_EQ(save(mine), S_OK) << model_test::last_sentence();
+  theirs_too->put_Magnitude(20);
+  ASSERT_EQ(save_in(other, theirs_too), S_OK) << model_test::last_sentence();
+  theirs->put_Vx(3);
+  EXPECT_SENTENCE(save_in(other, theirs),
+                  HasSubstr("NodalForce 1 cannot be saved: its row is not"));
+  EXPECT_EQ(value(L"SELECT sum(Magnitude) FROM NodalForces WHERE Vx = 1 OR Vx = 0"), "30");
+
+  ASSERT_EQ(other->put_Overwrite(VARIANT_TRUE), S_OK);
+  ASSERT_EQ(save_in(other, theirs), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces WHERE Vx = 3"), "1");
+}
+
+TEST_F(TeamTest, RollbackIsNoChangeOfSomebodyElse) {
+  const auto force = make_force(1);
+  ASSERT_EQ(save(force), S_OK);
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  for (const double magnitude : {2.0, 3.0}) {
+    force->put_Magnitude(magnitude);
+    ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  }
+  ASSERT_EQ(execute(L"ROLLBACK TRANSACTION"), S_OK);
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "1");
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "3");
+}
+
+TEST_F(TeamTest, LockOfAnotherIsWaitedForAsLongAsTheTimeoutSays) {
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  const auto other = open_other(file.path());
+  const auto theirs = force_of(other, 1);
+  const auto mine = load_force(1);
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  mine->put_Magnitude(2);
+  ASSERT_EQ(save(mine), S_OK);
+
+  com::Ptr<IDispatch> connection;
+  other->get_Connection(connection.put());
+  connection.query<Connection15>()->put_CommandTimeout(1);
+  theirs->put_Magnitude(3);
+  EXPECT_SENTENCE(save_in(other, theirs), HasSubstr("is in use: another program or person"));
+  ASSERT_EQ(execute(L"COMMIT TRANSACTION"), S_OK);
+  EXPECT_SENTENCE(save_in(other, theirs), HasSubstr("NodalForce 1 cannot be saved"));
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "2");
+}
+
+TEST_F(TeamTest, BrokenConnectionLeavesNothingHalfWritten) {
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(save(make_force(2)), S_OK);
+  owner_.run(
+      L"DO $$ BEGIN PERFORM pg_terminate_backend(pid, 60000) FROM pg_stat_activity WHERE datname = "
+      L"current_database() AND pid <> pg_backend_pid(); END $$");
+  EXPECT_SENTENCE(save(make_force(3)), AllOf(HasSubstr("was lost"), HasSubstr("open it again")));
+  EXPECT_SENTENCE(execute(L"COMMIT TRANSACTION"), HasSubstr("was lost"));
+  reopen();
+  EXPECT_EQ(count(L"NodalForces"), "1");
+  EXPECT_EQ(asked(L"SELECT count(*) FROM pg_stat_activity WHERE state LIKE 'idle in transaction%'"),
+            "0");
+  ASSERT_EQ(save(make_force(4)), S_OK) << model_test::last_sentence();
+}
+
+TEST_F(TeamTest, RightToRowsIsEnoughToWorkAndForNothingElse) {
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  const auto worker = open_other(location_of(L"worker", L"SELECT, INSERT, UPDATE, DELETE"));
+  VARIANT_BOOL is_read_only = VARIANT_TRUE;
+  ASSERT_EQ(worker->get_IsReadOnly(&is_read_only), S_OK);
+  EXPECT_EQ(is_read_only, VARIANT_FALSE);
+  const auto force = make_force(2);
+  ASSERT_EQ(save_in(worker, force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(id_of(force), 2);
+  ASSERT_EQ(execute_in(worker, L"DELETE FROM NodalForces WHERE NodalForceID = 1"), S_OK);
+
+  const auto reader = open_other(location_of(L"reader", L"SELECT"));
+  ASSERT_EQ(reader->get_IsReadOnly(&is_read_only), S_OK);
+  EXPECT_EQ(is_read_only, VARIANT_TRUE);
+  const auto seen = force_of(reader, 2);
+  EXPECT_SENTENCE(save_in(reader, seen), HasSubstr("may only read it"));
+  EXPECT_SENTENCE(execute_in(reader, L"DELETE FROM NodalForces"), HasSubstr("may only read it"));
+  EXPECT_EQ(count(L"NodalForces"), "1");
+}
+
+TEST_F(TeamTest, TextsOfClientsReachTheRowsOfTheModelAlone) {
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  const auto tables = asked(L"SELECT count(*) FROM pg_class");
+  for (const auto* const text :
+       {L"SELECT E'a\\'' ; DELETE FROM NodalForces; --'",
+        L"SELECT $$'$$; DELETE FROM NodalForces; --'",
+        L"SELECT U&'\\0027' ; DELETE FROM NodalForces --'",
+        L"SELECT {fn user()}",
+        L"WITH x AS (DELETE FROM NodalForces RETURNING 1) SELECT * FROM x",
+        L"SELECT * INTO mine FROM NodalForces",
+        L"SELECT set_config('search_path', 'x', false)",
+        L"SELECT \"set_config\"('search_path', 'x', false)",
+        L"SELECT pg_read_file('PG_VERSION')",
+        L"SELECT * FROM pg_authid",
+        L"SELECT * FROM \"pg_authid\"",
+        L"SELECT * FROM pg_catalog.pg_class",
+        L"SELECT * FROM information_schema.tables",
+        L"SELECT * FROM [orv_model]",
+        L"SELECT lo_create(1)",
+        L"SELECT nextval('orv_keys_of_vertices')",
+        L"SELECT query_to_xml('DELETE FROM NodalForces', true, true, '')",
+        L"SELECT NodalForceID FROM NodalForces FOR UPDATE",
+        L"SELECT pg_sleep(60)",
+        L"WITH RECURSIVE x (n) AS (SELECT 1 UNION ALL SELECT n FROM x) SELECT * FROM x",
+        L"SELECT x'00ff'",
+        L"UPDATE orv_model SET SchemaVersion = 9",
+        L"DELETE FROM NodalForces RETURNING NodalForceID",
+        L"TRUNCATE NodalForces",
+        L"INSERT INTO LoadSets (Description) VALUES ('a'); COMMIT; DROP TABLE NodalForces"}) {
+    SCOPED_TRACE(model_test::narrow(text));
+    EXPECT_SENTENCE(execute(text), Not(HasSubstr("was lost")));
+  }
+  EXPECT_EQ(count(L"NodalForces") + count(L"LoadSets"), "10");
+  EXPECT_EQ(asked(L"SELECT count(*) FROM pg_class"), tables);
+
+  // What only looks like it is run, and no comment is one to the server and none to the model.
+  EXPECT_EQ(value(L"SELECT /* /* */ ' */ 1; DELETE FROM NodalForces; --'"),
+            " */ 1; DELETE FROM NodalForces; --");
+  EXPECT_EQ(value(L"SELECT 1 --\r; DELETE FROM NodalForces"), "1");
+  EXPECT_EQ(value(L"SELECT count(*) /* of ' all */ FROM [NodalForces] -- every one"), "1");
+  EXPECT_EQ(value(L"SELECT 'pg_class; DROP ' || \"Description\" FROM NodalForces"),
+            "pg_class; DROP ");
+}
+
+TEST_F(TeamTest, TextsAreKeptAsTheyAreOrRefused) {
+  const std::wstring awkward =
+      L"Bö's \\ \"tip\" {x} ? $1 \U0001F600\n\t%" + std::wstring(100'000, L'ß');
+  const auto set = make_load_set(awkward);
+  ASSERT_EQ(save(set), S_OK) << model_test::last_sentence();
+  com::Ptr<ILoadSet> found;
+  ASSERT_EQ(database->LoadSet(bstr(awkward).get(), found.put()), S_OK);
+  EXPECT_EQ(id_of(found), id_of(set));
+  // One that ends in half of a pair, and one that goes on behind a zero.
+  for (const auto& text : {std::wstring(L"a\xD800"), std::wstring(L"a\0b", 3)}) {
+    EXPECT_SENTENCE(save(make_load_set(text)), HasSubstr("cannot keep"));
+  }
+  EXPECT_EQ(count(L"LoadSets"), "1");
+  ASSERT_EQ(execute(L"UPDATE LoadSets SET Description = 'a\\b'"), S_OK);
+  EXPECT_EQ(value(L"SELECT count(*) FROM LoadSets WHERE Description LIKE 'A\\_'"), "1");
+}
+
+TEST_F(TeamTest, KeysAreNeverGivenTwice) {
+  ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID, Description) VALUES (40, 'a')"), S_OK);
+  ASSERT_EQ(execute(L"DELETE FROM LoadSets"), S_OK);
+  const auto set = make_load_set(L"b");
+  ASSERT_EQ(save(set), S_OK);
+  EXPECT_EQ(id_of(set), 41);
+  ASSERT_EQ(execute(L"UPDATE LoadSets SET LoadSetID = 2147483647"), S_OK);
+  ASSERT_EQ(execute(L"DELETE FROM LoadSets"), S_OK);
+  EXPECT_SENTENCE(save(make_load_set(L"c")), HasSubstr("no keys left"));
+  ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID, Description) VALUES (7, 'd')"), S_OK);
+}
+
+TEST_F(TeamTest, PasswordIsNeverShown) {
+  com::Bstr location;
+  ASSERT_EQ(database->get_Location(location.put()), S_OK);
+  EXPECT_THAT(model_test::narrow(location.view()),
+              AllOf(HasSubstr("odbc:Driver="), HasSubstr("Uid=owner"), Not(HasSubstr("Pwd"))));
+  const auto model = model_test::create<ModelDatabase, IModelDatabaseFile>();
+  const auto sentence_of = [&](std::wstring part, const std::wstring& replacement) {
+    std::wstring text = file.path();
+    text.replace(text.find(part), text.find(L';', text.find(part)) - text.find(part), replacement);
+    EXPECT_TRUE(FAILED(model->Open(bstr(text).get())));
+    return model_test::last_sentence();
+  };
+  for (const auto& sentence :
+       {sentence_of(L"Pwd=", L"Pwd=Geheim"), sentence_of(L"Port=", L"Port=1;Pwd2=Geheim"),
+        sentence_of(L"Driver=", L"Driver={No such driver};Password=Geheim"),
+        sentence_of(L"Uid=", L"Uid=nobody;ConnSettings=Geheim"), sentence_of(L"Server=", L"Geheim"),
+        sentence_of(L"Driver=", L"Driver={Geheim")}) {
+    EXPECT_THAT(sentence, AllOf(testing::SizeIs(testing::Gt(60)), Not(HasSubstr("Geheim"))));
+  }
+}
+
+}  // namespace
