@@ -180,6 +180,12 @@ void OdbcStatement::bind(int number, std::nullptr_t) {
   parameter(number, Type::kNull).length = SQL_NULL_DATA;
 }
 
+void OdbcStatement::bind(int, std::span<const std::byte>) {
+  fail(kInvalidArgument, L"A value is made of bytes, for which the model " +
+                             quoted(session_.location()) +
+                             L" has no room. Give it numbers and texts.");
+}
+
 void OdbcStatement::bind_all(std::span<const Literal> values, int first) {
   for (const Literal& value : values) Statement::bind(first++, value);
 }

@@ -26,6 +26,8 @@ class OdbcStatement final : public Statement {
   void bind(int parameter, double value) override;
   void bind(int parameter, std::wstring_view value) override;
   void bind(int parameter, std::nullptr_t) override;
+  /// kInvalidArgument: no table of a model on a server has room for bytes.
+  void bind(int parameter, std::span<const std::byte> bytes) override;
   void bind_all(std::span<const Literal> values, int first) override;
 
   void limit_time(Seconds limit) override;
