@@ -45,6 +45,8 @@ class Engine {
   [[nodiscard]] virtual std::unique_ptr<Statement> prepare(std::wstring_view sql, Trust author) = 0;
   /// Key of the row that was inserted last.
   [[nodiscard]] virtual std::int64_t last_insert_id() const = 0;
+  /// The greatest key that the table has ever given a row, or taken from one; 0 when it had none.
+  [[nodiscard]] virtual std::int64_t last_given_key(const TableDefinition& table) = 0;
   /// Rows changed since the database was opened, by whatever statement, undone ones included.
   [[nodiscard]] virtual std::int64_t total_changes() const = 0;
 

@@ -5,6 +5,7 @@
 #include "modeldb/ado/model_call.h"
 #include "modeldb/ado/row_array.h"
 #include "modeldb/base/failure.h"
+#include "modeldb/model/copy_model.h"
 #include "modeldb/objects/bulk_rows.h"
 #include "modeldb/objects/copying.h"
 #include "modeldb/objects/history_steps.h"
@@ -255,6 +256,14 @@ STDMETHODIMP ModelDatabase::put_Overwrite(VARIANT_BOOL newVal) {
   return model_call(turns_, [&] {
     (void)model();
     store_->set_overwrites(newVal != VARIANT_FALSE);
+  });
+}
+
+STDMETHODIMP ModelDatabase::CopyTo(BSTR bstrLocation, long* pRows) {
+  return model_call(turns_, [&] {
+    *pRows = 0;
+    const std::shared_ptr<Model> open_model = model();
+    *pRows = static_cast<long>(copy_model(*open_model, com::Bstr::view(bstrLocation)));
   });
 }
 

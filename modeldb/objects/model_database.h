@@ -91,6 +91,8 @@ class ModelDatabase : public ModelDatabaseBase {
   /// opened.
   STDMETHODIMP get_Overwrite(VARIANT_BOOL* pVal) override;
   STDMETHODIMP put_Overwrite(VARIANT_BOOL newVal) override;
+  /// See copy_model.
+  STDMETHODIMP CopyTo(BSTR bstrLocation, long* pRows) override;
 
   /// The record store of the open model; empty when none is open.
   [[nodiscard]] com::Ptr<RecordStore> store() const;

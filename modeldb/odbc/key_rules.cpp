@@ -2,11 +2,16 @@
 
 namespace modeldb {
 
+std::wstring name_of_keys(const TableDefinition& table) {
+  return L"orv_keys_of_" + folded_name(table.name);
+}
+
 void give_keys(Session& session, const TableDefinition& table) {
   const std::wstring& name = table.name;
-  const std::wstring keys = L"orv_keys_of_" + name;
+  const std::wstring keys = name_of_keys(table);
   const std::wstring function = L"orv_give_key_of_" + name;
   session.run(L"CREATE SEQUENCE " + keys + L" AS integer OWNED BY " + name + L"." + table.key);
+  session.run(L"GRANT SELECT ON SEQUENCE " + keys + L" TO PUBLIC");
   // The sequence by its full name, so that the function need not look for it in a path of schemas,
   // which its caller could change. The lock's number: the table's, behind that of model databases.
   const std::wstring number = L"TG_ARGV[0]::pg_catalog.regclass";
@@ -46,7 +51,7 @@ void give_keys(Session& session, const TableDefinition& table) {
       L"DO $orv$ BEGIN EXECUTE format('CREATE TRIGGER orv_give_key BEFORE INSERT OR UPDATE "
       L"OF " +
       table.key + L" ON " + name + L" FOR EACH ROW EXECUTE FUNCTION " + function +
-      L"(%L)', format('%I.%I', current_schema(), '" + folded_name(keys) + L"')); END $orv$");
+      L"(%L)', format('%I.%I', current_schema(), '" + keys + L"')); END $orv$");
 }
 
 }  // namespace modeldb

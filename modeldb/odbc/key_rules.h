@@ -13,4 +13,7 @@ namespace modeldb {
 /// since otherwise a writer could move back what another has drawn.
 void give_keys(Session& session, const TableDefinition& table);
 
+/// The sequence from which they are drawn; everybody may look at it.
+std::wstring name_of_keys(const TableDefinition& table);
+
 }  // namespace modeldb

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "modeldb/base/failure.h"
+#include "modeldb/odbc/key_rules.h"
 #include "modeldb/odbc/odbc_schema.h"
 #include "modeldb/odbc/odbc_statement.h"
 #include "modeldb/odbc/row_rules.h"
@@ -44,6 +45,12 @@ class OdbcEngine final : public Engine {
   [[nodiscard]] std::int64_t last_insert_id() const override {
     session_.require_open();
     return session_.last_insert_id();
+  }
+  [[nodiscard]] std::int64_t last_given_key(const TableDefinition& table) override {
+    OdbcStatement row(session_, L"SELECT coalesce(pg_sequence_last_value(?::regclass), 0)",
+                      Trust::kHost);
+    row.bind(1, std::wstring_view(name_of_keys(table)));
+    return row.step() ? row.integer(0) : 0;
   }
   [[nodiscard]] std::int64_t total_changes() const override { return session_.total_changes(); }
 

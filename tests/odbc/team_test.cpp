@@ -239,6 +239,71 @@ TEST_F(TeamTest, KeysAreNeverGivenTwice) {
   ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID, Description) VALUES (7, 'd')"), S_OK);
 }
 
+TEST_F(TeamTest, HistoryIsAFilesOnly) {
+  ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
+  EXPECT_SENTENCE(database->Undo(com::Variant::omitted()),
+                  HasSubstr("keeps no history: that is done by models in files alone"));
+  com::Ptr<IHistory> history;
+  ASSERT_EQ(database->get_History(history.put()), S_OK);
+  long steps = -1;
+  EXPECT_EQ(history->get_Count(&steps), S_OK);
+  EXPECT_EQ(steps, 0);
+  EXPECT_SENTENCE(history->put_MaximumSteps(7), HasSubstr("keeps no history"));
+  EXPECT_EQ(count(L"NodalForces"), "1");
+}
+
+TEST_F(TeamTest, ModelIsCopiedWholeToAFileAndBack) {
+  for (const double magnitude : {1.0, 0.1}) {
+    const auto force = make_force(magnitude);
+    force->put_Description(bstr(L"Bö's \\ \U0001F600").get());
+    load_sets_of(force)->Add(make_load_set(L"Wind").get());
+    ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  }
+  ASSERT_EQ(execute(L"DELETE FROM NodalForces WHERE NodalForceID = 2"), S_OK);
+  ASSERT_EQ(execute(L"INSERT INTO Decks (DeckID, Description) VALUES (7, 'plate')"), S_OK);
+  owner_.run(L"UPDATE NodalForces SET Magnitude = '4.9406564584124654e-324', Vx = '-0'");
+
+  const model_test::TemporaryFile on_disk;
+  long rows = 0;
+  ASSERT_EQ(database->CopyTo(bstr(on_disk.path()).get(), &rows), S_OK)
+      << model_test::last_sentence();
+  EXPECT_EQ(rows, 7);
+  database->Close();
+  ASSERT_EQ(open(on_disk.path()), S_OK);
+  EXPECT_SENTENCE(database->CopyTo(bstr(file.path()).get(), &rows),
+                  AllOf(HasSubstr("table Vertices has rows"), Not(HasSubstr("Pwd"))));
+  const model_test::TemporaryModel back;
+  ASSERT_EQ(database->CopyTo(bstr(back.path()).get(), &rows), S_OK) << model_test::last_sentence();
+  database->Close();
+  ASSERT_EQ(open(back.path()), S_OK);
+
+  const auto force = load_force(1);
+  ASSERT_TRUE(force) << model_test::last_sentence();
+  double magnitude = 1;
+  force->get_Magnitude(&magnitude);
+  EXPECT_EQ(magnitude, 4.9406564584124654e-324);
+  com::Bstr description;
+  force->get_Description(description.put());
+  EXPECT_EQ(description.view(), L"Bö's \\ \U0001F600");
+  EXPECT_EQ(value(L"SELECT LoadSetID || ':' || NodalForceID FROM NodalForceLoadSets"), "1:1");
+  EXPECT_EQ(value(L"SELECT DeckID || Description FROM Decks"), "7plate");
+  const auto next = make_force(3);
+  ASSERT_EQ(save(next), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(id_of(next), 3);
+}
+
+TEST_F(TeamTest, CopyThatCannotBeWholeCopiesNothing) {
+  const model_test::TemporaryFile on_disk;
+  database->Close();
+  ASSERT_EQ(open(on_disk.path()), S_OK);
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  ASSERT_EQ(execute(L"UPDATE NodalForces SET NodalForceID = 3000000000"), S_OK);
+  long rows = 0;
+  EXPECT_SENTENCE(database->CopyTo(bstr(file.path()).get(), &rows),
+                  HasSubstr("the row 3000000000 of NodalForces"));
+  EXPECT_EQ(asked(L"SELECT count(*) FROM Vertices"), "0");
+}
+
 TEST_F(TeamTest, PasswordIsNeverShown) {
   com::Bstr location;
   ASSERT_EQ(database->get_Location(location.put()), S_OK);

@@ -1,6 +1,9 @@
 #include "tools/orv/model_file.h"
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
+#include <string_view>
 
 #include "com/bstr.h"
 #include "com/error.h"
@@ -12,7 +15,15 @@
 namespace orv {
 namespace {
 
+/// A model on a server; whether it is there the module finds out.
+bool is_on_server(const std::string& location) {
+  constexpr std::string_view kPrefix = "odbc:";
+  return std::ranges::equal(location.substr(0, kPrefix.size()), kPrefix, {},
+                            [](unsigned char c) { return std::tolower(c); });
+}
+
 bool is_there(const std::string& path) {
+  if (is_on_server(path)) return true;
   std::error_code error;
   return std::filesystem::exists(text::path_of(path), error);
 }
