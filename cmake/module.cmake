@@ -11,8 +11,8 @@ add_custom_target(modules)
 # orv_module(<name> SOURCES <file>... RC <file.rc> [IDL_TARGETS <target>...] [PROXIES <target>...]
 #            [LIBS <library>...])
 #
-# Builds the in-process server <name>.dll into ORV_OUT_DIR, and adds the CTest fixture step that
-# registers it before any test runs.
+# Builds the in-process server <name>.dll into ORV_OUT_DIR, and adds the CTest fixture that registers
+# it for the tests that name it.
 #
 #   SOURCES      define the entry points, by com/entry_points.h.
 #   IDL_TARGETS  targets of orv_idl whose headers and identifiers the sources use.
@@ -55,7 +55,7 @@ function(orv_module name)
   add_dependencies(modules ${name})
   add_test(NAME register.${name} COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} regsvr32 /s
                                          $<TARGET_FILE:${name}>)
-  set_tests_properties(register.${name} PROPERTIES FIXTURES_SETUP orv_modules RUN_SERIAL ON)
+  set_tests_properties(register.${name} PROPERTIES FIXTURES_SETUP registered.${name} RUN_SERIAL ON)
 endfunction()
 
 # A given base instead of one that the linker derives from the output's path. The loader moves the

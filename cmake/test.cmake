@@ -1,5 +1,6 @@
-# Tests, run by CTest in Wine. Every test finds the modules registered (CTest fixture orv_modules),
-# and the environment that cmake/wine describes.
+# Tests, run by CTest in Wine, in the environment that cmake/wine describes. A test finds those
+# modules registered that it names (CTest fixtures registered.<module>). The target with the test's
+# name builds all that it needs.
 
 enable_testing()
 
@@ -13,35 +14,34 @@ endforeach()
 # What no single test may take longer than, in seconds.
 set(ORV_TEST_TIMEOUT 600)
 
-# orv_test(<name> SOURCES <file>... [LIBS <library>...] [RUN_SERIAL])
+# orv_test(<name> SOURCES <file>... [LIBS <library>...] [MODULES <module>...])
 #
 # A GoogleTest (and GoogleMock) program, one CTest entry. A source with a main() of its own replaces
 # GoogleTest's.
 #
-#   RUN_SERIAL  no other test runs at the same time: for what changes the registry.
-#
-#   orv_test(records_test SOURCES records_test.cpp fake_host.cpp LIBS com host_idl)
+#   orv_test(records_test SOURCES records_test.cpp fake_host.cpp LIBS com host_idl MODULES orv_node)
 function(orv_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL" "" "SOURCES;LIBS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS;MODULES")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock_main)
   if(WIN32)
     target_link_libraries(${name} PRIVATE ole32 oleaut32 uuid)
   endif()
   add_test(NAME ${name} COMMAND ${name})
-  orv_set_test_properties(${name} "${arg_RUN_SERIAL}")
+  orv_test_needs(${name} MODULES ${arg_MODULES})
 endfunction()
 
 # orv_script_test(<name> SCRIPT <file.vbs or .js> PRINTS <file> [ARGS <argument>...]
-#                 [FILES <file>...] [RUN_SERIAL])
+#                 [FILES <file>...] [MODULES <module>...])
 #
-# A script for cscript, one CTest entry. It runs in a folder of its own, which holds copies of FILES
-# and nothing else, and passes when it prints what the file PRINTS holds. Its exit code says nothing:
-# Wine's cscript ends without a word and with 0 at an error that the script does not handle.
+# A script for cscript, one CTest entry. It has the server, the model database and MODULES. It runs in
+# a folder of its own, which holds copies of FILES and nothing else, and passes when it prints what
+# the file PRINTS holds. Its exit code says nothing: Wine's cscript ends without a word and with 0 at
+# an error that the script does not handle.
 #
 #   orv_script_test(for_each_test SCRIPT for_each_test.vbs PRINTS for_each_test.txt)
 function(orv_script_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL" "SCRIPT;PRINTS" "ARGS;FILES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT;PRINTS" "ARGS;FILES;MODULES")
   cmake_path(ABSOLUTE_PATH arg_SCRIPT NORMALIZE OUTPUT_VARIABLE script)
   cmake_path(ABSOLUTE_PATH arg_PRINTS NORMALIZE OUTPUT_VARIABLE prints)
   list(TRANSFORM arg_FILES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
@@ -51,13 +51,22 @@ function(orv_script_test name)
            COMMAND ${CMAKE_COMMAND} "-DCOMMAND=${command}" -DPRINTS=${prints} "-DFILES=${arg_FILES}"
                    -DFOLDER=${CMAKE_CURRENT_BINARY_DIR}/${name}
                    -P ${CMAKE_SOURCE_DIR}/cmake/check_output.cmake)
-  orv_set_test_properties(${name} "${arg_RUN_SERIAL}")
+  orv_test_needs(${name} MODULES orv_node orv_modeldb ${arg_MODULES})
 endfunction()
 
-function(orv_set_test_properties name run_serial)
-  if(WIN32)
-    set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED orv_modules)
+# orv_test_needs(<name> [MODULES <module>...] [TARGETS <target>...])
+#
+# What must be built for a test, and which modules registered besides.
+function(orv_test_needs name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "MODULES;TARGETS")
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ORV_TEST_TIMEOUT})
+  if(NOT TARGET ${name})
+    add_custom_target(${name})
   endif()
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${ORV_TEST_TIMEOUT}
-                                          RUN_SERIAL "${run_serial}")
+  foreach(module IN LISTS arg_MODULES)
+    set_property(TEST ${name} APPEND PROPERTY FIXTURES_REQUIRED registered.${module})
+  endforeach()
+  if(arg_MODULES OR arg_TARGETS)
+    add_dependencies(${name} ${arg_MODULES} ${arg_TARGETS})
+  endif()
 endfunction()

@@ -10,10 +10,14 @@ The faults stand in faults.txt beside this program: blocks of lines, a blank lin
     fault: return S_OK;                  what is put in its place
     tests: com_test                      the tests that concern it, as a regular expression of ctest
     harmless: reason                     only where no test can or need notice it
+    endless: reason                      only where what is to end no longer does
 
-The copy is built once and then piece by piece. The program ends with 1 when a fault survives without
-a reason, is caught in spite of one, does not build, or is no longer found.
+A fault is caught when a test fails; when a test only comes to its time limit, no more than if the
+fault is endless. The copy is built once and then piece by piece, and of it only what the tests of a
+fault need. The program ends with 1 when a fault survives without a reason, is caught in spite of one,
+does not build, or is no longer found.
 """
+import collections
 import fcntl
 import os
 import re
@@ -21,7 +25,7 @@ import shutil
 import subprocess
 import sys
 
-FIELDS = ('file', 'text', 'fault', 'tests', 'harmless')
+FIELDS = ('file', 'text', 'fault', 'tests', 'harmless', 'endless')
 
 
 def read_faults(path):
@@ -67,34 +71,47 @@ def copy_checkout(checkout, copy):
         shutil.copytree(fetched, os.path.join(copy, 'build', 'sqlite'), dirs_exist_ok=True)
 
 
+Failure = collections.namedtuple('Failure', 'test way')
+
+
 class Copy:
     def __init__(self, path):
         self.path = path
-        if not os.path.exists(f'{path}/build/x64/build.ninja'):
-            self.run('cmake', '--preset', 'x64').check_returncode()
-        targets = self.run('ninja', '-C', 'build/x64', '-t', 'targets', 'all').stdout
-        self.targets = set(re.findall(r'^(\w+): phony$', targets, re.M))
+        configured = self.run('cmake', '--preset', 'x64')
+        if configured.returncode != 0:
+            sys.exit('mutate: the copy cannot be configured\n' + configured.stdout[-2000:])
 
     def run(self, *command):
         return subprocess.run(command, cwd=self.path, text=True, errors='replace',
+                              env=dict(os.environ, GTEST_FAIL_FAST='1'),
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT)
 
     def test_names(self, tests):
-        listed = self.run('ctest', '--preset', 'x64', '-N', '-R', tests).stdout
+        listed = self.run('ctest', '--preset', 'x64', '-N', '-R', f'^({tests})$').stdout
         return [name for name in re.findall(r'Test +#\d+: (\S+)', listed)
                 if not name.startswith('register.')]
 
     def build(self, names):
-        """The modules, and those of the tests that are programs."""
-        return self.run('cmake', '--build', '--preset', 'x64', '--target', 'modules',
-                        *[name for name in names if name in self.targets])
+        """What these tests need, and nothing else."""
+        return self.run('cmake', '--build', '--preset', 'x64', '--target', *names)
 
-    def passes(self, tests):
-        return self.run('ctest', '--preset', 'x64', '--stop-on-failure', '-R', tests).returncode == 0
+    def first_failure(self, names):
+        """The first test that fails, with the way in which it does."""
+        chosen = '^(' + '|'.join(re.escape(name) for name in names) + ')$'
+        tried = self.run('ctest', '--preset', 'x64', '--stop-on-failure', '-R', chosen)
+        if tried.returncode == 0:
+            return None
+        failed = [(name, way) for name, way
+                  in re.findall(r'^\s+\d+ - (\S+) \((.+)\)', tried.stdout, re.M)
+                  if way != 'Not Run']
+        if not failed:
+            return Failure('ctest', 'Not Run')
+        case = re.search(r'\[  FAILED  \] ([^\s,]+)', tried.stdout)
+        return Failure(failed[0][0] + (f', {case[1]}' if case else ''), failed[0][1])
 
 
-def outcome_of(fault, copy, checkout):
+def outcome_of(fault, copy):
     """What becomes of a fault, in one word, and what is to be said of it."""
     path = os.path.join(copy.path, fault['file'])
     if not os.path.exists(path):
@@ -103,7 +120,7 @@ def outcome_of(fault, copy, checkout):
         content = file.read()
     if content.count(fault['text']) != 1:
         return 'lost', f"its text is there {content.count(fault['text'])} times"
-    names = copy.test_names(f"^({fault['tests']})$")
+    names = copy.test_names(fault['tests'])
     if not names:
         return 'lost', 'no test has such a name'
     try:
@@ -112,12 +129,19 @@ def outcome_of(fault, copy, checkout):
         built = copy.build(names)
         if built.returncode != 0:
             return 'does not build', built.stdout.strip()[-600:]
-        if not copy.passes(f"^({fault['tests']})$"):
-            return 'caught', ''
-        return 'survived', fault.get('harmless', '')
+        return judge(fault, copy.first_failure(names))
     finally:
         with open(path, 'w', encoding='utf-8', newline='') as file:
             file.write(content)
+
+
+def judge(fault, failure):
+    if not failure:
+        return 'survived', fault.get('harmless', '')
+    said = f'{failure.test} ({failure.way})'
+    if failure.way == 'Timeout' and 'endless' in fault:
+        return 'caught', f"{said}: {fault['endless']}"
+    return 'not judged' if failure.way in ('Timeout', 'Not Run') else 'caught', said
 
 
 def main():
@@ -135,25 +159,26 @@ def main():
         sys.exit('mutate: another run is at work in this copy; wait for it, or end it')
     copy_checkout(checkout, target)
     copy = Copy(target)
-    names = sorted({name for fault in faults
-                    for name in copy.test_names(f"^({fault['tests']})$")})
+    names = sorted({name for tests in {fault['tests'] for fault in faults}
+                    for name in copy.test_names(tests)})
     print(f'{len(faults)} faults, {len(names)} tests. Building and testing without a fault.', flush=True)
     built = copy.build(names)
     if built.returncode != 0:
         sys.exit('mutate: the product does not build as it is\n' + built.stdout[-2000:])
-    if not copy.passes('^(' + '|'.join(re.escape(name) for name in names) + ')$'):
-        sys.exit('mutate: the tests fail as it is; ./dev test shows them')
+    failure = copy.first_failure(names)
+    if failure:
+        sys.exit(f'mutate: {failure.test} fails as it is ({failure.way}); ./dev test shows it')
 
     counts, wrong = {}, 0
     for number, fault in enumerate(faults, 1):
-        outcome, words = outcome_of(fault, copy, checkout)
+        outcome, words = outcome_of(fault, copy)
         counts[outcome] = counts.get(outcome, 0) + 1
         as_expected = outcome == ('survived' if 'harmless' in fault else 'caught')
         wrong += not as_expected
         print(f"{number:3} {outcome:9} {fault['file']}: {fault['text']} -> {fault['fault']}", flush=True)
         if words:
             print(f'              {words}', flush=True)
-        elif not as_expected and 'harmless' in fault:
+        if outcome == 'caught' and 'harmless' in fault:
             print('              though it was said to be harmless', flush=True)
     print(', '.join(f'{count} {outcome}' for outcome, count in sorted(counts.items())))
     sys.exit(1 if wrong else 0)

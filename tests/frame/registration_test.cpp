@@ -60,6 +60,14 @@ void expect_class(const Class& each, const std::wstring& module, RegistryLines& 
 
 class Registration : public testing::Test {
  protected:
+  /// What a run that was ended in the middle has left goes first.
+  static void SetUpTestSuite() {
+    const server::Apartment apartment;
+    for (const wchar_t* const name : {L"orv_node.dll", L"orv_modeldb.dll"}) {
+      server::LoadedModule(server::built_file(name)).unregister_server();
+    }
+  }
+
   /// What registering the module adds to the registry. Registers it twice, which is as good as
   /// once, and unregisters it again, which leaves nothing.
   static RegistryLines added_by_registering(const std::wstring& path) {
