@@ -70,6 +70,10 @@ TEST(ReadDeck, LongLinesAreReadInPieces) {
   imported = deck::import(read(in_step("*CLOAD\n5,3,1\n" + umlauts + "6,3,10\n")));
   EXPECT_EQ("5: 1 1 0 0 1 0; 6: 1 10 0 0 1 0", support::records(imported, "NodalForces"));
 
+  EXPECT_EQ(
+      2U, read(in_step("*NSET,NSET=G,GENERATE\n**" + std::string(9000, 'x') + "\n")).remarks.size())
+      << "one of the line, and one of all its pieces";
+
   std::string huge = in_step("*CLOAD\n5,3,1\n");
   huge.insert(huge.find("5,3,1"), std::string(10'000'000, '1'));
   imported = deck::import(read(huge));
@@ -133,11 +137,12 @@ TEST(ReadDeck, AFileThatCannotBeOpenedIsNamedInFullWithTheReason) {
     const char* path;
     std::string reason;
   } cases[] = {
-      {"folder.inp", in_folder(nullptr) + " is a folder, and no file."},
+      {"folder.inp",
+       "The path " + in_folder(nullptr) + " is that of a folder. Give the path of a file."},
       {"folder.inp/d.inp", "There is no file " + in_folder("d.inp") + "."},
       {"folder.inp/none/d.inp",
        "There is no file " + in_folder("none\\d.inp") + ", nor is there its folder."},
-      {"nul.inp", "\"\\\\.\\nul\" is a device, and no file."},
+      {"nul.inp", "The path \"\\\\.\\nul\" is that of a device. Give the path of a file."},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.path);

@@ -24,8 +24,12 @@ bool has_folder(const fs::path& path) {
 /// What is wrong with the path, be it to read or to write; empty if nothing is.
 std::string why_no_file(const fs::path& path) {
   std::error_code error;
-  if (is_device(path)) return named(path) + " is a device, and no file.";
-  if (fs::is_directory(path, error)) return named(path) + " is a folder, and no file.";
+  if (is_device(path)) {
+    return "The path " + named(path) + " is that of a device. Give the path of a file.";
+  }
+  if (fs::is_directory(path, error)) {
+    return "The path " + named(path) + " is that of a folder. Give the path of a file.";
+  }
   return {};
 }
 

@@ -40,6 +40,7 @@ struct Remark {
 
   /// "edgeload.inp, line 12: …"
   [[nodiscard]] std::string text() const;
+  bool operator==(const Remark&) const = default;
 };
 
 /// The bytes of a file; throws CannotOpen. The deck itself is asked for by the path given to

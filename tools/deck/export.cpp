@@ -29,6 +29,8 @@ class Exporter {
 
   Exported run() {
     check_deck();
+    // What else does not fit follows from that.
+    if (!result_.refusals.empty()) return std::move(result_);
     note_nodes();
     const Carried carried = read_cards(deck_);
     records_ = rows_of(deck_, carried, content_, source_);
@@ -61,7 +63,8 @@ class Exporter {
     } else if (source_.checksum != deck_.checksum()) {
       result_.refusals.push_back("The model comes from " + source_.deck + ", and " + name +
                                  " is another deck or was changed since: the checksum of its bytes "
-                                 "differs.");
+                                 "differs. Pass that deck, or ask for another one (orv export "
+                                 "--other-deck).");
     }
   }
 

@@ -46,8 +46,11 @@ class ModelPartReader {
     throw Error(deck_.remark_at(line, reason).text());
   }
 
+  /// Once for all pieces of a long line.
   void remark(std::size_t line, std::string reason) {
-    deck_.remarks.push_back(deck_.remark_at(line, std::move(reason)));
+    Remark remark = deck_.remark_at(line, std::move(reason));
+    const bool is_known = !deck_.remarks.empty() && deck_.remarks.back() == remark;
+    if (!is_known) deck_.remarks.push_back(std::move(remark));
   }
 
   template <class Action>
