@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "modeldb/engine/change_board.h"
 #include "modeldb/engine/row_recorder.h"
 #include "modeldb/engine/schema.h"
 #include "modeldb/engine/statement.h"
@@ -78,6 +79,9 @@ class Engine {
 
   /// Records what changes, for what can be undone; null when the engine cannot.
   [[nodiscard]] virtual RowRecorder* recorder() { return nullptr; }
+
+  /// Tells what other programs change; null when the engine does not know.
+  [[nodiscard]] virtual ChangeBoard* change_board() { return nullptr; }
 
   // Rules that hold, whoever changes rows, from here until the database is closed.
 

@@ -260,6 +260,7 @@ std::vector<long> append_rows(RecordStore& store, std::wstring_view name, const 
     event_type = appender.event_type();
     for (std::size_t row = 0; row < cells.rows(); ++row)
       keys.push_back(appender.append(cells, row));
+    store.note_added(event_type, keys);
   });
   if (alone) store.RecordsSaved(event_type, com::Variant::array(keys));
   return keys;

@@ -267,6 +267,15 @@ STDMETHODIMP ModelDatabase::CopyTo(BSTR bstrLocation, long* pRows) {
   });
 }
 
+STDMETHODIMP ModelDatabase::Poll(long* pCalls) {
+  return model_call(turns_, [&] {
+    *pCalls = 0;
+    (void)model();
+    const com::Ptr<RecordStore> store = store_;
+    *pCalls = store->hear_others();
+  });
+}
+
 com::Ptr<RecordStore> ModelDatabase::store() const {
   const RecordLoad::OtherCall call;
   const Turn turn(turns_);

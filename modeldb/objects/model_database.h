@@ -93,6 +93,8 @@ class ModelDatabase : public ModelDatabaseBase {
   STDMETHODIMP put_Overwrite(VARIANT_BOOL newVal) override;
   /// See copy_model.
   STDMETHODIMP CopyTo(BSTR bstrLocation, long* pRows) override;
+  /// See RecordStore::hear_others.
+  STDMETHODIMP Poll(long* pCalls) override;
 
   /// The record store of the open model; empty when none is open.
   [[nodiscard]] com::Ptr<RecordStore> store() const;

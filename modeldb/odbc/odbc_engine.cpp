@@ -6,6 +6,7 @@
 #include "modeldb/odbc/key_rules.h"
 #include "modeldb/odbc/odbc_schema.h"
 #include "modeldb/odbc/odbc_statement.h"
+#include "modeldb/odbc/posted_changes.h"
 #include "modeldb/odbc/row_rules.h"
 #include "modeldb/odbc/session.h"
 
@@ -19,6 +20,7 @@ class OdbcEngine final : public Engine {
     session_.connect();
     require_known(newest_version);
     session_.set_read_only(asks_read_only());
+    if (!session_.is_read_only() && has_table(L"orv_changes")) changes_.drop_old();
   }
 
   [[nodiscard]] const std::wstring& location() const override { return session_.location(); }
@@ -90,6 +92,8 @@ class OdbcEngine final : public Engine {
     return std::make_unique<OdbcSchema>(session_);
   }
 
+  [[nodiscard]] ChangeBoard* change_board() override { return &changes_; }
+
   void guard(const RowGuard& rows) override { rules_.guard(rows); }
   void keep_links(const LinkedRows& rows) override { rules_.keep_links(rows); }
 
@@ -121,6 +125,7 @@ class OdbcEngine final : public Engine {
 
   Session session_;
   RowRules rules_{session_};
+  PostedChanges changes_{session_};
   std::set<std::wstring> known_tables_;
 };
 

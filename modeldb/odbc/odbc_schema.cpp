@@ -7,6 +7,7 @@
 #include "modeldb/base/failure.h"
 #include "modeldb/odbc/key_rules.h"
 #include "modeldb/odbc/odbc_statement.h"
+#include "modeldb/odbc/posted_changes.h"
 
 namespace modeldb {
 namespace {
@@ -163,6 +164,7 @@ void OdbcSchema::add_link_rule(const TableDefinition& links) {
 
 void OdbcSchema::set_version(int version) {
   session_.run(L"CREATE TABLE IF NOT EXISTS orv_model (SchemaVersion integer NOT NULL)");
+  PostedChanges::make_table(session_);
   session_.run(L"DELETE FROM orv_model");
   session_.run(L"INSERT INTO orv_model VALUES (" + std::to_wstring(version) + L")");
 }

@@ -35,9 +35,12 @@ void ChangeLog::undo_touches(std::size_t first) noexcept {
 }
 
 void ChangeLog::end_transaction(TransactionEnd end, bool outermost) noexcept {
-  const std::size_t first = transactions.back();
+  const Beginning first = transactions.back();
   transactions.pop_back();
-  if (end == TransactionEnd::kRolledBack) undo_touches(first);
+  if (end == TransactionEnd::kRolledBack) {
+    undo_touches(first.touched);
+    undo_written(first.written);
+  }
   if (end == TransactionEnd::kCommitted && outermost) touched.clear();
 }
 
@@ -45,6 +48,7 @@ Change::~Change() {
   if (!kept_) {
     log_.events.resize(events_before_, Event{});
     log_.undo_touches(touched_before_);
+    log_.undo_written(written_before_);
   }
   if (--log_.depth == 0 && savepoint_.owns_transaction()) log_.touched.clear();
 }

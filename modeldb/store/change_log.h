@@ -38,12 +38,18 @@ struct ChangeLog {
   RevertedRows reverted;
   std::vector<std::variant<Touched, Undo>> touched;
   std::vector<Event> events;
+  /// What the transaction that is open has saved and deleted so far, for other programs.
+  std::vector<Event> written;
   /// Objects are being given back what they had. What they save or delete meanwhile is refused.
   bool is_undoing = false;
-  /// Where the open transactions of the client begin in `touched`.
-  std::vector<std::size_t> transactions;
+  /// Where the open transactions of the client begin in `touched` and in `written`.
+  struct Beginning {
+    std::size_t touched;
+    std::size_t written;
+  };
+  std::vector<Beginning> transactions;
 
-  void begin_transaction() { transactions.push_back(touched.size()); }
+  void begin_transaction() { transactions.push_back({touched.size(), written.size()}); }
   /// Gives back what the transaction that began last has given, when it is rolled back; forgets it
   /// when nothing can undo it any more.
   void end_transaction(TransactionEnd end, bool outermost) noexcept;
@@ -51,6 +57,9 @@ struct ChangeLog {
   /// Gives back to the records from `first` on what they had before, the last first, and forgets
   /// them.
   void undo_touches(std::size_t first = 0) noexcept;
+  void undo_written(std::size_t first) noexcept {
+    if (written.size() > first) written.resize(first, Event{});
+  }
 };
 
 /// One save or deletion, whole or not at all; one that begins inside another is part of that one.
@@ -62,6 +71,7 @@ class Change {
       : log_(log),
         touched_before_(log.touched.size()),
         events_before_(log.events.size()),
+        written_before_(log.written.size()),
         savepoint_(database) {
     ++log_.depth;
   }
@@ -76,6 +86,7 @@ class Change {
   ChangeLog& log_;
   std::size_t touched_before_;
   std::size_t events_before_;
+  std::size_t written_before_;
   Savepoint savepoint_;
   bool kept_ = false;
 };

@@ -24,7 +24,11 @@ RecordStore::RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner)
     : turns_(model->database()->turns()),
       model_(std::move(model)),
       owner_(owner),
-      finder_(model_->catalogue()) {}
+      finder_(model_->catalogue()) {
+  Database& database = *model_->database();
+  ChangeBoard* const board = database.engine().change_board();
+  if (board) database.transactions().accompany(posting_.emplace(*board, log_));
+}
 
 void RecordStore::disconnect() {
   model_.reset();
@@ -167,7 +171,28 @@ void RecordStore::begin_change(bool record_by_record) {
 }
 
 void RecordStore::queue(Event::Type type, const Record& record, long id) {
-  if (record_by_record_) log_.events.push_back({type, record.event_type(), id});
+  if (!record_by_record_ && !posting_) return;
+  const Event event{type, record.event_type(), id};
+  if (record_by_record_) log_.events.push_back(event);
+  if (posting_) log_.written.push_back(event);
+}
+
+void RecordStore::note_added(long event_type, std::span<const long> keys) {
+  if (!posting_) return;
+  for (const long key : keys) log_.written.push_back({Event::Type::kSaved, event_type, key});
+}
+
+long RecordStore::hear_others() {
+  ChangeBoard* const board = model()->database()->engine().change_board();
+  if (!board || listeners_.empty()) return 0;
+  const auto changes = board->read();
+  // A listener may close the model.
+  const com::Ptr<RecordStore> self(this);
+  for (const ChangedRecords& records : changes) {
+    listeners_.notify(records.are_deleted ? L"RecordsDeleted" : L"RecordsSaved", records.event_type,
+                      script_array(records.keys));
+  }
+  return static_cast<long>(changes.size());
 }
 
 void RecordStore::send_queued() {
@@ -241,6 +266,7 @@ STDMETHODIMP RecordStore::Advise(IDispatch* pListener) {
            L"Advise was given a record store, which would notify itself without end. Pass an "
            L"object of your own with methods such as RecordSaved.");
     }
+    if (ChangeBoard* const board = model_->database()->engine().change_board()) board->follow();
     listeners_.add(pListener);
   });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "com/aliased.h"
@@ -13,6 +14,7 @@
 #include "modeldb/store/change_log.h"
 #include "modeldb/store/failures.h"
 #include "modeldb/store/listeners.h"
+#include "modeldb/store/posting.h"
 #include "modeldb/store/row_values.h"
 
 namespace modeldb {
@@ -59,6 +61,11 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   /// raised.
   template <class Work>
   void attempt_in_batch(IDispatch* record, Work&& work);
+  /// Notes that rows were added in the change that is under way, though not by records.
+  void note_added(long event_type, std::span<const long> keys);
+  /// Tells the listeners what other programs have changed since they began to listen, or were told
+  /// last. Returns how often each was called.
+  long hear_others();
   /// Calls method(number, name) of the listeners for each of the steps.
   void tell_of_steps(const wchar_t* method, const std::vector<Step>& steps);
 
@@ -118,6 +125,7 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   RecordFinder finder_;
   RowValues values_;
   ChangeLog log_;
+  std::optional<Posting> posting_;  // where other programs want to know
   bool overwrites_ = false;
   bool suspended_ = false;  // notification record by record, until a transaction ends
   bool record_by_record_ = false;

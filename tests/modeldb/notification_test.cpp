@@ -1,75 +1,19 @@
 // Who listens to the record store, and what they are told.
 
-#include <functional>
 #include <limits>
 #include <string>
-#include <vector>
 
 #include "modeldb/sqlite/sqlite_engine.h"
-#include "tests/modeldb/model_test.h"
+#include "tests/modeldb/listener.h"
 
 namespace {
 
 using model_test::create;
+using model_test::Listener;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr long kSuspend = 0;
-
-/// What a script advises the record store of: it notes what it is told.
-class Listener final : public IDispatch {
- public:
-  std::vector<std::string> calls;
-  HRESULT result = S_OK;
-  bool has_methods = true;
-  std::function<void()> on_call;
-
-  // The test owns the object.
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *out = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-    if (!has_methods) return DISP_E_UNKNOWNNAME;
-    methods_.push_back(model_test::narrow(names[0]));
-    ids[0] = static_cast<DISPID>(methods_.size());
-    return S_OK;
-  }
-
-  STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*,
-                      EXCEPINFO*, UINT*) override {
-    calls.push_back(methods_[member - 1] + " " + text(parameters->rgvarg[1]) + " " +
-                    text(parameters->rgvarg[0]));
-    // A copy: the call may replace it.
-    if (const auto call = on_call) call();
-    return result;
-  }
-
- private:
-  /// A number, or an array that a script can index.
-  static std::string text(const VARIANT& value) {
-    if (value.vt == VT_I4) return std::to_string(value.lVal);
-    if (value.vt == VT_DISPATCH) return "an object";
-    if (value.vt != (VT_ARRAY | VT_VARIANT)) return "type " + std::to_string(value.vt);
-    std::string list = "[";
-    long last = -1;
-    SafeArrayGetUBound(value.parray, 1, &last);
-    for (long index = 0; index <= last; ++index) {
-      com::Variant element;
-      SafeArrayGetElement(value.parray, &index, element.put());
-      list += (index ? " " : "") + text(element);
-    }
-    return list + "]";
-  }
-
-  std::vector<std::string> methods_;
-};
 
 class NotificationTest : public model_test::ModelTest {
  protected:

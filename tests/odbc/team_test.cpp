@@ -6,7 +6,7 @@
 #include "modeldb/base/failure.h"
 #include "modeldb/odbc/odbc_statement.h"
 #include "modeldb/odbc/session.h"
-#include "tests/modeldb/model_test.h"
+#include "tests/modeldb/listener.h"
 
 namespace {
 
@@ -237,6 +237,37 @@ TEST_F(TeamTest, KeysAreNeverGivenTwice) {
   ASSERT_EQ(execute(L"DELETE FROM LoadSets"), S_OK);
   EXPECT_SENTENCE(save(make_load_set(L"c")), HasSubstr("no keys left"));
   ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID, Description) VALUES (7, 'd')"), S_OK);
+}
+
+TEST_F(TeamTest, ListenersHearOfEachBatchOfOthersOnce) {
+  const auto other = open_other(file.path());
+  ASSERT_EQ(save_in(other, make_force(1)), S_OK) << model_test::last_sentence();
+  model_test::Listener listener;
+  ASSERT_EQ(store().query<IObservableRecordStore>()->Advise(&listener), S_OK);
+  const auto heard = [&] {
+    listener.calls.clear();
+    long calls = 0;
+    EXPECT_EQ(database->Poll(&calls), S_OK) << model_test::last_sentence();
+    EXPECT_EQ(calls, static_cast<long>(listener.calls.size()));
+    return listener.calls;
+  };
+  ASSERT_EQ(save(make_force(2)), S_OK);
+  EXPECT_THAT(heard(), testing::IsEmpty());
+
+  const auto forces = model_test::create<NodalForces, INodalForces>();
+  for (const double magnitude : {3.0, 4.0}) forces->Add(make_force(magnitude).get());
+  ASSERT_EQ(forces->Save(other.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  ASSERT_EQ(execute_in(other, L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(save_in(other, make_force(5)), S_OK);
+  ASSERT_EQ(execute_in(other, L"ROLLBACK TRANSACTION"), S_OK);
+  ASSERT_EQ(execute_in(other, L"BEGIN TRANSACTION"), S_OK);
+  const auto theirs = force_of(other, 1);
+  ASSERT_EQ(theirs->Delete(other.get()), S_OK) << model_test::last_sentence();
+  EXPECT_THAT(heard(), testing::ElementsAre("RecordsSaved 1 [3 4]", testing::EndsWith(" [3 4]")));
+  ASSERT_EQ(execute_in(other, L"COMMIT TRANSACTION"), S_OK);
+  EXPECT_THAT(heard(), testing::ElementsAre(testing::MatchesRegex("RecordsDeleted .* \\[1\\]")));
+  EXPECT_THAT(heard(), testing::IsEmpty());
+  EXPECT_EQ(store().query<IObservableRecordStore>()->Unadvise(&listener), S_OK);
 }
 
 TEST_F(TeamTest, HistoryIsAFilesOnly) {
