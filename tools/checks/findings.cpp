@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/content/record_name.h"
 #include "tools/content/shown_text.h"
-#include "tools/deck/record_rows.h"
 
 namespace checks {
 namespace {
@@ -12,16 +12,7 @@ namespace {
 constexpr std::size_t kNamed = 3;
 
 std::string counted(std::size_t count, const std::string& table) {
-  // "NodalForces" and "LoadSets"; of kinds with another plural the table is as good a name.
-  std::string noun = table;
-  if (count == 1 && noun.ends_with("ies")) {
-    noun.replace(noun.size() - 3, 3, "y");
-  } else if (count == 1 && noun.ends_with("sses")) {
-    noun.resize(noun.size() - 2);
-  } else if (count == 1) {
-    noun.pop_back();
-  }
-  return std::to_string(count) + " " + noun;
+  return std::to_string(count) + " " + (count == 1 ? content::singular(table) : table);
 }
 
 std::string step_name(int step) {
@@ -35,7 +26,8 @@ std::string and_more(std::size_t count) {
 std::string names_of(const content::Table& table, const std::vector<std::size_t>& records) {
   std::string text;
   for (std::size_t i = 0; i < std::min(records.size(), kNamed); ++i) {
-    text.append(i == 0 ? "" : ", ").append(content::shown_name(deck::name_of(table, records[i])));
+    text.append(i == 0 ? "" : ", ")
+        .append(content::shown_name(content::name_of(table, records[i])));
     const content::Key node = table.vertices[records[i]];
     // A record without a key is named by its vertex already.
     if (node != 0 && table.ids[records[i]] != 0) text += " on node " + std::to_string(node);
@@ -46,8 +38,8 @@ std::string names_of(const content::Table& table, const std::vector<std::size_t>
 std::string names_of(const std::string& table, const std::vector<content::Set>& sets) {
   std::string text;
   for (std::size_t i = 0; i < std::min(sets.size(), kNamed); ++i) {
-    const std::string noun = table.substr(0, table.size() - 1);
-    text.append(i == 0 ? "" : ", ").append(noun + " " + std::to_string(sets[i].id));
+    text.append(i == 0 ? "" : ", ");
+    text += content::singular(table) + " " + std::to_string(sets[i].id);
     text += " '" + content::shown_name(sets[i].name) + "'";
   }
   return text + and_more(sets.size());

@@ -5,8 +5,8 @@
 
 #include "tools/checks/acting.h"
 #include "tools/checks/text.h"
+#include "tools/content/record_name.h"
 #include "tools/content/shown_text.h"
-#include "tools/deck/record_rows.h"
 
 namespace checks {
 namespace {
@@ -58,7 +58,7 @@ void each_action(const Subject& subject, int step,
       const content::Table& table = *from.batch->table;
       told.records.push_back({.table = table.name,
                               .id = table.ids[from.record],
-                              .name = content::shown_name(deck::name_of(table, from.record)),
+                              .name = content::shown_name(content::name_of(table, from.record)),
                               .set = from.batch->set_name});
     }
     use(told);

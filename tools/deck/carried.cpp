@@ -92,8 +92,7 @@ class CardReader {
     return reason_of_conflict();
   }
 
-  // --- The card as a whole
-  // ------------------------------------------------------------------------
+  // --- The card as a whole ---
 
   Reason reason_of_position(const Card& card) const {
     if (deck_.lines[card.first].file != 0) return "The card stands in an included file.";
@@ -168,8 +167,7 @@ class CardReader {
     return {};
   }
 
-  // --- Data lines
-  // ---------------------------------------------------------------------------------
+  // --- Data lines ---
 
   Reason read_line(std::size_t line) {
     Reason reason = read_nodes();

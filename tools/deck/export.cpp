@@ -4,6 +4,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "tools/content/record_name.h"
 #include "tools/deck/alignment.h"
 #include "tools/deck/carried.h"
 #include "tools/deck/encoding.h"
@@ -98,8 +99,7 @@ class Exporter {
                               (first.empty() ? "." : "; the first is " + first + "."));
   }
 
-  // --- Places that the deck has
-  // -------------------------------------------------------------------
+  // --- Places that the deck has ---
 
   void write_place(const std::string& key, const Cards& cards) {
     const auto found = records_.places.find(key);
@@ -212,8 +212,7 @@ class Exporter {
     edit.text.push_back(row_text(row, compact(text.substr(0, text.find(',')))));
   }
 
-  // --- Places that the deck does not have
-  // ---------------------------------------------------------
+  // --- Places that the deck does not have ---
 
   void write_new_place(const PlaceRows& place) {
     std::vector<std::string> lines;
@@ -267,13 +266,13 @@ class Exporter {
     append(edits_[card.first].before, lines);
   }
 
-  // --- Texts
-  // --------------------------------------------------------------------------------------
+  // --- Texts ---
 
   std::string number(const RecordRow& row) {
     const NumberText text = number_text(row.row.value);
     if (!text.is_exact) {
-      result_.rounded.push_back({name_of(*row.table, row.record), row.row.value, text.text});
+      result_.rounded.push_back(
+          {content::name_of(*row.table, row.record), row.row.value, text.text});
     }
     return text.text;
   }
@@ -301,7 +300,7 @@ class Exporter {
   /// The same for a row that the deck did not have, which must make sense on its node.
   std::string new_row_text(const RecordRow& row) {
     const std::int32_t node = row.row.node;
-    const std::string name = name_of(*row.table, row.record);
+    const std::string name = content::name_of(*row.table, row.record);
     const bool is_thermal = row.row.kind == Kind::kTemperature ||
                             row.row.kind == Kind::kAppliedTemperature ||
                             row.row.kind == Kind::kHeatSource;

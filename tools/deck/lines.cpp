@@ -8,6 +8,7 @@
 #include "tools/content/utf8.h"
 #include "tools/deck/encoding.h"
 #include "tools/deck/fields.h"
+#include "tools/deck/place.h"
 
 namespace deck {
 namespace {
@@ -220,21 +221,9 @@ class LineReader {
     Card card;
     card.first = deck_.lines.size() - 1;
     const std::string characters = compact(line.text());
-    std::string_view rest(characters);
-    const auto next = [&rest] {
-      const std::size_t comma = std::min(rest.find(','), rest.size());
-      const std::string_view field = rest.substr(0, comma);
-      rest.remove_prefix(std::min(comma + 1, rest.size()));
-      return field;
-    };
-    card.keyword = next().substr(1);
-    while (!rest.empty()) {
-      const std::string_view field = next();
-      const std::size_t equals = std::min(field.find('='), field.size());
-      if (field.empty()) continue;
-      card.parameters.push_back({std::string(field.substr(0, equals)),
-                                 std::string(field.substr(std::min(equals + 1, field.size())))});
-    }
+    const std::size_t end = std::min(characters.find(','), characters.size());
+    card.keyword = characters.substr(1, end - 1);
+    card.parameters = parameters_from(std::string_view(characters).substr(end));
     count_steps(card);
     deck_.cards.push_back(std::move(card));
   }

@@ -68,8 +68,7 @@ class ModelPartReader {
     refuse(line, quoted(field) + " is not the number of " + of_what + ".");
   }
 
-  // --- Nodes
-  // --------------------------------------------------------------------------------------
+  // --- Nodes ---
 
   void read_nodes(const Card& card, std::vector<std::int32_t>& nodes) {
     std::size_t cut_numbers = 0;
@@ -108,8 +107,7 @@ class ModelPartReader {
     }
   }
 
-  // --- Elements
-  // -----------------------------------------------------------------------------------
+  // --- Elements ---
 
   mesh::Block& block_of(const std::string& type, std::size_t nodes) {
     const auto found = std::find_if(deck_.mesh.blocks.begin(), deck_.mesh.blocks.end(),
@@ -167,8 +165,7 @@ class ModelPartReader {
     });
   }
 
-  // --- Sets
-  // ---------------------------------------------------------------------------------------
+  // --- Sets ---
 
   void add(std::vector<std::int32_t>& nodes, const std::vector<std::int32_t>& more,
            std::size_t line) {
@@ -270,8 +267,7 @@ class ModelPartReader {
     return {};
   }
 
-  // --- Amplitudes and transforms
-  // ------------------------------------------------------------------
+  // --- Amplitudes and transforms ---
 
   void read_amplitude(const Card& card) {
     const std::string* name = card.find("NAME");

@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "tools/content/record_name.h"
 #include "tools/deck/fields.h"
 #include "tools/deck/systems.h"
 
@@ -90,8 +91,7 @@ class RowMaker {
   }
 
  private:
-  // --- Sets
-  // ---------------------------------------------------------------------------------------
+  // --- Sets ---
 
   void find_targets() {
     for (const CarriedCard& card : carried_.cards) place_of_name_[card.place.name()] = card.place;
@@ -169,19 +169,18 @@ class RowMaker {
     return found->second;
   }
 
-  // --- Records
-  // ------------------------------------------------------------------------------------
+  // --- Records ---
 
   void note_other_kind(const content::Table& table) {
     if (table.size() == 0) return;
     result_.remarks.push_back(std::to_string(table.size()) + " " + table.name +
                               " are not written, since no nodal card of a deck carries them; the "
                               "first is " +
-                              name_of(table, 0) + ".");
+                              content::name_of(table, 0) + ".");
   }
 
   void refuse(const std::string& why) {
-    result_.refusals.push_back(name_of(*table_, record_) + " " + why);
+    result_.refusals.push_back(content::name_of(*table_, record_) + " " + why);
   }
 
   /// 0 if the table has no such column.
@@ -320,30 +319,10 @@ class RowMaker {
              ", " + plain(vector[2]) + ").");
       return false;
     }
-    const auto found = deck_.transform_of_node.find(row.node);
-    const Key of_node = found == deck_.transform_of_node.end() ? 0 : found->second;
-    const double system = value_of(Column::kSystem);
-    double noise = 0;
-    if (system == 0 && of_node != 0) {
-      const auto axes = local_axes_(of_node, row.node);
-      if (!axes) {
-        refuse("is on node " + std::to_string(row.node) + ", whose *TRANSFORM has no axes there.");
-        return false;
-      }
-      const Vector global = vector;
-      for (std::size_t i = 0; i < 3; ++i) {
-        const Vector& axis = axes->at(i);
-        vector.at(i) = global[0] * axis[0] + global[1] * axis[1] + global[2] * axis[2];
-      }
-      noise = kRotationNoise * length;
-    } else if (system != of_node) {
-      refuse("has the CoordinateSystemID " + plain(system) + ", and node " +
-             std::to_string(row.node) + " is in " +
-             (of_node == 0 ? "no *TRANSFORM" : "*TRANSFORM " + std::to_string(of_node)) + ".");
-      return false;
-    }
+    const auto noise = turn_to_node(row.node, vector);
+    if (!noise) return false;
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      if (std::abs(vector[axis]) <= noise) continue;
+      if (std::abs(vector[axis]) <= *noise * length) continue;
       row.first = row.last = static_cast<std::uint8_t>(axis + (kind_ == Kind::kMoment ? 4 : 1));
       row.value = magnitude * (vector[axis] / length);
       if (!std::isfinite(row.value)) {
@@ -353,6 +332,32 @@ class RowMaker {
       put(row);
     }
     return true;
+  }
+
+  /// Turns the record's vector into the system of its node. Returns how much of the vector's length
+  /// that may leave in a component that is none; nothing, and a refusal, if it cannot be turned.
+  std::optional<double> turn_to_node(std::int32_t node, Vector& vector) {
+    const auto found = deck_.transform_of_node.find(node);
+    const Key of_node = found == deck_.transform_of_node.end() ? 0 : found->second;
+    const double system = value_of(Column::kSystem);
+    if (system == of_node) return 0;
+    if (system != 0) {
+      refuse("has the CoordinateSystemID " + plain(system) + ", and node " + std::to_string(node) +
+             " is in " +
+             (of_node == 0 ? "no *TRANSFORM" : "*TRANSFORM " + std::to_string(of_node)) + ".");
+      return std::nullopt;
+    }
+    const auto axes = local_axes_(of_node, node);
+    if (!axes) {
+      refuse("is on node " + std::to_string(node) + ", whose *TRANSFORM has no axes there.");
+      return std::nullopt;
+    }
+    const Vector global = vector;
+    for (std::size_t i = 0; i < 3; ++i) {
+      const Vector& axis = axes->at(i);
+      vector.at(i) = global[0] * axis[0] + global[1] * axis[1] + global[2] * axis[2];
+    }
+    return kRotationNoise;
   }
 
   bool make_support(Row& row) {
@@ -366,7 +371,7 @@ class RowMaker {
       put(row);
     }
     if (rows_.empty()) {
-      result_.remarks.push_back(name_of(*table_, record_) +
+      result_.remarks.push_back(content::name_of(*table_, record_) +
                                 " holds no degree of freedom and is not written.");
     }
     return true;
@@ -381,36 +386,46 @@ class RowMaker {
              ", which *BOUNDARY cannot say.");
       return false;
     }
-    double direction = value_of(Column::kDirection);
-    double sign = 1;
-    if (direction == 3) {
-      const Vector vector{value_of(Column::kVx), value_of(Column::kVy), value_of(Column::kVz)};
-      int axes = 0;
-      for (std::size_t axis = 0; axis < 3; ++axis) {
-        if (vector[axis] == 0) continue;
-        ++axes;
-        direction = static_cast<double>(axis);
-        sign = vector[axis] < 0 ? -1 : 1;
-      }
-      if (axes != 1) {
-        refuse("goes along (" + plain(vector[0]) + ", " + plain(vector[1]) + ", " +
-               plain(vector[2]) + "), which is no axis; *BOUNDARY moves along axes.");
-        return false;
-      }
-      if (deck_.transform_of_node.contains(row.node)) {
-        refuse("goes along a vector on node " + std::to_string(row.node) +
-               ", which is in a *TRANSFORM. Give it a Direction from 0 to 2 of that system.");
-        return false;
-      }
-    } else if (direction != 0 && direction != 1 && direction != 2) {
-      refuse("has the Direction " + plain(direction) + ", which is none of 0 to 3.");
-      return false;
-    }
-    const int first = static_cast<int>(direction) + (value_of(Column::kIsRotation) != 0 ? 4 : 1);
+    const auto direction = signed_axis(row.node);
+    if (!direction) return false;
+    const auto [axis, sign] = *direction;
+    const int first = axis + (value_of(Column::kIsRotation) != 0 ? 4 : 1);
     row.first = row.last = static_cast<std::uint8_t>(first);
     row.value = sign * value_of(Column::kMagnitude);
     put(row);
     return true;
+  }
+
+  struct SignedAxis {
+    int axis = 0;  ///< 0 to 2
+    double sign = 1;
+  };
+
+  /// Where the record's displacement goes; nothing, and a refusal, if that is along no axis.
+  std::optional<SignedAxis> signed_axis(std::int32_t node) {
+    const double direction = value_of(Column::kDirection);
+    if (direction == 0 || direction == 1 || direction == 2) {
+      return SignedAxis{.axis = static_cast<int>(direction)};
+    }
+    if (direction != 3) {
+      refuse("has the Direction " + plain(direction) + ", which is none of 0 to 3.");
+      return std::nullopt;
+    }
+    const Vector vector{value_of(Column::kVx), value_of(Column::kVy), value_of(Column::kVz)};
+    const auto is_there = [](double component) { return component != 0; };
+    if (std::ranges::count_if(vector, is_there) != 1) {
+      refuse("goes along (" + plain(vector[0]) + ", " + plain(vector[1]) + ", " + plain(vector[2]) +
+             "), which is no axis; *BOUNDARY moves along axes.");
+      return std::nullopt;
+    }
+    if (deck_.transform_of_node.contains(node)) {
+      refuse("goes along a vector on node " + std::to_string(node) +
+             ", which is in a *TRANSFORM. Give it a Direction from 0 to 2 of that system.");
+      return std::nullopt;
+    }
+    const auto component = std::ranges::find_if(vector, is_there);
+    return SignedAxis{.axis = static_cast<int>(component - vector.begin()),
+                      .sign = *component < 0 ? -1. : 1.};
   }
 
   bool make_thermal(Row& row) {
@@ -450,26 +465,6 @@ class RowMaker {
 RecordRows rows_of(const Deck& deck, const Carried& carried, const content::Content& content,
                    const content::Source& source) {
   return RowMaker(deck, carried, content, source).run();
-}
-
-std::string name_of(const content::Table& table, std::size_t record) {
-  std::string kind = table.name;
-  if (kind == "NodalPrescribedVelocities")
-    kind = "NodalPrescribedVelocity";
-  else if (kind.ends_with("aries"))
-    kind.replace(kind.size() - 3, 3, "y");
-  else if (kind.ends_with("sses"))
-    kind.resize(kind.size() - 2);
-  else if (kind.ends_with("s"))
-    kind.resize(kind.size() - 1);
-  std::string name = kind;
-  const Key id = record < table.ids.size() ? table.ids[record] : 0;
-  name +=
-      id == 0 ? " on vertex " + std::to_string(table.vertices[record]) : " " + std::to_string(id);
-  if (record < table.descriptions.size() && !table.descriptions[record].empty()) {
-    name += " '" + table.descriptions[record] + "'";
-  }
-  return name;
 }
 
 }  // namespace deck

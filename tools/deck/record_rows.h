@@ -37,7 +37,4 @@ struct RecordRows {
 RecordRows rows_of(const Deck& deck, const Carried& carried, const content::Content& content,
                    const content::Source& source);
 
-/// "NodalForce 12 'Tip load'"
-std::string name_of(const content::Table& table, std::size_t record);
-
 }  // namespace deck
