@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "bench/sections.h"
+#include "bench/server.h"
 #include "com/bstr.h"
 #include "com/error.h"
 
@@ -16,13 +17,15 @@ constexpr char kUsage[] =
     "\n"
     "  SECTION         text, late-binding, creation, memory, collections, database-save,\n"
     "                  database-load, history or bulk, or a part of a name, such as database; "
-    "all unless told\n"
+    "all unless told;\n"
+    "                  with a server, which ./dev bench starts, team alone\n"
     "  --collection N  size of the largest collection (1000000); smaller by tenths down to 10000\n"
-    "  --saved N       number of forces to compare with SQLite alone (100000)\n";
+    "  --saved N       number of forces to compare with SQLite or ODBC alone (100000)\n";
 
 struct Section {
   std::string_view name;
   void (*run)(const bench::Options&);
+  bool is_on_server = false;
 };
 
 constexpr Section kSections[] = {
@@ -35,6 +38,7 @@ constexpr Section kSections[] = {
     {"database-load", bench::run_loading},
     {"history", bench::run_history},
     {"bulk", bench::run_bulk},
+    {"team", bench::run_team, true},
 };
 
 [[noreturn]] void stop_with_usage() {
@@ -64,6 +68,7 @@ bench::Options read_options(int count, char** arguments) {
 void run_sections(const bench::Options& options) {
   for (const Section& section : kSections) {
     if (section.name.find(options.filter) == std::string_view::npos) continue;
+    if (section.is_on_server != bench::has_server()) continue;
     section.run(options);
     std::fflush(stdout);
   }

@@ -10,9 +10,12 @@ ScratchFile::ScratchFile() {
           std::to_wstring(++number) + L".orvdb";
 }
 
-Model::Model(const ScratchFile& file, bool keeps_history)
+Model::Model(const std::wstring& location)
     : database_(Factory<IModelDatabaseFile>(__uuidof(ModelDatabase)).create()) {
-  com::check(database_->Open(com::Bstr(file.path()).get()), database_);
+  com::check(database_->Open(com::Bstr(location).get()), database_);
+}
+
+Model::Model(const ScratchFile& file, bool keeps_history) : Model(file.path()) {
   if (keeps_history) return;
   com::Ptr<IHistory> history;
   com::check(database_->get_History(history.put()), database_);

@@ -52,6 +52,8 @@ class Model {
  public:
   /// The history is what it costs: it is off unless it is measured.
   explicit Model(const ScratchFile& file, bool keeps_history = false);
+  /// A model anywhere, such as on a server, with a history if there is one.
+  explicit Model(const std::wstring& location);
   Model(const Model&) = delete;
   Model& operator=(const Model&) = delete;
   ~Model() { database_->Close(); }

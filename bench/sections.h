@@ -14,5 +14,6 @@ void run_saving(const Options& options);
 void run_loading(const Options& options);
 void run_history(const Options& options);
 void run_bulk(const Options& options);
+void run_team(const Options& options);
 
 }  // namespace bench
