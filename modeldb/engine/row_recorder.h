@@ -21,9 +21,8 @@ struct RecordedTable {
 /// What changed in a transaction, for as long as nothing more changes.
 struct Recording {
   std::vector<RecordedTable> tables = {};
-  /// The rows before and after, as only the engine reads them: one text of bytes in pieces, each
-  /// small enough for a row of a table.
-  std::span<const std::string> pieces = {};
+  /// The rows before and after, as only the engine reads them: a sequence of bytes.
+  std::vector<std::string_view> pieces = {};
   std::size_t size = 0;  ///< of all pieces
   /// There was more than the limit has room for.
   bool is_incomplete = false;

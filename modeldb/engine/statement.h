@@ -42,7 +42,7 @@ class Statement {
   /// Takes a copy of the text. kInvalidArgument: it is too long, or not wholly made of characters.
   virtual void bind(int parameter, std::wstring_view value) = 0;
   virtual void bind(int parameter, std::nullptr_t) = 0;
-  /// Takes a copy of the bytes.
+  /// The bytes stay where they are until the statement has ended or has others.
   virtual void bind(int parameter, std::span<const std::byte> bytes) = 0;
   /// Binds `values` to the parameters from `first` on.
   virtual void bind_all(std::span<const Literal> values, int first) = 0;

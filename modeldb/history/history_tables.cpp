@@ -5,6 +5,12 @@
 #include <span>
 
 namespace modeldb {
+namespace {
+
+/// Of the rows of a step, in bytes: far below what a value of a table may have.
+constexpr std::size_t kPart = 1 << 20;
+
+}  // namespace
 
 bool HistoryTables::exist() {
   if (are_seen_) return true;
@@ -122,12 +128,12 @@ std::string HistoryTables::bytes_of(long number) {
 }
 
 void HistoryTables::add(const Step& step, const Recording& recording) {
+  const auto size = static_cast<std::int64_t>(recording.size);
   database_.execute(
       L"INSERT INTO orv_steps (Name, MadeAt, IsUndone, IsOvertaken, Bytes, Ordinal, BytesUpTo) "
       L"SELECT ?, ?, 0, 0, ?, coalesce(max(Ordinal), 0) + 1, coalesce(max(BytesUpTo), 0) + ? FROM "
       L"(SELECT Ordinal, BytesUpTo FROM orv_steps ORDER BY StepID DESC LIMIT 1)",
-      std::wstring_view(step.name), std::wstring_view(step.made_at),
-      static_cast<std::int64_t>(recording.size), static_cast<std::int64_t>(recording.size));
+      std::wstring_view(step.name), std::wstring_view(step.made_at), size, size);
   const auto number = database_.engine().last_insert_id();
   int place = 0;
   for (const RecordedTable& table : step.tables) {
@@ -138,9 +144,11 @@ void HistoryTables::add(const Step& step, const Recording& recording) {
         table.inserted, table.updated, table.deleted);
   }
   int part = 0;
-  for (const std::string& piece : recording.pieces) {
-    database_.execute(L"INSERT INTO orv_step_rows (StepID, Part, Changes) VALUES (?, ?, ?)", number,
-                      part++, std::as_bytes(std::span(piece)));
+  for (std::string_view rest : recording.pieces) {
+    for (; !rest.empty(); rest.remove_prefix(std::min(kPart, rest.size()))) {
+      database_.execute(L"INSERT INTO orv_step_rows (StepID, Part, Changes) VALUES (?, ?, ?)",
+                        number, part++, std::as_bytes(std::span(rest.substr(0, kPart))));
+    }
   }
 }
 

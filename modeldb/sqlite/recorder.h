@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "modeldb/sqlite/last_row.h"
+#include "modeldb/sqlite/row_change.h"
+
 struct sqlite3;
 struct sqlite3_value;
 
@@ -27,7 +30,7 @@ class Recorder {
   void end() noexcept;
 
   /// Where the changes that follow will stand.
-  [[nodiscard]] std::size_t position() const { return size_ + (gap_ == Gap::kNone ? 0 : 1); }
+  [[nodiscard]] std::size_t position() const { return size() + (gap_ == Gap::kNone ? 0 : 1); }
   // Parts, one in the other, of which each is kept or undone.
   /// Makes room for one more, so that begin_part cannot fail.
   void reserve_part() { parts_.reserve(parts_.size() + 1); }
@@ -42,33 +45,48 @@ class Recorder {
   enum class Gap { kNone, kBeyondLimit, kNoMemory, kUnreadable };
   [[nodiscard]] Gap gap() const { return gap_; }
 
-  /// The changes as a stream (RowChanges) in pieces, each small enough for a row of a table.
-  [[nodiscard]] const std::vector<std::string>& pieces() const { return pieces_; }
-  [[nodiscard]] std::size_t size() const { return size_; }
-  /// The tables by their numbers in the stream; some may have no change in it.
-  [[nodiscard]] const std::vector<std::string>& tables() const { return tables_; }
+  struct Piece {
+    std::size_t begin;  // how many bytes there are before
+    std::string bytes;
+  };
+  /// The changes one after the other (RowChanges), none of them in two pieces.
+  [[nodiscard]] const std::vector<Piece>& pieces() const { return pieces_; }
+  /// Bytes of all pieces.
+  [[nodiscard]] std::size_t size() const {
+    return pieces_.empty() ? 0 : pieces_.back().begin + pieces_.back().bytes.size();
+  }
+  struct Table {
+    std::string name;
+    // How many of its rows were:
+    std::int64_t inserted = 0;
+    std::int64_t updated = 0;
+    std::int64_t deleted = 0;
+    LastRow last_row = {};  // see RowChange
+  };
+  /// The tables by their numbers in the changes; some may have none.
+  [[nodiscard]] const std::vector<Table>& tables() const { return tables_; }
 
  private:
   static void on_change(void* self, sqlite3* handle, int operation, const char* database,
                         const char* table, std::int64_t old_key, std::int64_t new_key);
   void keep(sqlite3* handle, int operation, const char* table, std::int64_t old_key,
             std::int64_t new_key);
-  void append_old(sqlite3* handle, int columns, std::int64_t key);
-  /// `is_update`: values that are as in the old row are not repeated; false when all are.
-  bool append_new(sqlite3* handle, int columns, std::int64_t key, bool is_update);
+  /// False when the row after an update is as the one before.
+  bool write_rows(RowWriter& out, sqlite3* handle, RowChange::Kind kind, std::int64_t old_key,
+                  std::int64_t new_key, LastRow& last);
+  void forget_rows() noexcept;
+  /// Where the next change is to be appended.
+  std::string& room();
   std::size_t number_of(std::string_view table);
-  void append(std::string_view bytes);
+  std::int64_t& count(const RowChange& change);
 
   bool is_on_ = false;
   Gap gap_ = Gap::kNone;
   std::size_t limit_ = 0;
-  std::size_t size_ = 0;
-  std::vector<std::string> pieces_;
-  std::vector<std::string> tables_;
+  std::vector<Piece> pieces_;
+  std::vector<Table> tables_;
   std::vector<std::size_t> parts_;  // where they begin
-  // Kept for their capacity:
-  std::string body_;
-  std::string change_;
+  bool forgets_ = false;            // the next change
 };
 
 }  // namespace modeldb

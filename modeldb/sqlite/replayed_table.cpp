@@ -117,6 +117,10 @@ TableLayout TableLayout::read(SqliteFile& file, const std::wstring& table) {
   return layout;
 }
 
+bool TableLayout::any_has_default() const {
+  return std::ranges::find(has_default, true) != has_default.end();
+}
+
 std::wstring TableLayout::column_list() const {
   std::wstring list;
   for (const std::wstring& column : columns) list += (list.empty() ? L"" : L", ") + column;

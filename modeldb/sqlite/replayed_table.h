@@ -24,6 +24,7 @@ struct TableLayout {
   /// Why changes of its rows cannot be taken back; empty when they can.
   std::wstring fault;
 
+  [[nodiscard]] bool any_has_default() const;
   /// The columns with commas between them.
   [[nodiscard]] std::wstring column_list() const;
 

@@ -1,6 +1,5 @@
 #include "modeldb/sqlite/replayer.h"
 
-#include <ranges>
 #include <vector>
 
 #include "modeldb/base/failure.h"
@@ -18,33 +17,58 @@ Replayer::~Replayer() {
 }
 
 void Replayer::replay(std::string_view stream, std::span<const RecordedTable> tables, bool undo) {
-  std::vector<RowChange> changes;
-  RowChanges reader(stream);
-  for (RowChange change{}; reader.next(change);) {
-    if (undo) {
-      changes.push_back(change);
-    } else {
-      apply(change, tables, undo);
-    }
-  }
-  for (const RowChange& change : changes | std::views::reverse) apply(change, tables, undo);
+  undo ? take_back(stream, tables) : repeat(stream, tables);
 }
 
-void Replayer::apply(const RowChange& change, std::span<const RecordedTable> tables, bool undo) {
+void Replayer::repeat(std::string_view stream, std::span<const RecordedTable> tables) {
+  RowChanges changes(stream);
+  RowReader reader;
+  RowPair rows;
+  for (RowChange change{}; changes.next(change);) {
+    reader.read(change, rows);
+    apply(change, rows, tables, false);
+  }
+}
+
+/// Rows are read forwards only: from one change that forgets to the next, and these sections
+/// backwards.
+void Replayer::take_back(std::string_view stream, std::span<const RecordedTable> tables) {
+  std::vector<RowChange> changes;
+  RowChanges all(stream);
+  for (RowChange change{}; all.next(change);) changes.push_back(change);
+  std::vector<RowPair> rows;
+  for (auto end = changes.end(); end != changes.begin();) {
+    auto begin = end - 1;
+    while (begin != changes.begin() && !begin->forgets) --begin;
+    RowReader reader;
+    rows.resize(static_cast<std::size_t>(end - begin));
+    for (auto change = begin; change != end; ++change) {
+      reader.read(*change, rows[static_cast<std::size_t>(change - begin)]);
+    }
+    for (auto left = rows.size(); left > 0; --left) {
+      apply(*(begin + static_cast<std::ptrdiff_t>(left - 1)), rows[left - 1], tables, true);
+    }
+    end = begin;
+  }
+}
+
+void Replayer::apply(const RowChange& change, const RowPair& rows,
+                     std::span<const RecordedTable> tables, bool undo) {
   if (change.table >= tables.size()) {
     fail(kCannotReadFile, L"The history names a table that it does not know; it is damaged.");
   }
-  ReplayedTable& rows = table(tables[static_cast<std::size_t>(change.table)]);
-  rows_.read(change);
-  const auto& [old_key, new_key, old_values, new_values] = rows_;
+  ReplayedTable& table_rows = table(tables[static_cast<std::size_t>(change.table)]);
+  const auto& [before, after] = rows;
   switch (change.kind) {
     case RowChange::Kind::kInserted:
-      return undo ? rows.remove(new_key, new_values) : rows.insert(new_key, new_values);
+      return undo ? table_rows.remove(after.key, after.values)
+                  : table_rows.insert(after.key, after.values);
     case RowChange::Kind::kDeleted:
-      return undo ? rows.insert(old_key, old_values) : rows.remove(old_key, old_values);
+      return undo ? table_rows.insert(before.key, before.values)
+                  : table_rows.remove(before.key, before.values);
     case RowChange::Kind::kUpdated:
-      return undo ? rows.update(new_key, new_values, old_key, old_values)
-                  : rows.update(old_key, old_values, new_key, new_values);
+      return undo ? table_rows.update(after.key, after.values, before.key, before.values)
+                  : table_rows.update(before.key, before.values, after.key, after.values);
   }
 }
 

@@ -26,12 +26,14 @@ class Replayer {
   void replay(std::string_view stream, std::span<const RecordedTable> tables, bool undo);
 
  private:
-  void apply(const RowChange& change, std::span<const RecordedTable> tables, bool undo);
+  void repeat(std::string_view stream, std::span<const RecordedTable> tables);
+  void take_back(std::string_view stream, std::span<const RecordedTable> tables);
+  void apply(const RowChange& change, const RowPair& rows, std::span<const RecordedTable> tables,
+             bool undo);
   ReplayedTable& table(const RecordedTable& recorded);
 
   SqliteFile& file_;
   std::map<std::wstring, ReplayedTable> tables_;
-  RowPair rows_;  // kept for its capacity
 };
 
 }  // namespace modeldb

@@ -1,8 +1,9 @@
 #include "modeldb/sqlite/row_bytes.h"
 
-#include <bit>
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 #include "modeldb/base/failure.h"
 
@@ -20,14 +21,12 @@ enum class Tag : char {
   kWholeReal = 'w',
   kText = 't',
   kBlob = 'b',
-  kSame = 's'
+  kSame = 's',
+  kKey = 'k'
 };
 
-[[noreturn]] void fail_as_damaged() {
-  fail(kCannotReadFile,
-       L"The history of the model is damaged. Clear it (History.Clear) to go on without what can "
-       L"be undone, or take a copy of the file that was saved earlier.");
-}
+/// The most bytes of a letter and a number.
+constexpr std::size_t kLongest = 11;
 
 std::uint64_t folded_sign(std::int64_t number) {
   return (static_cast<std::uint64_t>(number) << 1) ^ static_cast<std::uint64_t>(number >> 63);
@@ -40,57 +39,89 @@ std::int64_t unfolded_sign(std::uint64_t number) {
 /// Whether it is a small whole number, and not the negative zero.
 bool is_whole(double real) {
   constexpr double kLargest = 1e6;
-  return std::abs(real) <= kLargest && real == std::trunc(real) &&
+  return std::abs(real) <= kLargest &&
+         real == static_cast<double>(static_cast<std::int64_t>(real)) &&
          !(real == 0 && std::signbit(real));
-}
-
-void append(std::string& out, Tag tag) { out += static_cast<char>(tag); }
-
-void append_real(std::string& out, double real) {
-  if (is_whole(real)) {
-    append(out, Tag::kWholeReal);
-    return append_integer(out, static_cast<std::int64_t>(real));
-  }
-  append(out, Tag::kReal);
-  char bytes[sizeof real];
-  std::memcpy(bytes, &real, sizeof real);
-  out.append(bytes, sizeof bytes);
-}
-
-void append_bytes(std::string& out, Tag tag, std::string_view bytes) {
-  append(out, tag);
-  append_count(out, bytes.size());
-  out += bytes;
 }
 
 }  // namespace
 
-void append_count(std::string& out, std::uint64_t number) {
-  for (; number >= kMore; number >>= kGroup) {
-    out += static_cast<char>(number % kMore | kMore);
+void fail_as_damaged() {
+  fail(kCannotReadFile,
+       L"The history of the model is damaged. Clear it (History.Clear) to go on without what can "
+       L"be undone, or take a copy of the file that was saved earlier.");
+}
+
+void RowWriter::make_room(std::size_t size) {
+  if (static_cast<std::size_t>(std::end(buffer_) - end_) < size) flush();
+}
+
+void RowWriter::flush() {
+  out_.append(buffer_, end_);
+  end_ = buffer_;
+}
+
+void RowWriter::put_count(std::uint64_t number) {
+  for (; number >= kMore; number >>= kGroup) put(static_cast<char>(number % kMore | kMore));
+  put(static_cast<char>(number));
+}
+
+void RowWriter::put_integer(std::int64_t number) { put_count(folded_sign(number)); }
+
+void RowWriter::put_real(double real) {
+  if (is_whole(real)) {
+    put(static_cast<char>(Tag::kWholeReal));
+    return put_integer(static_cast<std::int64_t>(real));
   }
-  out += static_cast<char>(number);
+  put(static_cast<char>(Tag::kReal));
+  std::memcpy(end_, &real, sizeof real);
+  end_ += sizeof real;
 }
 
-void append_integer(std::string& out, std::int64_t number) {
-  append_count(out, folded_sign(number));
+void RowWriter::put_bytes(char letter, std::string_view bytes) {
+  put(letter);
+  put_count(bytes.size());
+  make_room(bytes.size());
+  if (bytes.size() > sizeof buffer_) {
+    out_ += bytes;
+  } else {
+    end_ = std::ranges::copy(bytes, end_).out;
+  }
 }
 
-void append_value(std::string& out, const RowValue& value) {
+void RowWriter::letter(char letter) {
+  make_room(kLongest);
+  put(letter);
+}
+
+void RowWriter::count(std::uint64_t number) {
+  make_room(kLongest);
+  put_count(number);
+}
+
+void RowWriter::integer(std::int64_t number) {
+  make_room(kLongest);
+  put_integer(number);
+}
+
+void RowWriter::value(const RowValue& value) {
+  make_room(kLongest);
   switch (value.type) {
     case RowValue::Type::kNull:
-      return append(out, Tag::kNull);
+      return put(static_cast<char>(Tag::kNull));
     case RowValue::Type::kInteger:
-      append(out, Tag::kInteger);
-      return append_integer(out, value.integer);
+      put(static_cast<char>(Tag::kInteger));
+      return put_integer(value.integer);
     case RowValue::Type::kReal:
-      return append_real(out, value.real);
+      return put_real(value.real);
     case RowValue::Type::kText:
-      return append_bytes(out, Tag::kText, value.bytes);
+      return put_bytes(static_cast<char>(Tag::kText), value.bytes);
     case RowValue::Type::kBlob:
-      return append_bytes(out, Tag::kBlob, value.bytes);
+      return put_bytes(static_cast<char>(Tag::kBlob), value.bytes);
     case RowValue::Type::kSame:
-      return append(out, Tag::kSame);
+      return put(static_cast<char>(Tag::kSame));
+    case RowValue::Type::kKey:
+      return put(static_cast<char>(Tag::kKey));
   }
 }
 
@@ -128,6 +159,8 @@ RowValue RowBytes::value() {
       return {.type = kBlob, .bytes = bytes(count())};
     case Tag::kSame:
       return {.type = kSame};
+    case Tag::kKey:
+      return {.type = kKey};
   }
   fail_as_damaged();
 }

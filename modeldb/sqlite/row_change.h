@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,31 +11,24 @@
 
 namespace modeldb {
 
-/// One row that was inserted, updated or deleted, in a stream of such changes.
+/// One row that was inserted, updated or deleted, in a stream of such changes: a letter, the number
+/// of the table, and the row before and the row after, whichever there is. A row is its number in
+/// SQLite (its key), how many values it has, and the values. It is written as the difference from
+/// another one: the row after an update from the row before, any other from the first row of the
+/// change of the same table that came before, unless that is to be forgotten.
 struct RowChange {
   enum class Kind : char { kInserted = 'I', kUpdated = 'U', kDeleted = 'D' };
 
   Kind kind;
   std::uint64_t table;    ///< its number among the tables of the stream
-  std::string_view body;  ///< see RowPair
+  std::string_view rows;  ///< see RowReader
+  bool forgets = false;   ///< the changes that came before
 };
 
-/// A row before and after a change, with SQLite's number of it. One that was inserted has no values
-/// before, one that was deleted has none after.
-struct RowPair {
-  std::int64_t old_key = 0;
-  std::int64_t new_key = 0;
-  std::vector<RowValue> old_values;
-  std::vector<RowValue> new_values;
+/// Writes what stands before the rows of a change.
+void write_head(RowWriter& out, const RowChange& change);
 
-  /// The body of a change: for each of the rows that it has the key, the number of values and the
-  /// values; those of the second that are as in the first are written as such.
-  void read(const RowChange& change);
-};
-
-void append_change(std::string& out, const RowChange& change);
-
-/// Goes through the changes of a stream. Raises kCannotReadFile when it is damaged.
+/// Goes through the changes of a stream. Fails as damaged.
 class RowChanges {
  public:
   explicit RowChanges(std::string_view stream) : rest_(stream) {}
@@ -43,6 +37,29 @@ class RowChanges {
 
  private:
   RowBytes rest_;
+};
+
+/// A row that was kept as bytes.
+struct KeptRow {
+  std::int64_t key = 0;
+  std::vector<RowValue> values;
+};
+
+/// A row before and after a change. One that was inserted has no values before, one that was
+/// deleted has none after.
+struct RowPair {
+  KeptRow before;
+  KeptRow after;
+};
+
+/// Reads the rows of changes, in their order; from the first of a stream on, or from one that
+/// forgets the others.
+class RowReader {
+ public:
+  void read(const RowChange& change, RowPair& rows);
+
+ private:
+  std::map<std::uint64_t, KeptRow> first_rows_;  // by table, of the last change
 };
 
 }  // namespace modeldb

@@ -8,35 +8,11 @@
 namespace modeldb {
 namespace {
 
-std::string joined(std::span<const std::string> pieces) {
-  std::string bytes;
-  for (const std::string& piece : pieces) bytes += piece;
-  return bytes;
-}
-
-void count(RecordedTable& table, RowChange::Kind kind) {
-  switch (kind) {
-    case RowChange::Kind::kInserted:
-      ++table.inserted;
-      break;
-    case RowChange::Kind::kUpdated:
-      ++table.updated;
-      break;
-    case RowChange::Kind::kDeleted:
-      ++table.deleted;
-      break;
-  }
-}
-
 /// SQLite does not tell an old row that has NULL in a column from one that was written before the
 /// column was added, and reads as its default.
-bool hides_default(const RowChange& change, const TableLayout& layout) {
-  if (change.kind == RowChange::Kind::kInserted) return false;
-  if (std::ranges::find(layout.has_default, true) == layout.has_default.end()) return false;
-  RowPair rows;
-  rows.read(change);
-  for (std::size_t i = 0; i < layout.has_default.size(); ++i) {
-    if (layout.has_default[i] && rows.old_values[i].type == RowValue::Type::kNull) return true;
+bool hides_default(const KeptRow& before, const TableLayout& layout) {
+  for (std::size_t i = 0; i < before.values.size() && i < layout.has_default.size(); ++i) {
+    if (layout.has_default[i] && before.values[i].type == RowValue::Type::kNull) return true;
   }
   return false;
 }
@@ -77,27 +53,36 @@ long SqliteRecorder::next_step() {
 
 Recording SqliteRecorder::recording() {
   const Recorder& recorder = file_.recorder();
-  Recording result{.pieces = recorder.pieces(),
-                   .size = recorder.size(),
+  Recording result{.size = recorder.size(),
                    .is_incomplete = recorder.gap() == Recorder::Gap::kBeyondLimit,
                    .fault = words_of(recorder.gap())};
   if (recorder.gap() != Recorder::Gap::kNone) return result;
+  for (const Recorder::Piece& piece : recorder.pieces()) result.pieces.emplace_back(piece.bytes);
   std::vector<TableLayout> layouts;
-  for (const std::string& name : recorder.tables()) {
-    layouts.push_back(TableLayout::read(file_, from_utf8(name)));
-    result.tables.push_back({.name = from_utf8(name), .columns = layouts.back().column_list()});
-  }
-  const std::string bytes = joined(result.pieces);
-  RowChanges changes(bytes);
-  for (RowChange change{}; changes.next(change);) {
-    const auto number = static_cast<std::size_t>(change.table);
-    count(result.tables[number], change.kind);
-    const TableLayout& layout = layouts[number];
-    if (result.fault.empty() && !layout.fault.empty()) {
+  bool may_hide_default = false;
+  for (const auto& [name, inserted, updated, deleted, last] : recorder.tables()) {
+    const TableLayout& layout = layouts.emplace_back(TableLayout::read(file_, from_utf8(name)));
+    result.tables.push_back({.name = from_utf8(name),
+                             .columns = layout.column_list(),
+                             .inserted = inserted,
+                             .updated = updated,
+                             .deleted = deleted});
+    const bool has_old_rows = updated + deleted > 0;
+    may_hide_default = may_hide_default || (has_old_rows && layout.any_has_default());
+    if (result.fault.empty() && !layout.fault.empty() && (inserted > 0 || has_old_rows)) {
       result.fault =
-          L"the table " + result.tables[number].name + L" cannot be put back: " + layout.fault;
+          L"the table " + result.tables.back().name + L" cannot be put back: " + layout.fault;
     }
-    if (result.fault.empty() && hides_default(change, layout)) {
+  }
+  if (!may_hide_default) return result;
+  RowReader reader;
+  RowPair rows;
+  for (const std::string_view piece : result.pieces) {
+    RowChanges changes(piece);
+    for (RowChange change{}; result.fault.empty() && changes.next(change);) {
+      reader.read(change, rows);
+      const auto number = static_cast<std::size_t>(change.table);
+      if (!hides_default(rows.before, layouts[number])) continue;
       result.fault = L"the table " + result.tables[number].name +
                      L" has a column with a default, in which a row had no value";
     }

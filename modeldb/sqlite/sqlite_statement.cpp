@@ -96,7 +96,7 @@ void SqliteStatement::bind(int parameter, std::nullptr_t) {
 void SqliteStatement::bind(int parameter, std::span<const std::byte> bytes) {
   // A null pointer would be NULL.
   const void* const data = bytes.empty() ? static_cast<const void*>("") : bytes.data();
-  check_bind(sqlite3_bind_blob64(live(), parameter, data, bytes.size(), SQLITE_TRANSIENT));
+  check_bind(sqlite3_bind_blob64(live(), parameter, data, bytes.size(), SQLITE_STATIC));
 }
 
 void SqliteStatement::bind(int parameter, const RowValue& value) {
@@ -107,7 +107,7 @@ void SqliteStatement::bind(int parameter, const RowValue& value) {
       return bind(parameter, value.real);
     case RowValue::Type::kText:
       return check_bind(sqlite3_bind_text64(live(), parameter, value.bytes.data(),
-                                            value.bytes.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+                                            value.bytes.size(), SQLITE_STATIC, SQLITE_UTF8));
     case RowValue::Type::kBlob:
       return bind(parameter, std::as_bytes(std::span(value.bytes)));
     default:

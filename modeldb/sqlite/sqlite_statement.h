@@ -29,6 +29,7 @@ class SqliteStatement final : public Statement {
   void bind(int parameter, std::wstring_view value) override;
   void bind(int parameter, std::nullptr_t) override;
   void bind(int parameter, std::span<const std::byte> bytes) override;
+  /// What the value refers to stays where it is, as for bytes.
   void bind(int parameter, const RowValue& value);
   void bind_all(std::span<const Literal> values, int first) override;
 
