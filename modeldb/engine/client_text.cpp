@@ -263,6 +263,8 @@ void check_transaction(std::wstring_view text) {
 
 }  // namespace
 
+bool is_blank(std::wstring_view text) { return ends_statement(Tokeniser(text).next()); }
+
 bool is_query(std::wstring_view text) {
   const Keyword first = Tokeniser(text).next().keyword;
   return first == Keyword::kSelect || first == Keyword::kWith;

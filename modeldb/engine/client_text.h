@@ -20,6 +20,8 @@ struct ReadText : BoundText {
   }
 };
 
+/// Whether there is nothing in the text but blanks and comments.
+bool is_blank(std::wstring_view text);
 /// Whether the text begins as a query does.
 bool is_query(std::wstring_view text);
 

@@ -22,6 +22,10 @@ TextResult ClientTexts::execute(std::wstring_view text, Trust trust, Seconds tim
       return run(text, shape->kind(), shape, time_limit);
     }
   }
+  if (is_blank(text)) {
+    fail_on_text(kErrorsInCommand, L"The text " + quoted(text),
+                 L" holds no statement. Pass one, such as \"SELECT * FROM Vertices\".");
+  }
   if (trust != Trust::kWrite && !is_query(text)) {
     fail_on_text(kPermissionDenied, L"The text " + quoted(text),
                  L" was refused: only a SELECT is allowed here. Execute changes through the "

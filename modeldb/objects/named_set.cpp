@@ -7,6 +7,11 @@ std::vector<long> require_one_at_most(Database& database, const Kind& kind,
   if (name.empty()) {
     fail(kInvalidArgument, L"No name was passed. Pass the name of the " + kind.object + L".");
   }
+  // Other programs would take it for the end.
+  if (const auto nul = name.find(L'\0'); nul != std::wstring_view::npos) {
+    fail(kInvalidArgument, L"The name of the " + kind.object + L" has a NUL character behind " +
+                               quoted(name.substr(0, nul)) + L". Take it out.");
+  }
   std::vector<long> numbers;
   std::wstring list;
   const auto rows = database.query(L"SELECT " + kind.key + L" FROM " + kind.table +

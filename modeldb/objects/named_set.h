@@ -11,8 +11,8 @@
 
 namespace modeldb {
 
-/// The numbers of the sets of that name, in their order. Raises kInvalidArgument for no name, and
-/// kIllegalOperation when there are several, so that nobody takes the wrong one.
+/// The numbers of the sets of that name, in their order. Raises kInvalidArgument for no name or one
+/// with a NUL, and kIllegalOperation when there are several, so that nobody takes the wrong one.
 std::vector<long> require_one_at_most(Database& database, const Kind& kind, std::wstring_view name);
 
 /// The model's set of that name, or a new one, which is saved: the next call finds it.

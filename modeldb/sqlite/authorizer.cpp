@@ -42,6 +42,10 @@ std::wstring wide(const char* text) { return from_utf8(text ? text : ""); }
 
 /// What an action does, for the sentence "The statement would ...".
 std::wstring description_of(int action, const char* first, const char* second) {
+  const bool is_of_table = action == SQLITE_READ || action == SQLITE_INSERT ||
+                           action == SQLITE_UPDATE || action == SQLITE_DELETE;
+  // A setting that is read as a table, such as pragma_table_info, declares it first.
+  if (is_of_table && !may_be_read(wide(first))) return L"use what SQLite keeps for itself";
   switch (action) {
     case SQLITE_READ:
       return L"read the table " + wide(first);
@@ -54,7 +58,7 @@ std::wstring description_of(int action, const char* first, const char* second) {
     case SQLITE_FUNCTION:
       return L"call the function " + wide(second);
     case SQLITE_RECURSIVE:
-      return L"run a recursive query";
+      return L"run a recursive query, which might have no end";
     case SQLITE_PRAGMA:
       return L"use the setting " + wide(first);
     case SQLITE_ATTACH:

@@ -126,6 +126,10 @@ TEST_F(Clients, CannotDoAnythingElse) {
   EXPECT_EQ(file_.read(), before);
   EXPECT_THAT(failure_of([&] { write(L"DELETE FROM orv_history"); }).sentence,
               HasSubstr(L"would delete from the table orv_history"));
+  EXPECT_THAT(failure_of([&] { write(L"SELECT * FROM pragma_table_info('Forces')"); }).sentence,
+              HasSubstr(L"would use what SQLite keeps for itself"));
+  EXPECT_THAT(failure_of([&] { write(L" -- nothing"); }).sentence,
+              HasSubstr(L"holds no statement"));
   const auto call = failure_of([&] { write(L"SELECT randomblob(1)"); });
   EXPECT_EQ(call.result, kPermissionDenied);
   EXPECT_THAT(call.sentence, HasSubstr(L"would call the function randomblob"));

@@ -114,6 +114,8 @@ TEST_F(NamedSetTest, SetOfANameIsTheModelsOrANewOne) {
   EXPECT_SENTENCE(database->LoadSet(bstr(L"Snow").get(), ignored.put()),
                   HasSubstr("several LoadSets of the name \"Snow\": 2, 3."));
   EXPECT_SENTENCE(database->LoadSet(nullptr, ignored.put()), HasSubstr("No name was passed."));
+  EXPECT_SENTENCE(database->LoadSet(bstr(std::wstring(L"a\0b", 3)).get(), ignored.put()),
+                  HasSubstr("NUL"));
 }
 
 class CopyTest : public model_test::ModelTest {
