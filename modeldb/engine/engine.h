@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "modeldb/engine/change_board.h"
+#include "modeldb/engine/fetch_ahead.h"
 #include "modeldb/engine/row_recorder.h"
 #include "modeldb/engine/schema.h"
 #include "modeldb/engine/statement.h"
@@ -82,6 +83,9 @@ class Engine {
 
   /// Tells what other programs change; null when the engine does not know.
   [[nodiscard]] virtual ChangeBoard* change_board() { return nullptr; }
+
+  /// Takes hints of what is asked for next; null when the engine has no use for them.
+  [[nodiscard]] virtual FetchAhead* fetch_ahead() { return nullptr; }
 
   // Rules that hold, whoever changes rows, from here until the database is closed.
 

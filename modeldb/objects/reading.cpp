@@ -9,6 +9,8 @@
 #include "modeldb/base/ascii.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/objects/column_reader.h"
+#include "modeldb/schema/definition.h"
+#include "modeldb/schema/host_kinds.h"
 #include "modeldb/schema/nearest_column.h"
 
 namespace modeldb {
@@ -86,19 +88,51 @@ Part order_part(const Kind& kind, const std::wstring& order) {
                       L"SELECT 1 FROM " + kind.table + L" ORDER BY " + order + L", " + kind.key}};
 }
 
+std::wstring selected_rows(const std::wstring& columns, const Kind& kind,
+                           const Selection& selection) {
+  std::wstring query = L"SELECT " + columns + L" FROM " + kind.table;
+  if (!selection.condition.empty()) query += L" WHERE (" + selection.condition + L")";
+  query += L" ORDER BY ";
+  if (!selection.order.empty()) query += selection.order + L", ";
+  return query + kind.key;
+}
+
 com::Ptr<_Recordset> open_rows(const Model& model, const Kind& kind, const Selection& selection) {
-  std::wstring query = L"SELECT * FROM " + kind.table;
   if (!selection.condition.empty()) {
     require_sound(model, kind, condition_part(kind, selection.condition));
-    query += L" WHERE (" + selection.condition + L")";
   }
-  query += L" ORDER BY ";
-  if (!selection.order.empty()) {
-    require_sound(model, kind, order_part(kind, selection.order));
-    query += selection.order + L", ";
-  }
-  return make_recordset(model.database(), query + kind.key);
+  if (!selection.order.empty()) require_sound(model, kind, order_part(kind, selection.order));
+  return make_recordset(model.database(), selected_rows(L"*", kind, selection));
 }
+
+/// Tells an engine far away which vertices and sets the records will ask for.
+class Hints {
+ public:
+  Hints(const Model& model, const Kind& kind, const Selection& selection)
+      : ahead_(model.database()->engine().fetch_ahead()) {
+    if (!ahead_) return;
+    const bool has_vertex = stands_on_vertex(kind);
+    const std::wstring columns = kind.key + (has_vertex ? L", " + vertex_kind().key : L"");
+    const auto rows =
+        model.database()->execute_text(selected_rows(columns, kind, selection), Trust::kRead);
+    std::vector<std::int64_t> records;
+    std::vector<std::int64_t> vertices;
+    while (rows.query->step()) {
+      records.push_back(rows.query->integer(0));
+      if (has_vertex) vertices.push_back(rows.query->integer(1));
+    }
+    ahead_->expect(kind.key, std::move(records));
+    if (has_vertex) ahead_->expect(vertex_kind().key, std::move(vertices));
+  }
+  Hints(const Hints&) = delete;
+  Hints& operator=(const Hints&) = delete;
+  ~Hints() {
+    if (ahead_) ahead_->end();
+  }
+
+ private:
+  FetchAhead* ahead_;
+};
 
 com::Ptr<IClassFactory> class_object(REFCLSID clsid) {
   com::Ptr<IClassFactory> factory;
@@ -174,6 +208,7 @@ void read_record(IPersistentObject& record, const Kind& kind, IModelDatabase* da
 void read_records(const Model& model, IModelDatabase* database, const Kind& kind,
                   const Selection& selection, IPersistentCollection& collection) {
   const auto rows = open_rows(model, kind, selection);
+  const Hints hints(model, kind, selection);
   const auto records = class_object(kind.object_class);
   VARIANT_BOOL at_end = VARIANT_FALSE;
   for (;;) {

@@ -6,6 +6,10 @@ std::wstring name_of_keys(const TableDefinition& table) {
   return L"orv_keys_of_" + folded_name(table.name);
 }
 
+std::wstring name_of_drawing(const TableDefinition& table) {
+  return L"orv_draw_keys_of_" + folded_name(table.name);
+}
+
 void give_keys(Session& session, const TableDefinition& table) {
   const std::wstring& name = table.name;
   const std::wstring keys = name_of_keys(table);
@@ -47,6 +51,16 @@ void give_keys(Session& session, const TableDefinition& table) {
       lock +
       L");"
       L" END IF; RETURN NEW; END $orv$");
+  // Sequence and table by their full names, for the same reason.
+  session.run(
+      L"DO $make$ BEGIN EXECUTE format('CREATE FUNCTION " + name_of_drawing(table) +
+      L"(number integer) RETURNS text LANGUAGE plpgsql SECURITY DEFINER SET search_path = "
+      L"pg_catalog AS $orv$ DECLARE keys text; lock bigint := (1330796100::bigint << 32) | "
+      L"%L::regclass::oid::bigint; BEGIN PERFORM pg_advisory_lock_shared(lock); SELECT "
+      L"string_agg(nextval(%L)::text, '','') INTO keys FROM generate_series(1, number); PERFORM "
+      L"pg_advisory_unlock_shared(lock); RETURN keys; END $orv$', format('%I.%I', "
+      L"current_schema(), '" +
+      folded_name(name) + L"'), format('%I.%I', current_schema(), '" + keys + L"')); END $make$");
   session.run(
       L"DO $orv$ BEGIN EXECUTE format('CREATE TRIGGER orv_give_key BEFORE INSERT OR UPDATE "
       L"OF " +

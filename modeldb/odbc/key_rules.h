@@ -15,5 +15,8 @@ void give_keys(Session& session, const TableDefinition& table);
 
 /// The sequence from which they are drawn; everybody may look at it.
 std::wstring name_of_keys(const TableDefinition& table);
+/// A function of the server's that draws so many, for rows to come, and tells them with commas
+/// between them.
+std::wstring name_of_drawing(const TableDefinition& table);
 
 }  // namespace modeldb

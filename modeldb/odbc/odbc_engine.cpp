@@ -13,6 +13,9 @@
 namespace modeldb {
 namespace {
 
+constexpr const wchar_t* kRelease = L"RELEASE SAVEPOINT level";
+constexpr const wchar_t* kRestart = L"ROLLBACK TO SAVEPOINT level";
+
 /// A PostgreSQL server, with one connection to a model.
 class OdbcEngine final : public Engine {
  public:
@@ -65,14 +68,17 @@ class OdbcEngine final : public Engine {
   }
   void commit() override { session_.commit(); }
   void rollback() noexcept override { session_.rollback(); }
-  void begin_savepoint() override { session_.run(L"SAVEPOINT level"); }
-  void release_savepoint() override { session_.run(L"RELEASE SAVEPOINT level"); }
+  void begin_savepoint() override { session_.queue().begin_savepoint(); }
+  void release_savepoint() override {
+    if (!session_.queue().release_savepoint()) session_.send(kRelease, kRelease);
+  }
   void restart_savepoint() noexcept override {
-    session_.run_quietly(L"ROLLBACK TO SAVEPOINT level");
+    if (!session_.queue().restart_savepoint()) session_.run_quietly(kRestart);
   }
   void undo_savepoint() noexcept override {
-    restart_savepoint();
-    session_.run_quietly(L"RELEASE SAVEPOINT level");
+    if (session_.queue().undo_savepoint()) return;
+    session_.run_quietly(kRestart);
+    session_.run_quietly(kRelease);
   }
 
   [[nodiscard]] bool has_table(std::wstring_view name) override {
@@ -92,6 +98,7 @@ class OdbcEngine final : public Engine {
     return std::make_unique<OdbcSchema>(session_);
   }
 
+  [[nodiscard]] FetchAhead* fetch_ahead() override { return &session_.rows_ahead(); }
   [[nodiscard]] ChangeBoard* change_board() override { return &changes_; }
 
   void guard(const RowGuard& rows) override { rules_.guard(rows); }

@@ -90,12 +90,6 @@ void OdbcSchema::read_version() {
 
 bool OdbcSchema::has(std::wstring_view name) const { return tables_.contains(server_name(name)); }
 
-void OdbcSchema::learn(const TableDefinition& table) const {
-  session_.learn_spelling(table.name);
-  if (!table.key.empty()) session_.learn_spelling(table.key);
-  for (const Column& column : table.columns) session_.learn_spelling(column.name);
-}
-
 std::wstring OdbcSchema::fault_of(const TableDefinition& needed, const FoundTable& found) {
   if (found.kind != L'r') return L"it is no table";
   const auto find = [&](std::wstring_view name) {
@@ -132,7 +126,7 @@ std::wstring OdbcSchema::fault_of(const TableDefinition& needed, const FoundTabl
 }
 
 Shape OdbcSchema::require_shape(const TableDefinition& needed) const {
-  learn(needed);
+  session_.learn(needed);
   const FoundTable& found = tables_.at(server_name(needed.name));
   const std::wstring fault = fault_of(needed, found);
   if (!fault.empty()) fail_on_shape(session_.location(), needed, fault);
@@ -140,7 +134,7 @@ Shape OdbcSchema::require_shape(const TableDefinition& needed) const {
 }
 
 void OdbcSchema::make(const TableDefinition& table) {
-  learn(table);
+  session_.learn(table);
   std::wstring list;
   if (!table.key.empty()) list = table.key + L" integer PRIMARY KEY";
   for (const Column& column : table.columns) {

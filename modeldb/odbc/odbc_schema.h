@@ -44,7 +44,6 @@ class OdbcSchema final : public Schema {
   void read_version();
   [[nodiscard]] static std::wstring fault_of(const TableDefinition& needed,
                                              const FoundTable& found);
-  void learn(const TableDefinition& table) const;
 
   Session& session_;
   int version_ = 0;

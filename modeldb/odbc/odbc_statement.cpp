@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "modeldb/base/failure.h"
+#include "modeldb/engine/client_text.h"
 #include "modeldb/engine/tokeniser.h"
 #include "modeldb/odbc/client_dialect.h"
 #include "modeldb/odbc/result_names.h"
@@ -96,10 +97,13 @@ OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trus
       sql_(sql),
       text_(text_for(sql, trust)),
       gives_key_(trust == Trust::kHost && !first_column(sql).empty()),
+      only_reads_(is_query(text_)),
+      by_key_(QueryByKey::of(text_)),
+      insertion_(RowInsertion::of(trust == Trust::kHost ? sql_ : text_)),
+      deletion_(RowDeletion::of(text_)),
       handle_(session.allocate(this)) {
   try {
-    check(odbc().SQLPrepareW(handle_.get(), characters(text_.c_str()),
-                             static_cast<SQLINTEGER>(text_.size())));
+    prepare();
     // The driver puts off what the server has to say until somebody asks.
     if (trust != Trust::kHost) describe();
   } catch (...) {
@@ -221,19 +225,102 @@ void OdbcStatement::limit_time(Seconds limit) {
 
 // --- Running ---
 
+void OdbcStatement::prepare() {
+  check(odbc().SQLPrepareW(handle_.get(), characters(text_.c_str()),
+                           static_cast<SQLINTEGER>(text_.size())));
+  is_described_ = false;
+}
+
+/// Whether somebody has said that this would be asked for.
+bool OdbcStatement::finds_rows_ahead() {
+  if (!by_key_ || parameters_.size() != 1 || parameters_.front().type != Type::kInteger) {
+    return false;
+  }
+  const auto* const rows = session_.rows_ahead().find(*by_key_, parameters_.front().integer);
+  if (!rows) return false;
+  ahead_ = *rows;
+  next_ahead_ = 0;
+  return true;
+}
+
+std::span<const RowValue> OdbcStatement::row_values() {
+  row_values_.clear();
+  for (const Parameter& value : parameters_) {
+    if (value.length == SQL_NULL_DATA) {
+      row_values_.emplace_back(nullptr);
+    } else if (value.type == Type::kText) {
+      row_values_.emplace_back(std::wstring_view(value.text));
+    } else if (value.type == Type::kReal) {
+      row_values_.emplace_back(value.real);
+    } else {
+      row_values_.emplace_back(value.integer);
+    }
+  }
+  return row_values_;
+}
+
+/// Whether its row waits for others, or there surely is none.
+bool OdbcStatement::is_queued() {
+  queued_rows_.reset();
+  if (!is_planned_) {
+    if (insertion_) insertion_plan_ = session_.queue().plan(*insertion_);
+    if (deletion_) deletion_plan_ = session_.queue().plan(*deletion_);
+    is_planned_ = true;
+  }
+  if (insertion_plan_ && insertion_plan_->types.size() == parameters_.size()) {
+    const auto key = session_.queue().insert(*insertion_plan_, row_values());
+    if (!key) return false;
+    if (*key != 0) session_.set_last_insert_id(*key);
+    session_.rows_ahead().forget(insertion_->table);
+    session_.add_changes(1);
+    queued_rows_ = 1;
+  } else if (deletion_plan_ && parameters_.size() == 1 &&
+             parameters_.front().type == Type::kInteger &&
+             deletion_plan_->unlinked.contains(parameters_.front().integer)) {
+    queued_rows_ = 0;
+  }
+  return queued_rows_.has_value();
+}
+
+/// Of a set, which is looked up time and again.
+void OdbcStatement::remember_rows() {
+  std::vector<ResultRow> rows;
+  while (fetch()) rows.push_back(row());
+  session_.rows_ahead().remember(*by_key_, parameters_.front().integer, rows);
+  ahead_ = std::move(rows);
+  next_ahead_ = 0;
+}
+
 void OdbcStatement::execute() {
-  session_.require_open();
+  session_.require_alive();
+  has_run_ = true;
+  has_rows_ = finds_rows_ahead();
+  if (has_rows_ || is_queued()) return;
+  if (!only_reads_) session_.rows_ahead().forget();
+  // Who reads one table alone needs only the rows of that.
+  const bool reads_beside =
+      by_key_ && !by_key_->table.empty() && !session_.queue().has_rows_of(by_key_->table);
+  if (!reads_beside) session_.queue().flush(!only_reads_);
   session_.prepare_to_run();
   for (std::size_t i = 0; i < parameters_.size(); ++i) {
     tell(static_cast<int>(i) + 1, parameters_[i]);
   }
-  const SQLRETURN result = odbc().SQLExecute(handle_.get());
-  has_run_ = true;
-  has_rows_ = false;
+  SQLRETURN result = odbc().SQLExecute(handle_.get());
+  // Somebody has given a table another column since.
+  if (result == SQL_ERROR && Diagnosis::of(SQL_HANDLE_STMT, handle_.get()).is(L"0A000")) {
+    odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
+    prepare();
+    result = odbc().SQLExecute(handle_.get());
+  }
   if (result == SQL_NO_DATA) return;
   check(result);
   describe();
   has_rows_ = !types_.empty();
+  if (insertion_plan_) session_.queue().note_inserted(*insertion_plan_, row_values());
+  if (by_key_ && session_.is_in_transaction() && parameters_.size() == 1 &&
+      parameters_.front().type == Type::kInteger && session_.queue().is_of_sets(by_key_->table)) {
+    remember_rows();
+  }
   if (!gives_key_) return;
   if (fetch()) session_.set_last_insert_id(integer(0));
   session_.add_changes(1);
@@ -268,14 +355,20 @@ bool OdbcStatement::fetch() {
 bool OdbcStatement::step() {
   if (!has_run_) execute();
   if (!has_rows_) return false;
+  if (ahead_) {
+    has_rows_ = next_ahead_ < ahead_->size();
+    if (has_rows_) cells_ = (*ahead_)[next_ahead_++];
+    return has_rows_;
+  }
   has_rows_ = fetch();
   return has_rows_;
 }
 
 std::int64_t OdbcStatement::run() {
   if (!has_run_) execute();
+  if (queued_rows_) return *queued_rows_;
   if (gives_key_) return 1;
-  if (!types_.empty()) {
+  if (!types_.empty() || ahead_) {
     while (step()) {
     }
     return 0;
@@ -291,10 +384,14 @@ void OdbcStatement::reset() {
   session_.require_open();
   odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
   has_run_ = has_rows_ = false;
+  ahead_.reset();
+  queued_rows_.reset();
 }
 
 void OdbcStatement::clear() noexcept {
   has_run_ = has_rows_ = false;
+  ahead_.reset();
+  queued_rows_.reset();
   if (!handle_ || !session_.is_open()) return;
   odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
   odbc().SQLSetStmtAttrW(handle_.get(), SQL_ATTR_QUERY_TIMEOUT, as_pointer(0), 0);
@@ -365,6 +462,11 @@ void OdbcStatement::read_long(int column, SQLSMALLINT type, Cell& cell) const {
   if (type != SQL_C_WCHAR) return;
   cell.text.resize(cell.blob.size() / sizeof(wchar_t));
   std::memcpy(cell.text.data(), cell.blob.data(), cell.text.size() * sizeof(wchar_t));
+}
+
+ResultRow OdbcStatement::row() const {
+  for (std::size_t i = 0; i < cells_.size(); ++i) (void)cell(static_cast<int>(i));
+  return cells_;
 }
 
 Statement::Type OdbcStatement::type(int column) const { return cell(column).type; }

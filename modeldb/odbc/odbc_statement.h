@@ -2,12 +2,15 @@
 
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "modeldb/engine/statement.h"
 #include "modeldb/odbc/driver_manager.h"
+#include "modeldb/odbc/rows_ahead.h"
+#include "modeldb/odbc/write_queue.h"
 
 namespace modeldb {
 
@@ -46,6 +49,9 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] std::wstring_view text(int column) const override;
   [[nodiscard]] std::span<const std::byte> blob(int column) const override;
 
+  /// All of the row at which it stands.
+  [[nodiscard]] ResultRow row() const;
+
   /// The connection ends, and the handle with it.
   void abandon() noexcept { handle_ = {}; }
 
@@ -64,14 +70,7 @@ class OdbcStatement final : public Statement {
     SQLLEN length = SQL_NULL_DATA;
     bool is_told = false;  // ODBC knows of what type it is, and where
   };
-  struct Cell {
-    bool is_read = false;
-    Type type = Type::kNull;
-    std::int64_t integer = 0;
-    double real = 0;
-    std::wstring text;
-    std::vector<std::byte> blob;
-  };
+  using Cell = ResultCell;
 
   void check(SQLRETURN result) const;
   /// The text with its values, as its author knows it.
@@ -79,7 +78,12 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] static std::wstring shown(const Parameter& parameter);
   Parameter& parameter(int number, Type type);
   void tell(int number, Parameter& parameter);
+  void prepare();
   void execute();
+  [[nodiscard]] bool finds_rows_ahead();
+  [[nodiscard]] bool is_queued();
+  [[nodiscard]] std::span<const RowValue> row_values();
+  void remember_rows();
   /// The types of the result's columns, once there is a result.
   void describe();
   bool fetch();
@@ -91,6 +95,10 @@ class OdbcStatement final : public Statement {
   const std::wstring sql_;   // as it was given
   const std::wstring text_;  // as the server gets it
   const bool gives_key_;
+  const bool only_reads_;
+  const std::optional<QueryByKey> by_key_;
+  const std::optional<RowInsertion> insertion_;
+  const std::optional<RowDeletion> deletion_;
   StatementHandle handle_;
   std::deque<Parameter> parameters_;
   std::vector<Type> types_;
@@ -98,6 +106,13 @@ class OdbcStatement final : public Statement {
   bool is_described_ = false;
   bool has_run_ = false;
   bool has_rows_ = false;
+  std::optional<std::vector<ResultRow>> ahead_;  // its rows, when they were fetched ahead
+  std::size_t next_ahead_ = 0;
+  RowPlan* insertion_plan_ = nullptr;
+  const KeysInUse* deletion_plan_ = nullptr;
+  bool is_planned_ = false;  // tables are known once a model is open
+  std::vector<RowValue> row_values_;
+  std::optional<std::int64_t> queued_rows_;  // that it changed, when it did not go to the server
 };
 
 }  // namespace modeldb

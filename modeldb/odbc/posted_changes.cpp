@@ -54,17 +54,15 @@ void PostedChanges::drop_old() {
 }
 
 void PostedChanges::post(std::span<const ChangedRecords> changes) {
+  std::wstring rows;
   for (const ChangedRecords& records : changes) {
-    OdbcStatement row(session_,
-                      L"INSERT INTO orv_changes (Author, AreDeleted, EventType, Keys) VALUES (?, "
-                      L"?, ?, ?)",
-                      Trust::kHost);
-    row.bind(1, author_);
-    row.bind(2, std::int64_t{records.are_deleted});
-    row.bind(3, std::int64_t{records.event_type});
-    row.bind(4, std::wstring_view(list_of(records.keys)));
-    row.run();
+    rows += (rows.empty() ? L"(" : L", (") + std::to_wstring(author_) +
+            (records.are_deleted ? L", 1, " : L", 0, ") + std::to_wstring(records.event_type) +
+            L", '" + list_of(records.keys) + L"')";
   }
+  if (rows.empty()) return;
+  session_.queue().add(L"INSERT INTO orv_changes (Author, AreDeleted, EventType, Keys) VALUES " +
+                       rows);
 }
 
 std::int64_t PostedChanges::first_open_transaction() {

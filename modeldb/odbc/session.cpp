@@ -16,6 +16,9 @@ const DriverManager& odbc() { return DriverManager::instance(); }
 /// Seconds for the network's part of logging in.
 constexpr SQLULEN kLoginTimeout = 15;
 
+/// Characters of the longest text that the engine asks for itself: keys that are drawn.
+constexpr std::size_t kLongestAnswer = 16384;
+
 }  // namespace
 
 std::wstring folded_name(std::wstring_view name) {
@@ -75,18 +78,64 @@ StatementHandle Session::allocate(OdbcStatement* owner) {
   return handle;
 }
 
-void Session::run(std::wstring_view sql) {
+void Session::require_alive() const {
   require_open();
+  if (is_undone_) fail_as_lost(location());
+}
+
+void Session::run(std::wstring_view sql) {
+  require_alive();
+  queue_.flush(true);
+  rows_ahead_.forget();
   prepare_to_run();
+  run_alone(sql, sql);
+}
+
+void Session::send(std::wstring_view sql, std::wstring_view shown) {
+  require_alive();
+  prepare_to_run();
+  try {
+    run_alone(sql, shown);
+  } catch (...) {
+    is_undone_ = true;
+    throw;
+  }
+}
+
+std::vector<std::wstring> Session::ask(std::wstring_view sql) noexcept {
+  std::vector<std::wstring> texts;
+  if (!is_open_ || is_lost_) return texts;
+  SQLSMALLINT columns = 0;
+  const bool has_row = SQL_SUCCEEDED(odbc().SQLExecDirectW(own_.get(), characters(sql.data()),
+                                                           static_cast<SQLINTEGER>(sql.size()))) &&
+                       SQL_SUCCEEDED(odbc().SQLNumResultCols(own_.get(), &columns)) &&
+                       SQL_SUCCEEDED(odbc().SQLFetch(own_.get()));
+  std::wstring text(kLongestAnswer, L'\0');
+  for (SQLUSMALLINT column = 1; has_row && column <= columns; ++column) {
+    SQLLEN bytes = 0;
+    const SQLRETURN result =
+        odbc().SQLGetData(own_.get(), column, SQL_C_WCHAR, text.data(),
+                          static_cast<SQLLEN>(text.size() * sizeof(wchar_t)), &bytes);
+    if (result != SQL_SUCCESS || bytes < 0) break;
+    texts.emplace_back(text, 0, static_cast<std::size_t>(bytes) / sizeof(wchar_t));
+  }
+  odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
+  // A function that was stopped may have been about to let a lock go (key_rules.h).
+  if (!has_row) run_quietly(L"SELECT pg_advisory_unlock_all()");
+  return texts;
+}
+
+void Session::run_alone(std::wstring_view sql, std::wstring_view shown) {
   const SQLRETURN result = odbc().SQLExecDirectW(own_.get(), characters(sql.data()),
                                                  static_cast<SQLINTEGER>(sql.size()));
-  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) fail_with(own_.get(), sql);
+  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) fail_with(own_.get(), shown);
   odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
 }
 
 void Session::run_quietly(const wchar_t* sql) noexcept {
   if (!is_open_ || is_lost_) return;
   if (is_told_within_) waiting_told_ = -1;
+  rows_ahead_.forget();
   odbc().SQLExecDirectW(own_.get(), characters(sql), SQL_NTS);
   odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
 }
@@ -100,12 +149,16 @@ void Session::begin() {
   require_open();
   prepare_to_run();
   set_automatic(false);
+  queue_.reset();
+  rows_ahead_.forget();
+  is_undone_ = false;
   is_begun_ = true;
   is_told_within_ = has_failed_ = false;
 }
 
 void Session::commit() {
-  require_open();
+  require_alive();
+  queue_.flush(false);
   // Of a transaction that is lost the driver reports success; any statement in it fails.
   if (has_failed_) run(L"SELECT 1");
   const SQLRETURN result = odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_COMMIT);
@@ -123,9 +176,14 @@ void Session::commit() {
   }
   set_automatic(true);
   is_begun_ = false;
+  queue_.reset();
+  rows_ahead_.forget();
 }
 
 void Session::rollback() noexcept {
+  queue_.reset();
+  rows_ahead_.forget();
+  is_undone_ = false;
   if (is_open_ && !is_lost_) {
     odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
     set_automatic(true);
@@ -144,7 +202,8 @@ void Session::prepare_to_run() {
   const std::wstring limit =
       waiting_ == 0 ? L"0"
                     : std::to_wstring(std::min(waiting_ * kThousand - kLess, 2'000'000'000LL));
-  run(L"SET lock_timeout = " + limit);
+  const std::wstring sql = L"SET lock_timeout = " + limit;
+  run_alone(sql, sql);
 }
 
 void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
@@ -163,6 +222,13 @@ void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
 std::wstring Session::spelled(const std::wstring& name) const {
   const auto known = spelling_.find(name);
   return known == spelling_.end() ? name : known->second;
+}
+
+void Session::learn(const TableDefinition& table) {
+  learn_spelling(table.name);
+  if (!table.key.empty()) learn_spelling(table.key);
+  for (const Column& column : table.columns) learn_spelling(column.name);
+  queue_.learn(table);
 }
 
 void Session::learn_spelling(std::wstring_view name) { spelling_.emplace(folded_name(name), name); }

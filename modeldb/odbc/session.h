@@ -10,6 +10,8 @@
 #include "modeldb/odbc/connection_text.h"
 #include "modeldb/odbc/diagnosis.h"
 #include "modeldb/odbc/driver_manager.h"
+#include "modeldb/odbc/rows_ahead.h"
+#include "modeldb/odbc/write_queue.h"
 
 namespace modeldb {
 
@@ -40,8 +42,13 @@ class Session {
 
   // The engine's own work.
 
-  /// Runs a text without parameters and result.
+  /// Runs a text without parameters and result, behind what waits.
   void run(std::wstring_view sql);
+  /// Runs what waited, or a part of the transaction's frame; `shown` is its text in a sentence.
+  /// When it fails the transaction is lost.
+  void send(std::wstring_view sql, std::wstring_view shown);
+  /// The texts of a query's first row, beside what waits; none when it fails.
+  std::vector<std::wstring> ask(std::wstring_view sql) noexcept;
   /// Runs what can fail only when there is nothing to undo any more.
   void run_quietly(const wchar_t* sql) noexcept;
 
@@ -53,6 +60,10 @@ class Session {
   void commit();
   void rollback() noexcept;
   [[nodiscard]] bool is_in_transaction() const { return is_begun_; }
+  /// As require_open. kInvalidTransaction: the transaction is lost.
+  void require_alive() const;
+  /// What the transaction has written and the server does not know yet.
+  [[nodiscard]] WriteQueue& queue() { return queue_; }
 
   /// How long a statement waits for rows that another program is changing.
   void limit_waiting(Seconds limit) { waiting_ = limit; }
@@ -65,6 +76,9 @@ class Session {
   /// Raises what the call on the handle of a statement answered, with a sentence.
   [[noreturn]] void fail_with(SQLHANDLE statement, std::wstring_view sql);
 
+  /// What was fetched before it is asked for.
+  [[nodiscard]] RowsAhead& rows_ahead() { return rows_ahead_; }
+
   // What became of statements.
 
   [[nodiscard]] std::int64_t last_insert_id() const { return last_insert_id_; }
@@ -74,9 +88,12 @@ class Session {
 
   /// How the model spells a name that the server has in small letters.
   [[nodiscard]] std::wstring spelled(const std::wstring& name) const;
-  void learn_spelling(std::wstring_view name);
+  /// A table of the model, and how its names are spelled.
+  void learn(const TableDefinition& table);
 
  private:
+  void run_alone(std::wstring_view sql, std::wstring_view shown);
+  void learn_spelling(std::wstring_view name);
   void set_automatic(bool is_automatic) noexcept;
   [[noreturn]] void fail_as_closed_or_lost() const;
 
@@ -85,6 +102,9 @@ class Session {
   ConnectionHandle connection_;
   StatementHandle own_;
   std::set<OdbcStatement*> statements_;
+  RowsAhead rows_ahead_{*this};
+  WriteQueue queue_{*this};
+  bool is_undone_ = false;  // the transaction, though nobody has ended it
   bool is_open_ = false;
   bool is_lost_ = false;  // found broken; a commit must not be believed from then on
   bool is_begun_ = false;

@@ -270,6 +270,17 @@ TEST_F(TeamTest, ListenersHearOfEachBatchOfOthersOnce) {
   EXPECT_EQ(store().query<IObservableRecordStore>()->Unadvise(&listener), S_OK);
 }
 
+TEST_F(TeamTest, TableThatSomebodyElseWidensIsReadOn) {
+  ASSERT_EQ(save(make_load_set(L"Wind")), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(value(L"SELECT * FROM LoadSets"), "1");
+  owner_.run(L"ALTER TABLE LoadSets ADD COLUMN Remark text");
+  EXPECT_EQ(value(L"SELECT * FROM LoadSets"), "1");
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  owner_.run(L"ALTER TABLE LoadSets ADD COLUMN Remark2 text");
+  EXPECT_EQ(value(L"SELECT * FROM LoadSets"), "1");
+  EXPECT_EQ(execute(L"COMMIT TRANSACTION"), S_OK) << model_test::last_sentence();
+}
+
 TEST_F(TeamTest, HistoryIsAFilesOnly) {
   ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
   EXPECT_SENTENCE(database->Undo(com::Variant::omitted()),

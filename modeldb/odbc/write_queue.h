@@ -1,0 +1,135 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <variant>
+#include <vector>
+
+#include "modeldb/engine/table_definition.h"
+
+namespace modeldb {
+
+class Session;
+
+/// A value on its way into a row; nothing stands for NULL.
+using RowValue = std::variant<std::nullptr_t, std::int64_t, double, std::wstring_view>;
+
+/// "INSERT INTO table (column, …) VALUES (?, …)", one row.
+struct RowInsertion {
+  std::wstring table;  ///< in small letters, as the columns
+  std::vector<std::wstring> columns;
+
+  /// Nothing when the text is anything else.
+  static std::optional<RowInsertion> of(std::wstring_view sql);
+};
+
+/// "DELETE FROM table WHERE column = ?"
+struct RowDeletion {
+  std::wstring table;
+  std::wstring column;
+
+  static std::optional<RowDeletion> of(std::wstring_view sql);
+};
+
+/// The keys of a table, as a transaction has to do with them.
+struct KeysInUse {
+  std::vector<std::int64_t> drawn;  // for rows to come, the last first
+  long next_draw = 1;
+  bool are_in_use = false;                    // rows were inserted in this session
+  std::unordered_set<std::int64_t> own;       // rows that the transaction has inserted
+  std::unordered_set<std::int64_t> unlinked;  // of these, those without a link
+  std::unordered_set<std::int64_t> linked;    // sets to which it has linked, and so locked
+};
+
+/// How rows of a table go there with others.
+struct RowPlan {
+  const TableDefinition* table = nullptr;
+  std::wstring columns = {};  ///< "NodalForceID, Description, …"
+  std::vector<ColumnType> types = {};
+  KeysInUse* keys = nullptr;     ///< of the table; null for one of links
+  KeysInUse* sets = nullptr;     ///< of the sets that links lead to
+  KeysInUse* records = nullptr;  ///< of the records that they come from
+};
+
+/// Rows that a transaction has inserted and that the server does not have yet, since a way to it
+/// and back costs more than they do. They reach it with the transaction's next statement that could
+/// see them, or with its end, many at once. Only rows that nothing can be wrong with are kept back:
+/// under a key that the server has given for them, with values that fit, and links to sets that are
+/// locked or the transaction's own.
+///
+/// Savepoints reach it with the rows behind them, if ever.
+class WriteQueue {
+ public:
+  explicit WriteQueue(Session& session) : session_(session) {}
+
+  /// A table of the model.
+  void learn(const TableDefinition& table);
+
+  /// A transaction begins, or ends.
+  void reset() noexcept;
+
+  /// The way of rows; it stays as long as this. Null: there is none but their own statements.
+  RowPlan* plan(const RowInsertion& insertion);
+  const KeysInUse* plan(const RowDeletion& deletion);
+
+  /// Takes a row over, and tells its key, or 0 of a table without; nothing when the row has to be
+  /// inserted by its own statement. That it was is told by
+  /// note_inserted().
+  std::optional<std::int64_t> insert(RowPlan& plan, std::span<const RowValue> values);
+  void note_inserted(RowPlan& plan, std::span<const RowValue> values);
+  /// A statement of the engine's own, without parameters, that nobody waits for.
+  void add(std::wstring_view statement);
+
+  void begin_savepoint();
+  /// These answer false when the server knows the savepoint, and has to be told.
+  [[nodiscard]] bool release_savepoint();
+  [[nodiscard]] bool restart_savepoint() noexcept;
+  [[nodiscard]] bool undo_savepoint() noexcept;
+
+  /// Whether records belong to the rows of that table.
+  [[nodiscard]] bool is_of_sets(std::wstring_view table) const;
+  /// Whether rows of that table wait.
+  [[nodiscard]] bool has_rows_of(std::wstring_view table) const;
+  /// Sends what waits. Savepoints behind which nothing waits stay here, unless `all`.
+  void flush(bool all);
+
+ private:
+  struct Rows {
+    const RowPlan* plan;
+    std::vector<std::wstring> values;  // of each column, with commas between them
+    std::size_t count = 0;
+  };
+  /// What waits behind a savepoint that the server does not know of; in front of all stands what
+  /// waits behind none.
+  struct Piece {
+    std::vector<Rows> rows;
+    std::wstring statements;
+  };
+
+  [[nodiscard]] const TableDefinition* find(std::wstring_view table) const;
+  KeysInUse* keys_of(std::wstring_view key_column);
+  [[nodiscard]] static bool fits(const RowPlan& plan, std::span<const RowValue> values);
+  /// 0: there are none left.
+  std::int64_t draw_key(KeysInUse& keys);
+  void draw_keys_for(const KeysInUse& needed);
+  static void note_link(RowPlan& plan, std::span<const RowValue> values);
+  static Rows& rows_for(Piece& piece, const RowPlan& plan);
+  static void append(Piece& to, Piece&& from);
+  void forget_rows() noexcept;
+  void send(const Piece& piece);
+  void drop(Piece& piece) noexcept;
+
+  Session& session_;
+  std::map<std::wstring, TableDefinition, std::less<>> tables_;
+  std::map<std::wstring, KeysInUse, std::less<>> keys_;  // by table, in small letters
+  std::map<std::wstring, RowPlan, std::less<>> plans_;   // by table and columns
+  std::vector<Piece> pieces_ = std::vector<Piece>(1);
+  std::size_t waiting_ = 0;
+};
+
+}  // namespace modeldb
