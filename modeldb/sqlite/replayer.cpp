@@ -45,8 +45,8 @@ void Replayer::take_back(std::string_view stream, std::span<const RecordedTable>
     for (auto change = begin; change != end; ++change) {
       reader.read(*change, rows[static_cast<std::size_t>(change - begin)]);
     }
-    for (auto change = end; change-- != begin;) {
-      apply(*change, rows[static_cast<std::size_t>(change - begin)], tables, true);
+    for (auto left = rows.size(); left > 0; --left) {
+      apply(begin[left - 1], rows[left - 1], tables, true);
     }
     end = begin;
   }
