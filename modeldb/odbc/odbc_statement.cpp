@@ -282,13 +282,30 @@ bool OdbcStatement::is_queued() {
   return queued_rows_.has_value();
 }
 
-/// Of a set, which is looked up time and again.
-void OdbcStatement::remember_rows() {
+std::vector<ResultRow> OdbcStatement::rows_of(Session& session, std::wstring_view sql) {
+  OdbcStatement query(session, sql, Trust::kHost);
+  query.is_direct_ = true;
   std::vector<ResultRow> rows;
-  while (fetch()) rows.push_back(row());
-  session_.rows_ahead().remember(*by_key_, parameters_.front().integer, rows);
-  ahead_ = std::move(rows);
+  while (query.step()) rows.push_back(query.row());
+  return rows;
+}
+
+/// Records look their sets up time and again while they are saved.
+bool OdbcStatement::looks_up_a_set() const {
+  return by_key_ && session_.is_in_transaction() && !session_.is_read_only() &&
+         parameters_.size() == 1 && parameters_.front().type == Type::kInteger &&
+         session_.queue().is_of_sets(by_key_->table);
+}
+
+/// Nobody may take it away before it is linked.
+void OdbcStatement::look_up_a_set() {
+  const std::int64_t key = parameters_.front().integer;
+  ahead_ = rows_of(session_,
+                   text_.substr(0, text_.rfind(L'?')) + std::to_wstring(key) + L" FOR KEY SHARE");
   next_ahead_ = 0;
+  has_rows_ = true;
+  if (!ahead_->empty()) session_.queue().note_locked(by_key_->table, key);
+  session_.rows_ahead().remember(*by_key_, key, *ahead_);
 }
 
 void OdbcStatement::execute() {
@@ -301,11 +318,14 @@ void OdbcStatement::execute() {
   const bool reads_beside =
       by_key_ && !by_key_->table.empty() && !session_.queue().has_rows_of(by_key_->table);
   if (!reads_beside) session_.queue().flush(!only_reads_);
+  if (looks_up_a_set()) return look_up_a_set();
   session_.prepare_to_run();
   for (std::size_t i = 0; i < parameters_.size(); ++i) {
     tell(static_cast<int>(i) + 1, parameters_[i]);
   }
-  SQLRETURN result = odbc().SQLExecute(handle_.get());
+  SQLRETURN result = is_direct_ ? odbc().SQLExecDirectW(handle_.get(), characters(text_.c_str()),
+                                                        static_cast<SQLINTEGER>(text_.size()))
+                                : odbc().SQLExecute(handle_.get());
   // Somebody has given a table another column since.
   if (result == SQL_ERROR && Diagnosis::of(SQL_HANDLE_STMT, handle_.get()).is(L"0A000")) {
     odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
@@ -317,10 +337,6 @@ void OdbcStatement::execute() {
   describe();
   has_rows_ = !types_.empty();
   if (insertion_plan_) session_.queue().note_inserted(*insertion_plan_, row_values());
-  if (by_key_ && session_.is_in_transaction() && parameters_.size() == 1 &&
-      parameters_.front().type == Type::kInteger && session_.queue().is_of_sets(by_key_->table)) {
-    remember_rows();
-  }
   if (!gives_key_) return;
   if (fetch()) session_.set_last_insert_id(integer(0));
   session_.add_changes(1);
@@ -502,10 +518,20 @@ std::vector<ResultColumn> OdbcStatement::describe_columns() const {
   std::vector<ResultColumn> columns;
   columns.reserve(types_.size());
   for (std::size_t i = 0; i < types_.size(); ++i) {
-    columns.push_back({.name = names.of(static_cast<int>(i), attribute(i, SQL_DESC_LABEL)),
-                       .table = session_.spelled(attribute(i, SQL_DESC_BASE_TABLE_NAME)),
-                       .origin = session_.spelled(attribute(i, SQL_DESC_BASE_COLUMN_NAME)),
-                       .declared_type = declared_type(types_[i])});
+    const std::wstring label = attribute(i, SQL_DESC_LABEL);
+    ResultColumn& column =
+        columns.emplace_back(ResultColumn{.name = names.of(static_cast<int>(i), label),
+                                          .table = {},
+                                          .origin = {},
+                                          .declared_type = declared_type(types_[i])});
+    // The driver would ask the server for it, several times.
+    if (session_.queue().has_column(names.only_table(), label)) {
+      column.table = session_.spelled(names.only_table());
+      column.origin = session_.spelled(label);
+    } else if (names.only_table().empty()) {
+      column.table = session_.spelled(attribute(i, SQL_DESC_BASE_TABLE_NAME));
+      column.origin = session_.spelled(attribute(i, SQL_DESC_BASE_COLUMN_NAME));
+    }
   }
   return columns;
 }

@@ -21,6 +21,8 @@ class Session;
 class OdbcStatement final : public Statement {
  public:
   OdbcStatement(Session& session, std::wstring_view sql, Trust trust);
+  /// All rows of a query of the engine's own without parameters, in one way.
+  static std::vector<ResultRow> rows_of(Session& session, std::wstring_view sql);
   ~OdbcStatement() override;
 
   using Statement::bind;
@@ -83,7 +85,8 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] bool finds_rows_ahead();
   [[nodiscard]] bool is_queued();
   [[nodiscard]] std::span<const RowValue> row_values();
-  void remember_rows();
+  [[nodiscard]] bool looks_up_a_set() const;
+  void look_up_a_set();
   /// The types of the result's columns, once there is a result.
   void describe();
   bool fetch();
@@ -106,6 +109,7 @@ class OdbcStatement final : public Statement {
   bool is_described_ = false;
   bool has_run_ = false;
   bool has_rows_ = false;
+  bool is_direct_ = false;                       // runs unprepared
   std::optional<std::vector<ResultRow>> ahead_;  // its rows, when they were fetched ahead
   std::size_t next_ahead_ = 0;
   RowPlan* insertion_plan_ = nullptr;

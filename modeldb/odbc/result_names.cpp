@@ -23,6 +23,25 @@ bool is_name(const Token& token) {
 ResultNames::ResultNames(const Session& session, std::wstring_view sql) : session_(session) {
   note_aliases(sql);
   note_items(sql);
+  note_only_table(sql);
+}
+
+/// "SELECT * FROM table" without another table, or "SELECT table.* FROM …".
+void ResultNames::note_only_table(std::wstring_view sql) {
+  std::vector<Token> tokens;
+  Tokeniser tokeniser(sql);
+  for (Token token = tokeniser.next(); token.kind != TokenKind::kEnd; token = tokeniser.next()) {
+    tokens.push_back(token);
+  }
+  if (tokens.size() < 4 || tokens[0].keyword != Keyword::kSelect) return;
+  if (tokens[1].is_operator(L'*') && tokens[2].keyword == Keyword::kFrom && is_name(tokens[3])) {
+    const Keyword next = tokens.size() == 4 ? Keyword::kWhere : tokens[4].keyword;
+    if (next == Keyword::kWhere || next == Keyword::kOrder) only_table_ = unquoted(tokens[3]);
+  } else if (tokens.size() > 4 && is_name(tokens[1]) && tokens[2].is_operator(L'.') &&
+             tokens[3].is_operator(L'*') && tokens[4].keyword == Keyword::kFrom) {
+    only_table_ = unquoted(tokens[1]);
+  }
+  only_table_ = folded_name(only_table_);
 }
 
 void ResultNames::note_aliases(std::wstring_view sql) {

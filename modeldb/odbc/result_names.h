@@ -19,6 +19,10 @@ class ResultNames {
   /// model does, and any other expression by its text.
   [[nodiscard]] std::wstring of(int column, const std::wstring& name) const;
 
+  /// The table, in small letters, that all columns come from as far as they come from any; empty
+  /// when the text does not tell.
+  [[nodiscard]] const std::wstring& only_table() const { return only_table_; }
+
  private:
   struct Item {
     std::wstring text;    // of an expression without an alias; empty for what has a name
@@ -27,10 +31,12 @@ class ResultNames {
 
   void note_aliases(std::wstring_view sql);
   void note_items(std::wstring_view sql);
+  void note_only_table(std::wstring_view sql);
 
   const Session& session_;
   std::map<std::wstring, std::wstring, std::less<>> aliases_;  // by what the server makes of them
   std::vector<Item> items_;
+  std::wstring only_table_;
 };
 
 }  // namespace modeldb

@@ -11,7 +11,7 @@ namespace modeldb {
 namespace {
 
 /// Rows that are fetched at once: enough to make the way count for little.
-constexpr std::size_t kKeysAtOnce = 1000;
+constexpr std::size_t kKeysAtOnce = 5000;
 
 bool is_word(const Token& token, std::wstring_view word) {
   return token.kind == TokenKind::kName && folded_name(token.text) == word;
@@ -55,8 +55,7 @@ std::optional<QueryByKey> QueryByKey::of(std::wstring_view sql) {
   return QueryByKey{.column = folded_name(tokens[size - 3].text),
                     .table = is_single ? folded_name(tokens[path - 2].text) : L"",
                     .many_keys = L"SELECT " + column + L" AS orv_key, " +
-                                 std::wstring(sql.substr(head, tail - head)) +
-                                 L"= ANY (?::integer[])"};
+                                 std::wstring(sql.substr(head, tail - head)) + L"= ANY "};
 }
 
 void RowsAhead::expect(std::wstring_view column, std::vector<std::int64_t> keys) {
@@ -114,10 +113,8 @@ RowsAhead::Rows RowsAhead::fetch(const QueryByKey& query, const Expected& expect
     if (i > first) list += L',';
     list += std::to_wstring(expected.keys[i]);
   }
-  OdbcStatement found(session_, query.many_keys, Trust::kHost);
-  found.bind(1, std::wstring_view(list + L"}"));
-  while (found.step()) {
-    ResultRow row = found.row();
+  for (ResultRow& row :
+       OdbcStatement::rows_of(session_, query.many_keys + L"('" + list + L"}'::integer[])")) {
     const std::int64_t key = row.front().integer;
     row.erase(row.begin());
     rows[key].push_back(std::move(row));

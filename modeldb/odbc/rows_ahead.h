@@ -31,7 +31,7 @@ using ResultRow = std::vector<ResultCell>;
 struct QueryByKey {
   std::wstring column;     ///< in small letters, without its table
   std::wstring table;      ///< likewise, where it reads a single one
-  std::wstring many_keys;  ///< with the key as first column, and an array of keys as parameter
+  std::wstring many_keys;  ///< with the key as first column, up to an array of keys
 
   /// Nothing when the text, in the server's words, is no such query.
   static std::optional<QueryByKey> of(std::wstring_view sql);

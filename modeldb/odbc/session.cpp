@@ -158,26 +158,34 @@ void Session::begin() {
 
 void Session::commit() {
   require_alive();
-  queue_.flush(false);
   // Of a transaction that is lost the driver reports success; any statement in it fails.
   if (has_failed_) run(L"SELECT 1");
-  const SQLRETURN result = odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_COMMIT);
-  if (!SQL_SUCCEEDED(result)) {
-    const auto diagnosis = Diagnosis::of(SQL_HANDLE_DBC, connection_.get());
-    if (diagnosis.state.empty() || diagnosis.is_lost_connection()) {
-      is_lost_ = true;
-      fail(
-          kInvalidConnection,
-          L"The connection to the model " + quoted(location()) +
-              L" was lost while a transaction was being committed, so that it is not known whether "
-              L"it was. Close the model, open it again, and look.");
+  try {
+    if (!queue_.flush_and_commit()) {
+      const SQLRETURN result = odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_COMMIT);
+      if (!SQL_SUCCEEDED(result)) fail_to_commit();
     }
-    fail_as_server(diagnosis, location(), L"COMMIT TRANSACTION");
+  } catch (const com::Error&) {
+    if (is_lost_) fail_as_unknown();
+    throw;
   }
   set_automatic(true);
   is_begun_ = false;
   queue_.reset();
   rows_ahead_.forget();
+}
+
+void Session::fail_to_commit() {
+  const auto diagnosis = Diagnosis::of(SQL_HANDLE_DBC, connection_.get());
+  if (diagnosis.state.empty() || diagnosis.is_lost_connection()) is_lost_ = true;
+  fail_as_server(diagnosis, location(), L"COMMIT TRANSACTION");
+}
+
+void Session::fail_as_unknown() const {
+  fail(kInvalidConnection,
+       L"The connection to the model " + quoted(location()) +
+           L" was lost while a transaction was being committed, so that it is not known whether "
+           L"it was. Close the model, open it again, and look.");
 }
 
 void Session::rollback() noexcept {

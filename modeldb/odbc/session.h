@@ -96,6 +96,8 @@ class Session {
   void learn_spelling(std::wstring_view name);
   void set_automatic(bool is_automatic) noexcept;
   [[noreturn]] void fail_as_closed_or_lost() const;
+  [[noreturn]] void fail_to_commit();
+  [[noreturn]] void fail_as_unknown() const;
 
   const ConnectionText text_;
   EnvironmentHandle environment_;

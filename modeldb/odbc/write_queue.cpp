@@ -234,6 +234,18 @@ void WriteQueue::add(std::wstring_view statement) {
 
 // --- Links ---
 
+bool WriteQueue::has_column(std::wstring_view table, std::wstring_view column) const {
+  const TableDefinition* const found = find(table);
+  return found && (folded_name(found->key) == column ||
+                   std::ranges::any_of(found->columns, [&](const Column& each) {
+                     return folded_name(each.name) == column;
+                   }));
+}
+
+void WriteQueue::note_locked(std::wstring_view table, std::int64_t key) {
+  keys_[std::wstring(table)].linked.insert(key);
+}
+
 bool WriteQueue::is_of_sets(std::wstring_view table) const {
   return !table.empty() && std::ranges::any_of(tables_, [&](const auto& each) {
     return folded_name(each.second.sets) == table;
@@ -349,26 +361,38 @@ bool WriteQueue::has_rows_of(std::wstring_view table) const {
          });
 }
 
+bool WriteQueue::is_empty(const Piece& piece) {
+  return piece.rows.empty() && piece.statements.empty();
+}
+
 void WriteQueue::flush(bool all) {
-  const auto is_empty = [](const Piece& piece) {
-    return piece.rows.empty() && piece.statements.empty();
-  };
   std::size_t end = pieces_.size();
   while (!all && end > 0 && is_empty(pieces_[end - 1])) --end;
   if (end == 0 || (end == 1 && is_empty(pieces_[0]))) return;
+  send(end, {});
+}
+
+bool WriteQueue::flush_and_commit() {
+  if (pieces_.size() != 1 || is_empty(pieces_[0])) return false;
+  send(1, L"COMMIT");
+  return true;
+}
+
+void WriteQueue::send(std::size_t pieces, std::wstring_view behind) {
+  const auto end = pieces_.begin() + static_cast<std::ptrdiff_t>(pieces);
   const std::vector<Piece> sending(std::make_move_iterator(pieces_.begin()),
-                                   std::make_move_iterator(pieces_.begin() + end));
-  pieces_.erase(pieces_.begin(), pieces_.begin() + end - 1);
+                                   std::make_move_iterator(end));
+  pieces_.erase(pieces_.begin(), end - 1);
   pieces_.front() = {};
   waiting_ = 0;
-  for (std::size_t i = 0; i < end; ++i) {
+  for (std::size_t i = 0; i < pieces; ++i) {
     if (i > 0) session_.send(L"SAVEPOINT level", L"SAVEPOINT");
-    if (!is_empty(sending[i])) send(sending[i]);
+    if (!is_empty(sending[i])) send(sending[i], i + 1 == pieces ? behind : L"");
   }
 }
 
 /// The rows of records, vertices and sets first, which links refer to.
-void WriteQueue::send(const Piece& piece) {
+void WriteQueue::send(const Piece& piece, std::wstring_view behind) {
   std::wstring sql;
   std::wstring tables;
   for (const bool are_links : {false, true}) {
@@ -385,7 +409,7 @@ void WriteQueue::send(const Piece& piece) {
       tables += (tables.empty() ? L"INSERT INTO " : L", ") + plan.table->name;
     }
   }
-  session_.send(sql + piece.statements, tables);
+  session_.send(sql.append(piece.statements).append(behind), tables);
 }
 
 }  // namespace modeldb

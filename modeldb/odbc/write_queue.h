@@ -91,12 +91,18 @@ class WriteQueue {
   [[nodiscard]] bool restart_savepoint() noexcept;
   [[nodiscard]] bool undo_savepoint() noexcept;
 
+  /// Whether that table of the model has that column; both in small letters.
+  [[nodiscard]] bool has_column(std::wstring_view table, std::wstring_view column) const;
+  /// A row that is there, and locked until the transaction ends.
+  void note_locked(std::wstring_view table, std::int64_t key);
   /// Whether records belong to the rows of that table.
   [[nodiscard]] bool is_of_sets(std::wstring_view table) const;
   /// Whether rows of that table wait.
   [[nodiscard]] bool has_rows_of(std::wstring_view table) const;
   /// Sends what waits. Savepoints behind which nothing waits stay here, unless `all`.
   void flush(bool all);
+  /// Sends what waits, and commits in the same way; false when nothing waits.
+  [[nodiscard]] bool flush_and_commit();
 
  private:
   struct Rows {
@@ -121,7 +127,9 @@ class WriteQueue {
   static Rows& rows_for(Piece& piece, const RowPlan& plan);
   static void append(Piece& to, Piece&& from);
   void forget_rows() noexcept;
-  void send(const Piece& piece);
+  void send(std::size_t pieces, std::wstring_view behind);
+  [[nodiscard]] static bool is_empty(const Piece& piece);
+  void send(const Piece& piece, std::wstring_view behind);
   void drop(Piece& piece) noexcept;
 
   Session& session_;
