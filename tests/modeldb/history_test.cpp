@@ -131,7 +131,9 @@ TEST_F(UndoTest, StepWhoseRowsAnotherProgramChangedIsRefusedAsAWhole) {
   refused("DELETE FROM LoadSets", "refer to LoadSetID 1");
   refused("INSERT INTO NodalForces (NodalForceID) VALUES (1)", "is there already");
   // What another program did elsewhere, or to the numbers of rows alone, is no hindrance.
-  other.run("INSERT INTO LoadSets (Description) VALUES ('Snow'); VACUUM");
+  other.run(
+      "INSERT INTO LoadSets (Description) VALUES ('Snow'); INSERT INTO NodalForces (VertexID) "
+      "VALUES (4711); VACUUM");
   EXPECT_EQ(undo(), S_OK) << model_test::last_sentence();
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces JOIN NodalForceLoadSets USING "
                   L"(NodalForceID)"),
@@ -145,6 +147,8 @@ TEST_F(UndoTest, LinksThatSayTheSameAreFoundAgainByWhatTheySay) {
   OtherProgram(file.path()).run("UPDATE NodalForceLoadSets SET rowid = rowid + 100");
   ASSERT_EQ(undo(), S_OK) << model_test::last_sentence();
   EXPECT_EQ(count(L"NodalForceLoadSets"), "2");
+  execute(L"DELETE FROM LoadSets");
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "0") << "the rules of links hold again";
 }
 
 TEST_F(UndoTest, HistoryIsBoundedAndSaysWhereItBegins) {
@@ -152,6 +156,9 @@ TEST_F(UndoTest, HistoryIsBoundedAndSaysWhereItBegins) {
   for (int i = 0; i < 5; ++i) ASSERT_EQ(save(make_force(i)), S_OK);
   EXPECT_EQ(steps(), 3);
   EXPECT_SENTENCE(undo(2), HasSubstr("goes from step 3 to step 5"));
+  ASSERT_EQ(history()->put_MaximumBytes(std::stol(value(L"SELECT max(Bytes) FROM orv_steps"))),
+            S_OK);
+  EXPECT_EQ(steps(), 1);
 
   ASSERT_EQ(history()->put_MaximumBytes(2000), S_OK);
   database->put_Step(bstr(L"Long words").get());
