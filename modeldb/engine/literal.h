@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -8,8 +9,9 @@
 
 namespace modeldb {
 
-/// A value for a parameter of a statement. Text refers to characters that somebody else owns.
-using Literal = std::variant<std::int64_t, double, std::wstring_view>;
+/// A value for a parameter of a statement; the last is NULL. Text refers to characters that
+/// somebody else owns.
+using Literal = std::variant<std::int64_t, double, std::wstring_view, std::nullptr_t>;
 
 /// A statement with parameters (?) and their values, in order. The values refer to the texts from
 /// which they were taken; those must live as long as this is used.

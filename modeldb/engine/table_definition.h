@@ -13,6 +13,7 @@ struct Column {
   std::wstring name;
   ColumnType type;
   std::int32_t greatest = INT32_MAX;  ///< of integers: the objects hold no greater number
+  bool may_be_unknown = false;        ///< the objects may have no value for it
 };
 
 /// A table of the model: the rows of one kind, the links of one kind to its sets, or what the model

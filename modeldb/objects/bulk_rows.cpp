@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <unordered_set>
 
 #include "com/sentence.h"
@@ -157,6 +158,7 @@ class Appender {
                                    targets_[column].name + L", " + fault.words + kNothingAdded);
       }
     }
+    complete_place();
     return write(row);
   }
 
@@ -186,6 +188,18 @@ class Appender {
     if (!table_.find(database_, key)) return;
     throw CellFault{L"holds " + std::to_wstring(key) + L", but the model has a " + kind().object +
                     L" of that number. Leave the cell empty for a new number."};
+  }
+
+  /// A vertex with a single coordinate has the others, too: they are 0.
+  void complete_place() {
+    const auto is_unknown = [](const Literal& value) {
+      return std::holds_alternative<std::nullptr_t>(value);
+    };
+    const auto& columns = kind().columns;
+    const auto coordinate = std::ranges::find(columns, true, &Column::may_be_unknown);
+    const std::span coordinates(values_.begin() + (coordinate - columns.begin()), values_.end());
+    if (std::ranges::all_of(coordinates, is_unknown)) return;
+    std::ranges::replace_if(coordinates, is_unknown, Literal(0.0));
   }
 
   void add_set(long id) {

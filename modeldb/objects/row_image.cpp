@@ -13,6 +13,7 @@ constexpr auto kCurrent = [](const auto& value) -> const auto& { return value.cu
 constexpr auto kSaved = [](const auto& value) -> const auto& { return value.saved; };
 // Of a vertex whose coordinates need all of their digits.
 constexpr std::size_t kUsualLength = 100;
+constexpr std::wstring_view kUnknown = L"NULL";
 
 void append_text(std::wstring& text, std::wstring_view words) { text += words; }
 
@@ -61,12 +62,25 @@ double RowImage::stored(const Statement& row, const Value<double>&, std::size_t 
   return row.real(static_cast<int>(column));
 }
 
+bool RowImage::complete_unknown(std::size_t column) {
+  Origin& origin = origins_[column];
+  if (origin == Origin::kStored) origin = Origin::kNone;
+  return origin == Origin::kNone;
+}
+
 bool RowImage::complete(const Statement& row) {
   bool same = true;
   for_each(*this, [&](auto& value, std::size_t column) {
-    same &= complete(value, column, stored(row, value, column));
+    const bool is_null = row.type(static_cast<int>(column)) == Statement::Type::kNull;
+    same &= is_null && column > 0 ? complete_unknown(column)
+                                  : complete(value, column, stored(row, value, column));
   });
   return same;
+}
+
+bool RowImage::has_numbers() const {
+  return std::any_of(origins_.begin() + 1, origins_.end(),
+                     [](Origin origin) { return origin != Origin::kNone; });
 }
 
 bool RowImage::was_stored_as(const Statement& row) const {
@@ -78,9 +92,10 @@ bool RowImage::was_stored_as(const Statement& row) const {
 }
 
 void RowImage::commit() {
+  const bool are_known = has_numbers();
   for_each(*this, [&](auto& value, std::size_t column) {
     if (!(value.saved == value.current)) value.saved = value.current;
-    origins_[column] = Origin::kStored;
+    if (column == 0 || are_known) origins_[column] = Origin::kStored;
   });
 }
 
@@ -99,9 +114,10 @@ template <class Pick>
 std::wstring RowImage::values(Pick pick) const {
   std::wstring text;
   text.reserve(kUsualLength);
+  const bool are_known = has_numbers();
   for_each(*this, [&](const auto& value, std::size_t column) {
     text += column == 0 ? L"'" : L", ";
-    append_text(text, pick(value));
+    column == 0 || are_known ? append_text(text, pick(value)) : append_text(text, kUnknown);
     if (column == 0) text += L'\'';
   });
   return text;
@@ -110,10 +126,11 @@ std::wstring RowImage::values(Pick pick) const {
 template <class Pick>
 std::wstring RowImage::assignments(Pick pick) const {
   std::wstring text;
+  const bool are_known = has_numbers();
   for_each(*this, [&](const auto& value, std::size_t column) {
     if (column > 0) text += L", ";
     text.append(table_.kind().columns[column].name).append(column == 0 ? L" = '" : L" = ");
-    append_text(text, pick(value));
+    column == 0 || are_known ? append_text(text, pick(value)) : append_text(text, kUnknown);
     if (column == 0) text += L'\'';
   });
   return text;

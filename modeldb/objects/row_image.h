@@ -92,6 +92,12 @@ class RowImage {
   }
   template <class T, class Stored>
   bool complete(Value<T>& value, std::size_t column, Stored stored);
+  /// As the others, of a column that holds NULL.
+  bool complete_unknown(std::size_t column);
+
+  /// Whether anything was put or stored in the numbers: the coordinates of a vertex that is named
+  /// by its ID alone are not known, those of one with a single coordinate are, the others being 0.
+  [[nodiscard]] bool has_numbers() const;
 
   // What the row says of a value in its column.
   static std::wstring_view stored(const Statement& row, const Value<Text>& value,

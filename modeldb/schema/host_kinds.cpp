@@ -18,6 +18,10 @@ Kind set_kind(std::wstring object) {
           .collection_interface = __uuidof(CollectionInterface)};
 }
 
+Column coordinate(const wchar_t* name) {
+  return {.name = name, .type = ColumnType::kReal, .may_be_unknown = true};
+}
+
 }  // namespace
 
 const Kind& vertex_kind() {
@@ -25,9 +29,9 @@ const Kind& vertex_kind() {
                          .table = L"Vertices",
                          .key = L"VertexID",
                          .columns = {{L"Description", ColumnType::kText},
-                                     {L"X", ColumnType::kReal},
-                                     {L"Y", ColumnType::kReal},
-                                     {L"Z", ColumnType::kReal}},
+                                     coordinate(L"X"),
+                                     coordinate(L"Y"),
+                                     coordinate(L"Z")},
                          .sets = L"",
                          .object_interface = __uuidof(IVertex),
                          .object_class = __uuidof(Vertex),

@@ -38,6 +38,10 @@ class Walk {
   /// The value in a column, up to the next comma.
   Literal number(std::size_t column) {
     const wchar_t* const begin = token_.text.data();
+    if (token_.kind == TokenKind::kName && token_.text == L"NULL") {
+      advance();
+      return nullptr;
+    }
     if (token_.is_operator(L'-')) advance();
     const auto value =
         token_.kind == TokenKind::kNumber ? parse_number({begin, token_.end()}) : std::nullopt;

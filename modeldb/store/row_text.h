@@ -9,9 +9,9 @@ namespace modeldb {
 
 // A record's texts of its own row: 'description', number, number, ... The description stands
 // between its quotes as it is, so that its end cannot be told from the text; whoever knows the
-// description says what it is. Everything else must be plain names and numbers. A text that is
-// anything else is refused with a sentence (kInvalidArgument), or by NoNumber, so that
-// nothing in it can ever act as SQL.
+// description says what it is. Everything else must be plain names, numbers and NULL. A text that
+// is anything else is refused with a sentence (kInvalidArgument), or by NoNumber, so that nothing
+// in it can ever act as SQL.
 
 /// Thrown of a value that is no number.
 struct NoNumber {

@@ -46,8 +46,11 @@ void RowValues::read(const Record& record, host::SqlPiece piece, Append append) 
   } catch (const com::Error& error) {
     fail(error.result(), record.name() + L" cannot be saved. " + sentence_of(error));
   }
-  if (bound_.values.size() != record.kind().columns.size()) {
-    fail_on_text(record, L"its row", text_.view());
+  const auto& columns = record.kind().columns;
+  if (bound_.values.size() != columns.size()) fail_on_text(record, L"its row", text_.view());
+  for (std::size_t column = 0; column < columns.size(); ++column) {
+    const bool is_null = std::holds_alternative<std::nullptr_t>(bound_.values[column]);
+    if (is_null && !columns[column].may_be_unknown) fail_on_value(record, {column, L"NULL"});
   }
 }
 

@@ -111,8 +111,10 @@ TEST_F(BulkRowsTest, VerticesAndSetsAreThoseOfTheModel) {
   EXPECT_EQ(value(L"SELECT group_concat(NodalForceID || ':' || LoadSetID) FROM (SELECT * FROM "
                   L"NodalForceLoadSets ORDER BY NodalForceID, LoadSetID)"),
             "1:1,1:2,40:2,41:1");
-  EXPECT_EQ(value(L"SELECT group_concat(VertexID || ':' || CAST(10 * X AS INTEGER)) FROM Vertices"),
-            "12:45,15:0,16:0");
+  EXPECT_EQ(value(L"SELECT CAST(10 * X AS INTEGER) || ':' || CAST(10 * Z AS INTEGER) FROM Vertices "
+                  L"WHERE VertexID = 12"),
+            "45:0");
+  EXPECT_EQ(value(L"SELECT group_concat(VertexID) FROM Vertices WHERE X IS NULL"), "15,16");
 }
 
 TEST_F(BulkRowsTest, RowThatCannotBeStoredAddsNothingAndIsNamed) {

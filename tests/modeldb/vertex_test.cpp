@@ -73,6 +73,27 @@ TEST_F(VertexTest, WhatWasNotPutStays) {
   EXPECT_EQ(vertices(), "12: 990 70 0 ");
 }
 
+TEST_F(VertexTest, PlaceThatNobodyGaveIsNotTheOrigin) {
+  const auto force = force_at(12);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(save(force), S_OK);
+  const auto unplaced = [this] { return value(L"SELECT COUNT(*) FROM Vertices WHERE X IS NULL"); };
+  EXPECT_EQ(unplaced(), "1");
+  const auto loaded = load_force(1);
+  ASSERT_TRUE(loaded);
+  vertex_of(loaded)->put_Description(bstr(L"tip").get());
+  ASSERT_EQ(save(loaded), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(unplaced(), "1");
+  EXPECT_EQ(value(L"SELECT Description FROM Vertices"), "tip");
+
+  // The origin is a place like any other.
+  vertex_of(loaded)->put_X(0);
+  ASSERT_EQ(save(loaded), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(vertices(), "12: 0 0 0 tip");
+  ASSERT_EQ(save(force), S_OK);
+  EXPECT_EQ(vertices(), "12: 0 0 0 tip");
+}
+
 TEST_F(VertexTest, LoadedRecordMovesToAnotherVertexWithoutMovingTheVertex) {
   put_into_model(12);
   const auto made = make_force(1);

@@ -74,6 +74,7 @@ std::string sentence_of(const StepAction& action) {
                            : ", said in step " + std::to_string(action.step);
   for (const ActingRecord& record : action.records) {
     text += (&record == action.records.data() ? " by " : ", ") + record.name;
+    if (!record.set.empty()) text += " in \"" + record.set + "\"";
   }
   return text;
 }

@@ -34,7 +34,7 @@ struct StepAction {
 void each_action(const Subject& subject, int step,
                  const std::function<void(const StepAction&)>& use);
 
-/// "node 5, freedom 2: force -6, said in step 1 by NodalForce 1"
+/// "node 5, freedom 2: force -6, said in step 1 by NodalForce 1 in "Wind""
 std::string sentence_of(const StepAction& action);
 
 /// For programs: an array of JSON objects, one a line; docs/checks.md describes their members.

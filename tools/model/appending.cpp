@@ -14,24 +14,52 @@ namespace {
 
 constexpr std::size_t kRowsAtOnce = 4096;
 
-/// Rows by columns, of cells that stand row by row.
-com::Variant array_of(const std::vector<double>& cells, std::size_t width) {
-  const std::size_t height = cells.size() / width;
+/// An array of rows and columns. It stands column by column.
+com::Variant array_of(VARTYPE type, std::size_t height, std::size_t width) {
   SAFEARRAYBOUND bounds[] = {{.cElements = static_cast<ULONG>(height), .lLbound = 0},
                              {.cElements = static_cast<ULONG>(width), .lLbound = 0}};
   com::Variant result;
   VARIANT* const array = result.put();
-  array->parray = SafeArrayCreate(VT_R8, 2, bounds);
+  array->parray = SafeArrayCreate(type, 2, bounds);
   if (!array->parray) throw std::bad_alloc();
-  array->vt = VT_ARRAY | VT_R8;
-  // The array stands column by column.
-  auto* const data = static_cast<double*>(array->parray->pvData);
+  array->vt = static_cast<VARTYPE>(VT_ARRAY | type);
+  return result;
+}
+
+/// Calls `put` with each place among cells that stand row by row, and its place in the array.
+template <class Put>
+void each_place(std::size_t height, std::size_t width, Put put) {
   for (std::size_t row = 0; row < height; ++row) {
     for (std::size_t column = 0; column < width; ++column) {
-      data[column * height + row] = cells[row * width + column];
+      put(row * width + column, column * height + row);
     }
   }
-  return result;
+}
+
+com::Variant array_of(const std::vector<double>& cells, std::size_t width) {
+  const std::size_t height = cells.size() / width;
+  com::Variant array = array_of(VT_R8, height, width);
+  auto* const data = static_cast<double*>(array.get().parray->pvData);
+  each_place(height, width,
+             [&](std::size_t cell, std::size_t place) { data[place] = cells[cell]; });
+  return array;
+}
+
+using Texts = std::vector<std::pair<std::size_t, std::wstring>>;
+
+com::Variant array_of(const std::vector<double>& cells, const Texts& texts, std::size_t width) {
+  const std::size_t height = cells.size() / width;
+  com::Variant array = array_of(VT_VARIANT, height, width);
+  auto* const data = static_cast<VARIANT*>(array.get().parray->pvData);
+  auto text = texts.begin();
+  each_place(height, width, [&](std::size_t cell, std::size_t place) {
+    if (text != texts.end() && text->first == cell) {
+      data[place] = com::Variant(com::Bstr((text++)->second)).detach();
+    } else {
+      data[place] = com::Variant(cells[cell]).detach();
+    }
+  });
+  return array;
 }
 
 }  // namespace
@@ -52,14 +80,21 @@ void Appending::add(double number) {
   cells_.push_back(number);
 }
 
+void Appending::add(std::string_view text) {
+  add(0);  // holds the place
+  texts_.emplace_back(cells_.size() - 1, text::to_wide(text));
+}
+
 void Appending::finish() {
   if (cells_.empty()) return;
   com::Variant keys;
-  com::check(model_->AppendRows(com::Bstr(text::to_wide(table_)).get(),
-                                com::Variant(com::Bstr(text::to_wide(columns_))),
-                                array_of(cells_, width_), keys.put()),
-             model_);
+  com::check(
+      model_->AppendRows(
+          com::Bstr(text::to_wide(table_)).get(), com::Variant(com::Bstr(text::to_wide(columns_))),
+          texts_.empty() ? array_of(cells_, width_) : array_of(cells_, texts_, width_), keys.put()),
+      model_);
   cells_.clear();
+  texts_.clear();
 }
 
 }  // namespace model

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "com/ptr.h"
@@ -11,8 +13,7 @@
 
 namespace model {
 
-/// Adds rows of numbers to a table by the model's own member for many rows, some thousand with each
-/// call.
+/// Adds rows to a table by the model's own member for many rows, some thousand with each call.
 ///
 ///     Appending nodes(database, "Vertices", {"VertexID", "X"});
 ///     nodes.add(12); nodes.add(4.5);
@@ -25,6 +26,8 @@ class Appending {
   /// The next cell; rows follow one another. The model raises, with a sentence, what is no finite
   /// number.
   void add(double number);
+  /// UTF-8. An empty cell is the value of a new record.
+  void add(std::string_view text);
 
   /// Writes what is left.
   void finish();
@@ -35,6 +38,7 @@ class Appending {
   std::string columns_;
   std::size_t width_;
   std::vector<double> cells_;
+  std::vector<std::pair<std::size_t, std::wstring>> texts_;  // by their places among the cells
 };
 
 }  // namespace model

@@ -9,13 +9,22 @@ namespace model {
 namespace {
 
 template <class Number>
-void append(std::string& sql, Number number) {
+std::string digits_of(Number number) {
   char digits[32];
-  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  sql.append(digits, end);
+  return {digits, std::to_chars(digits, digits + sizeof digits, number).ptr};
 }
 
 }  // namespace
+
+std::string literal(double number) {
+  if (!std::isfinite(number)) {
+    text::fail(text::kInvalidArgument,
+               "A model holds finite numbers only; one that was to be written is not. Correct it "
+               "where it comes from.");
+  }
+  // An integer would lose the sign of zero.
+  return digits_of(number) + (number == 0 && std::signbit(number) ? ".0" : "");
+}
 
 Insertion::Insertion(Database& database, std::string_view table, std::string_view columns)
     : database_(database),
@@ -45,19 +54,12 @@ void Insertion::separate() {
 
 void Insertion::add(long number) {
   separate();
-  append(sql_, number);
+  sql_ += digits_of(number);
 }
 
 void Insertion::add(double number) {
   separate();
-  if (!std::isfinite(number)) {
-    text::fail(text::kInvalidArgument, "A model holds finite numbers only; one of " +
-                                           head_.substr(12, 24) +
-                                           "... is not. Correct it where it comes from.");
-  }
-  append(sql_, number);
-  // An integer would lose the sign of zero.
-  if (number == 0 && std::signbit(number)) sql_ += ".0";
+  sql_ += literal(number);
 }
 
 void Insertion::add(std::string_view text) {

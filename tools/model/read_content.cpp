@@ -1,23 +1,15 @@
-#include <limits>
-
 #include "tools/model/content.h"
 #include "tools/model/kinds.h"
 
 namespace model {
 namespace {
 
-/// A coordinate that the model does not have is no number; 0 would be a place.
-double coordinate(const Rows& rows, std::size_t column) {
-  return rows.value(column).vt == VT_NULL ? std::numeric_limits<double>::quiet_NaN()
-                                          : rows.real(column);
-}
-
 content::Vertices read_vertices(Database& database) {
   content::Vertices vertices;
   Rows rows = database.query("SELECT VertexID, X, Y, Z FROM Vertices ORDER BY VertexID");
   while (rows.next()) {
     vertices.ids.push_back(rows.integer(0));
-    vertices.coordinates.push_back({coordinate(rows, 1), coordinate(rows, 2), coordinate(rows, 3)});
+    vertices.coordinates.push_back({rows.real_or_nan(1), rows.real_or_nan(2), rows.real_or_nan(3)});
   }
   return vertices;
 }

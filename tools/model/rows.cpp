@@ -1,9 +1,12 @@
 #include "tools/model/rows.h"
 
+#include <limits>
+
 #include "tools/text/failure.h"
 #include "tools/text/utf8.h"
 
 namespace model {
+
 bool Rows::next() {
   if (next_ == height_ && !fetch()) return false;
   ++next_;
@@ -44,6 +47,10 @@ double Rows::real(std::size_t column) const {
   if (variant.vt == VT_I4) return variant.lVal;
   if (variant.vt == VT_NULL) return 0;
   return as(column, VT_R8).get().dblVal;
+}
+
+double Rows::real_or_nan(std::size_t column) const {
+  return value(column).vt == VT_NULL ? std::numeric_limits<double>::quiet_NaN() : real(column);
 }
 
 std::string Rows::text(std::size_t column) const {

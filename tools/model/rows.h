@@ -31,6 +31,8 @@ class Rows {
   // A column of the current row, from 0. NULL is 0 and empty.
   [[nodiscard]] long integer(std::size_t column) const;
   [[nodiscard]] double real(std::size_t column) const;
+  /// NULL is no number, where 0 would be a value.
+  [[nodiscard]] double real_or_nan(std::size_t column) const;
   [[nodiscard]] std::string text(std::size_t column) const;
   [[nodiscard]] const VARIANT& value(std::size_t column) const;
 

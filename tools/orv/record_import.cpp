@@ -3,11 +3,16 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 #include <utility>
 
+#include "com/error.h"
+#include "com/sentence.h"
+#include "tools/model/insertion.h"
 #include "tools/orv/listing.h"
 #include "tools/orv/output.h"
 #include "tools/text/failure.h"
+#include "tools/text/utf8.h"
 
 namespace orv {
 namespace {
@@ -67,6 +72,15 @@ double read_real(const std::string& column, const std::string& text) {
   return number;
 }
 
+/// Why the model refuses a single row, without its number there.
+std::string reason_of(const com::Error& error) {
+  std::string reason = text::to_utf8(com::sentence_of(error));
+  if (reason.starts_with("Row 1")) reason.erase(0, std::string_view("Row 1, ").size());
+  constexpr std::string_view kEnd = " Nothing was added.";
+  if (reason.ends_with(kEnd)) reason.erase(reason.size() - kEnd.size());
+  return reason;
+}
+
 }  // namespace
 
 RecordImport::RecordImport(model::Database& database, const model::Kind& kind,
@@ -80,8 +94,7 @@ RecordImport::RecordImport(model::Database& database, const model::Kind& kind,
       coordinates_{place_of("X"), place_of("Y"), place_of("Z")},
       sets_(place_of(kind.sets)),
       new_record_(std::move(new_record)),
-      new_vertices_(database, "Vertices", "VertexID, Description, X, Y, Z"),
-      new_records_(database, kind.table, kind.key() + ", " + insert_columns()) {
+      new_vertices_(database, "Vertices", {"VertexID", "X", "Y", "Z"}) {
   for (const std::string& column : kind.columns) values_.push_back(place_of(column));
   std::vector<std::string> known = Listing(database, kind.table, "1 = 0").columns();
   for (std::size_t i = 0; i < columns_.size(); ++i) {
@@ -109,12 +122,6 @@ std::size_t RecordImport::place_of(const std::string& column) const {
 const std::string& RecordImport::cell(const Cells& cells, std::size_t place) const {
   static const std::string empty;
   return place < cells.size() ? cells[place] : empty;
-}
-
-std::string RecordImport::insert_columns() const {
-  std::string columns = "Description, VertexID";
-  for (const std::string& column : kind_.columns) columns += ", " + column;
-  return columns;
 }
 
 void RecordImport::load_sets() {
@@ -152,7 +159,9 @@ void RecordImport::look_up_vertices(const std::vector<TextRow>& rows) {
   model::Rows found =
       database_.query("SELECT VertexID, X, Y, Z FROM Vertices WHERE VertexID IN (" + list + ")");
   while (found.next()) {
-    vertices_[found.integer(0)] = {found.real(1), found.real(2), found.real(3)};
+    Place& place = vertices_[found.integer(0)];
+    for (std::size_t axis = 0; axis < place.size(); ++axis)
+      place[axis] = found.real_or_nan(axis + 1);
   }
 }
 
@@ -175,30 +184,45 @@ long RecordImport::read_vertex(const Cells& cells) {
   const std::string& text = cell(cells, vertex_);
   if (text.empty()) throw RowFault{"VertexID", "the number of the record's node is missing."};
   const long vertex = read_whole("VertexID", text);
-  const auto found = vertices_.find(vertex);
-  std::array<double, 3> place{};
+  if (vertex <= 0) throw RowFault{"VertexID", "no node has the number " + text + "."};
+  place_vertex(cells, vertex);
+  return vertex;
+}
+
+/// Puts the vertex where the cells say, if it has no place yet.
+void RecordImport::place_vertex(const Cells& cells, long vertex) {
+  const std::string number = std::to_string(vertex);
+  const auto known = vertices_.find(vertex);
+  const bool is_known = known != vertices_.end();
+  Place place = is_known ? known->second : Place{};
   bool is_given = false;
-  for (std::size_t axis = 0; axis < 3; ++axis) {
-    const std::string& coordinate = cell(cells, coordinates_[axis]);
-    if (coordinate.empty()) continue;
-    is_given = true;
+  std::string changes;
+  for (std::size_t axis = 0; axis < place.size(); ++axis) {
+    const std::string& text = cell(cells, coordinates_[axis]);
+    if (text.empty()) continue;
     const std::string name(1, static_cast<char>('X' + axis));
-    place[axis] = read_real(name, coordinate);
-    if (found != vertices_.end() && found->second[axis] != place[axis]) {
-      throw RowFault{name, "the node " + text + " lies at " + number_text(found->second[axis]) +
-                               ", not at " + coordinate + ". Leave the cell empty, or correct it."};
+    const double given = read_real(name, text);
+    is_given = true;
+    if (!is_known || std::isnan(place[axis])) {
+      changes += (changes.empty() ? "" : ", ") + name + " = " + model::literal(given);
+      place[axis] = given;
+    } else if (place[axis] != given) {
+      throw RowFault{name, "the node " + number + " lies at " + number_text(place[axis]) +
+                               ", not at " + text + ". Leave the cell empty, or correct it."};
     }
   }
-  if (found != vertices_.end()) return vertex;
-  if (!is_given || vertex <= 0) {
-    throw RowFault{"VertexID", "the model has no node " + text + ". Give its X, Y and Z as well."};
+  if (!is_known && !is_given) {
+    throw RowFault{"VertexID",
+                   "the model has no node " + number + ". Give its X, Y and Z as well."};
   }
   vertices_[vertex] = place;
-  new_vertices_.begin_row();
-  new_vertices_.add(vertex);
-  new_vertices_.add("");
-  for (const double coordinate : place) new_vertices_.add(coordinate);
-  return vertex;
+  if (!is_known) {
+    new_vertices_.add(vertex);
+    for (const double coordinate : place) new_vertices_.add(coordinate);
+  } else if (!changes.empty()) {
+    new_vertices_.finish();  // it may be among them
+    database_.execute("UPDATE Vertices SET " + changes + " WHERE VertexID = " + number);
+  }
 }
 
 std::vector<long> RecordImport::read_sets(const Cells& cells) {
@@ -234,41 +258,6 @@ std::vector<double> RecordImport::read_values(const Cells& cells) const {
   return values;
 }
 
-void RecordImport::add_values(model::Insertion& rows, const Cells& cells, long vertex,
-                              const std::vector<double>& values) {
-  rows.add(cell(cells, description_));
-  rows.add(vertex);
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    if (kind_.is_whole[i]) {
-      rows.add(static_cast<long>(values[i]));
-    } else {
-      rows.add(values[i]);
-    }
-  }
-}
-
-void RecordImport::add_new(const Cells& cells, long vertex, const std::vector<long>& sets) {
-  const std::vector<double> values = read_values(cells);
-  if (last_key_ == 0) {
-    // The first key is the model's to choose: keys of deleted records are not given again.
-    new_vertices_.finish();
-    model::Insertion first(database_, kind_.table, insert_columns());
-    first.begin_row();
-    add_values(first, cells, vertex, values);
-    first.finish();
-    model::Rows newest = database_.query("SELECT MAX(" + kind_.key() + ") FROM " + kind_.table);
-    newest.next();
-    last_key_ = newest.integer(0);
-  } else {
-    if (new_records_.is_full()) new_vertices_.finish();
-    new_records_.begin_row();
-    new_records_.add(++last_key_);
-    add_values(new_records_, cells, vertex, values);
-  }
-  for (const long set : sets) links_.emplace_back(set, last_key_);
-  ++added_;
-}
-
 void RecordImport::change(const Cells& cells, long key, long vertex,
                           const std::vector<long>& sets) {
   const std::vector<double> values = read_values(cells);
@@ -279,9 +268,13 @@ void RecordImport::change(const Cells& cells, long key, long vertex,
   if (description_ != kAbsent) sql += ", Description = " + sql_literal(cell(cells, description_));
   for (std::size_t i = 0; i < values_.size(); ++i) {
     if (values_[i] == kAbsent) continue;
-    sql +=
-        ", " + kind_.columns[i] + " = " +
-        (kind_.is_whole[i] ? std::to_string(static_cast<long>(values[i])) : number_text(values[i]));
+    const std::string& column = kind_.columns[i];
+    const std::string value = kind_.is_whole[i] ? std::to_string(static_cast<long>(values[i]))
+                                                : model::literal(values[i]);
+    sql += ", " + column + " = ";
+    sql += cell(cells, values_[i]).empty()
+               ? "CASE WHEN " + column + " IS NOT NULL THEN " + value + " END"
+               : value;
   }
   database_.execute(sql + where);
   if (sets_ != kAbsent) {
@@ -296,7 +289,7 @@ void RecordImport::add(const std::vector<TextRow>& rows, std::vector<RowFault>& 
   look_up_vertices(rows);
   for (const TextRow& row : rows) {
     try {
-      add(row.cells);
+      add(row);
     } catch (RowFault& fault) {
       fault.row = row.number;
       faults.push_back(std::move(fault));
@@ -304,10 +297,14 @@ void RecordImport::add(const std::vector<TextRow>& rows, std::vector<RowFault>& 
   }
   new_vertices_.finish();  // for the rows of the next piece
   // With a fault nothing of it will be kept.
-  if (faults.empty()) write_piece();
+  if (faults.empty()) write_piece(faults);
+  new_records_.clear();
+  unlinked_.clear();
+  links_.clear();
 }
 
-void RecordImport::add(const Cells& cells) {
+void RecordImport::add(const TextRow& row) {
+  const Cells& cells = row.cells;
   if (cells.size() > columns_.size()) {
     throw RowFault{"", "the row has " + std::to_string(cells.size()) + " cells, the first row " +
                            std::to_string(columns_.size()) + "."};
@@ -315,16 +312,34 @@ void RecordImport::add(const Cells& cells) {
   const long key = read_key(cells);
   const bool stays = key != 0 && cell(cells, vertex_).empty();
   const long vertex = stays ? 0 : read_vertex(cells);
-  const std::vector<long> sets = read_sets(cells);
-  if (key == 0) {
-    add_new(cells, vertex, sets);
-  } else {
+  std::vector<long> sets = read_sets(cells);
+  if (key != 0) {
     change(cells, key, vertex, sets);
+    return;
   }
+  new_records_.push_back({.row = row.number,
+                          .description = cell(cells, description_),
+                          .vertex = vertex,
+                          .values = read_values(cells),
+                          .sets = std::move(sets)});
+  ++added_;
 }
 
-void RecordImport::write_piece() {
-  new_records_.finish();
+/// What the model itself refuses is told row by row.
+void RecordImport::write_piece(std::vector<RowFault>& faults) {
+  try {
+    append(new_records_);
+  } catch (const com::Error&) {
+    for (const NewRecord& record : new_records_) {
+      try {
+        append({&record, 1});
+      } catch (const com::Error& error) {
+        faults.push_back({.column = "", .reason = reason_of(error), .row = record.row});
+      }
+    }
+    if (faults.empty()) throw;
+    return;
+  }
   if (!unlinked_.empty()) {
     std::string list;
     for (const long key : unlinked_) list += (list.empty() ? "" : ",") + std::to_string(key);
@@ -339,8 +354,25 @@ void RecordImport::write_piece() {
     links.add(record);
   }
   links.finish();
-  unlinked_.clear();
-  links_.clear();
+}
+
+void RecordImport::append(std::span<const NewRecord> records) {
+  std::size_t most_sets = 0;
+  for (const NewRecord& record : records) most_sets = std::max(most_sets, record.sets.size());
+  std::vector<std::string> columns = kind_.columns;
+  columns.insert(columns.begin(), "VertexID");
+  columns.insert(columns.end(), most_sets, model::key_of_sets(kind_.sets));
+  const bool is_described = description_ != kAbsent;
+  if (is_described) columns.emplace_back("Description");
+  model::Appending rows(database_, kind_.table, columns);
+  for (const NewRecord& record : records) {
+    rows.add(record.vertex);
+    for (const double value : record.values) rows.add(value);
+    for (const long set : record.sets) rows.add(set);
+    for (std::size_t i = record.sets.size(); i < most_sets; ++i) rows.add("");
+    if (is_described) rows.add(record.description);
+  }
+  rows.finish();
 }
 
 }  // namespace orv

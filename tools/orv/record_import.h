@@ -2,14 +2,15 @@
 
 #include <array>
 #include <bitset>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "tools/model/appending.h"
 #include "tools/model/database.h"
-#include "tools/model/insertion.h"
 #include "tools/model/kinds.h"
 
 namespace orv {
@@ -48,9 +49,10 @@ class SeenNumbers {
 /// begun. Columns bear the names that Listing gives them, in any order.
 ///
 /// A row with a key changes that record, which stays on its vertex where VertexID is empty; one
-/// without makes a new record. A column that is not there
-/// leaves a record as it is; there, and where a cell is empty, a new one keeps its own value. Sets
-/// that the model does not have are made; so are vertices, when their coordinates are given.
+/// without makes a new record. A column that is not there leaves a record as it is; there, and
+/// where a cell is empty, a new one keeps its own value. An empty cell leaves a record without a
+/// value in a column as it is, too. Sets that the model does not have are made; so are vertices,
+/// when their coordinates are given.
 ///
 /// The rows are taken in pieces, and nothing is kept of a piece that is done but the keys of
 /// changed records: a table may be longer than the memory.
@@ -70,6 +72,16 @@ class RecordImport {
 
  private:
   using Cells = std::vector<std::string>;
+  using Place = std::array<double, 3>;  // not a number where it is not known
+
+  struct NewRecord {
+    long row;  // its number
+    std::string description;
+    long vertex;
+    std::vector<double> values;
+    std::vector<long> sets;
+  };
+
   static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
 
   [[nodiscard]] std::size_t place_of(const std::string& column) const;
@@ -78,17 +90,15 @@ class RecordImport {
   void look_up_keys(const std::vector<TextRow>& rows);
   void look_up_vertices(const std::vector<TextRow>& rows);
   [[nodiscard]] std::string numbers_in(const std::vector<TextRow>& rows, std::size_t place) const;
-  void add(const Cells& cells);
+  void add(const TextRow& row);
   long read_key(const Cells& cells);
   long read_vertex(const Cells& cells);
   std::vector<long> read_sets(const Cells& cells);
-  void add_new(const Cells& cells, long vertex, const std::vector<long>& sets);
+  void place_vertex(const Cells& cells, long vertex);
   void change(const Cells& cells, long key, long vertex, const std::vector<long>& sets);
-  void write_piece();
   [[nodiscard]] std::vector<double> read_values(const Cells& cells) const;
-  void add_values(model::Insertion& rows, const Cells& cells, long vertex,
-                  const std::vector<double>& values);
-  [[nodiscard]] std::string insert_columns() const;
+  void write_piece(std::vector<RowFault>& faults);
+  void append(std::span<const NewRecord> records);
 
   model::Database& database_;
   const model::Kind& kind_;
@@ -104,16 +114,15 @@ class RecordImport {
 
   // Of the model, as far as the piece at hand needs them.
   std::unordered_set<long> keys_;
-  std::unordered_map<long, std::array<double, 3>> vertices_;
+  std::unordered_map<long, Place> vertices_;
 
   SeenNumbers changed_keys_;
   std::unordered_map<std::string, std::vector<long>> set_ids_;  // those that bear a name
   std::vector<long> unlinked_;                                  // records that leave their sets
   std::vector<std::pair<long, long>> links_;                    // set and record
 
-  model::Insertion new_vertices_;
-  model::Insertion new_records_;
-  long last_key_ = 0;  // of a new record
+  model::Appending new_vertices_;
+  std::vector<NewRecord> new_records_;
   long added_ = 0;
   long changed_ = 0;
 };
