@@ -197,6 +197,9 @@ TEST(Draw, TakesNodesFromTheTablesAndCountsRecordsWithoutCoordinates) {
   const Picture picture = draw({}, content);
   EXPECT_THAT(tests::read_picture(picture.svg).records, SizeIs(1));
   EXPECT_THAT(picture.notes, Contains(HasSubstr("2 records are not drawn")));
+
+  content.tables.clear();
+  EXPECT_THAT(draw({}, content).notes, Contains(HasSubstr("no loads, supports")));
 }
 
 TEST(Draw, WhatStandsBehindThePartIsFaint) {

@@ -2,7 +2,10 @@
 
 namespace orv {
 
-void add_view_options(CLI::App& command, views::Options& options) {
+void add_view_options(CLI::App& command, ViewOptions& arguments, const std::string& out) {
+  command.add_option("MODEL", arguments.model, "The model")->required();
+  command.add_option("-o,--output", arguments.out, out)->required();
+  views::Options& options = arguments.view;
   command.add_option("--deck", options.deck, "The deck whose mesh is drawn with them");
   command.add_option("--kind", options.kinds,
                      "Draw only that kind of record; may be given repeatedly");

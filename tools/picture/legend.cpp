@@ -54,13 +54,20 @@ class Legend {
     std::string line = svg::count(entry.records);
     if (entry.drawn < entry.records) line += " (" + svg::count(entry.drawn) + " drawn)";
     if (!entry.range.empty()) line += ": " + entry.range;
+    const double left = area_.left + 44;
+    const double width = area_.right - left;
     if (is_close_) {
-      text(entry.name + "  " + line, area_.left + 44, small, "fill=\"#111\"");
+      // Of a name one can guess the end, of a number not.
+      line = "  " + line;
+      const std::string name = cut_to(entry.name, small, width - text_width(line, small));
+      text(name + line, left, small, "fill=\"#111\"");
       return;
     }
-    text(entry.name, area_.left + 44, 13, "fill=\"#111\"");
-    y_ += 14;
-    text(line, area_.left + 44, small, "fill=\"#555\"");
+    for (const std::string& words : wrapped(entry.name, 13, width)) {
+      text(words, left, 13, "fill=\"#111\"");
+      y_ += 14;
+    }
+    text(line, left, small, "fill=\"#555\"");
   }
 
   void add_resultant() {
@@ -84,7 +91,7 @@ class Legend {
     y_ += 8;
     for (const std::string& note : picture_.notes) {
       y_ += 5;
-      for (const std::string& line : wrapped(note)) {
+      for (const std::string& line : wrapped(note, small, area_.right - area_.left - 8)) {
         if (room() < 14) return;
         y_ += 14;
         text(line, area_.left + 4, small, "fill=\"#555\"");
@@ -92,13 +99,13 @@ class Legend {
     }
   }
 
-  [[nodiscard]] std::vector<std::string> wrapped(const std::string& words) const {
+  static std::vector<std::string> wrapped(const std::string& words, double size, double width) {
     std::vector<std::string> lines(1);
     for (std::size_t begin = 0; begin < words.size();) {
       const std::size_t end = std::min(words.find(' ', begin), words.size());
       const std::string word = words.substr(begin, end - begin);
       const std::string longer = lines.back().empty() ? word : lines.back() + ' ' + word;
-      if (lines.back().empty() || text_width(longer, small) <= area_.right - area_.left - 8) {
+      if (lines.back().empty() || text_width(longer, size) <= width) {
         lines.back() = longer;
       } else {
         lines.push_back(word);

@@ -75,6 +75,9 @@ std::string sentence(std::size_t count, const std::string& one, const std::strin
 std::vector<std::string> notes_of(const geometry::Shape& shape, const Symbols& symbols,
                                   const GlyphLayer& glyphs) {
   std::vector<std::string> notes;
+  if (glyphs.legend.empty() && symbols.without_node + symbols.without_system == 0) {
+    notes.emplace_back("There are no loads, supports or other records to draw.");
+  }
   if (glyphs.dots > 0) {
     notes.emplace_back(
         "Where glyphs would lie over each other, a dot stands for each of the others in sight.");

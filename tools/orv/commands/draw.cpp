@@ -11,13 +11,7 @@
 namespace orv {
 namespace {
 
-struct Options {
-  std::string model;
-  std::string out;
-  views::Options view;
-};
-
-void run(const Options& options) {
+void run(const ViewOptions& options) {
   const ModelFile file = ModelFile::open(options.model);
   model::Database database = file.database();
   std::vector<std::string> notes;
@@ -29,12 +23,10 @@ void run(const Options& options) {
 }
 
 const Command command(60, [](CLI::App& program) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ViewOptions>();
   CLI::App* const draw =
       program.add_subcommand("draw", "Draws a model's loads and supports as an SVG picture");
-  draw->add_option("MODEL", options->model, "The model")->required();
-  draw->add_option("-o,--output", options->out, "The picture to write")->required();
-  add_view_options(*draw, options->view);
+  add_view_options(*draw, *options, "The picture to write");
   add_example(draw, "orv draw plate.orvdb --deck plate.inp -o plate.svg");
   draw->callback([options] { run(*options); });
 });

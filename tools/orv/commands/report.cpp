@@ -9,13 +9,7 @@
 namespace orv {
 namespace {
 
-struct Options {
-  std::string model;
-  std::string out;
-  views::Options view;
-};
-
-void run(const Options& options) {
+void run(const ViewOptions& options) {
   const ModelFile file = ModelFile::open(options.model);
   model::Database database = file.database();
   const Progress progress("Writing " + options.out);
@@ -23,12 +17,10 @@ void run(const Options& options) {
 }
 
 const Command command(70, [](CLI::App& program) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ViewOptions>();
   CLI::App* const report = program.add_subcommand(
       "report", "Writes a page about a model: picture, findings, resultants, sets and records");
-  report->add_option("MODEL", options->model, "The model")->required();
-  report->add_option("-o,--output", options->out, "The page to write")->required();
-  add_view_options(*report, options->view);
+  add_view_options(*report, *options, "The page to write");
   add_example(report,
               "orv report plate.orvdb --deck plate.inp -o report.html\n"
               "The options choose what the picture shows; the rest is about the whole model.");
