@@ -5,7 +5,7 @@ Set wind = CreateObject("Orv_ModelDb.LoadSet")
 wind.Description = "Step 1: wind"
 
 Set support = CreateObject("Orv_Node.NodalBoundaryCondition")
-support.Vertex.ID = 1
+support.Vertex.ID = 1 : support.Vertex.X = 0
 support.Tx = True : support.Ty = True : support.Tz = True
 support.Save model
 Set gust = CreateObject("Orv_Node.NodalForce")

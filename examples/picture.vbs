@@ -2,7 +2,7 @@
 Set model = CreateObject("Orv_ModelDb.ModelDatabase")
 model.Open "frame.orvdb"
 Set support = CreateObject("Orv_Node.NodalBoundaryCondition")
-support.Vertex.ID = 1
+support.Vertex.ID = 1 : support.Vertex.X = 0
 support.Tx = True : support.Ty = True : support.Tz = True
 support.Save model
 Set gust = CreateObject("Orv_Node.NodalForce")

@@ -38,6 +38,9 @@ For Each force In model.Load("NodalForces", "VertexID = 13")
     force.Save model
 Next
 deck.Write model, "stronger.inp"
+For Each action In CreateObject("Orv_Tools.Check").Acting(model, 1)
+    If action.Node = 13 Then WScript.Echo action.Text
+Next
 
 On Error Resume Next
 deck.CopyTo model
