@@ -110,6 +110,9 @@ orv csv-export gap.orvdb force | diff - gap.csv && echo 'the records are the sam
 sed -i 's/,2,,,,/,2,0,0.5,,/' gap.csv
 orv csv-import gap.orvdb force gap.csv
 orv list gap.orvdb Vertices --csv
+: >nothing.orvdb
+orv list nothing.orvdb
+orv list gap.orvdb
 orv csv-import gap.orvdb force gap.csv
 
 echo 'An import is undone:'

@@ -41,6 +41,13 @@ ModelFile ModelFile::open(const std::string& path) {
     text::fail(text::kCannotReadFile,
                "There is no model \"" + path + "\". 'orv import' makes one from a deck.");
   }
+  std::error_code error;
+  if (std::filesystem::file_size(text::path_of(path), error) == 0 && !error) {
+    // It would become a model, by a command that only reads.
+    text::fail(
+        text::kCannotReadFile,
+        "The file \"" + path + "\" is empty, and no model. 'orv import' makes one from a deck.");
+  }
   ModelFile file;
   file.attach(path);
   return file;

@@ -75,7 +75,7 @@ void write_csv(std::ostream& out, Listing& listing) {
   while (listing.next(row)) write_line(row, cell_text);
 }
 
-std::size_t write_table(std::ostream& out, Listing& listing) {
+std::size_t write_table(std::ostream& out, Listing& listing, Zeros zeros_are) {
   Table table(listing.columns());
   {
     const Progress progress("Reading the model");
@@ -91,7 +91,9 @@ std::size_t write_table(std::ostream& out, Listing& listing) {
   const std::size_t rows = table.rows();
   if (rows == 0) return 0;
   std::string zeros;
-  for (const std::string& name : table.take_zeros()) zeros += (zeros.empty() ? "" : ", ") + name;
+  if (zeros_are == Zeros::kNamed) {
+    for (const std::string& name : table.take_zeros()) zeros += (zeros.empty() ? "" : ", ") + name;
+  }
   table.write(out, terminal_width());
   if (!zeros.empty()) out << "(0 or empty throughout: " << zeros << ")\n";
   return rows;

@@ -21,8 +21,10 @@ void write_csv(std::ostream& out, Listing& listing);
 /// array of names.
 void write_json(std::ostream& out, Listing& listing);
 
-/// A table as wide as the terminal; columns that are 0 in all rows are named below instead. Returns
-/// the number of rows.
-std::size_t write_table(std::ostream& out, Listing& listing);
+/// What becomes of columns that are 0 or empty in all rows: they stay, or are only named below.
+enum class Zeros { kShown, kNamed };
+
+/// A table as wide as the terminal. Returns the number of rows.
+std::size_t write_table(std::ostream& out, Listing& listing, Zeros zeros_are = Zeros::kNamed);
 
 }  // namespace orv

@@ -25,7 +25,8 @@ void write(Listing& listing, const Options& options) {
     write_csv(std::cout, listing);
   } else if (options.json) {
     write_json(std::cout, listing);
-  } else if (write_table(std::cout, listing) == 0) {
+  } else if (write_table(std::cout, listing,
+                         options.table.empty() ? Zeros::kShown : Zeros::kNamed) == 0) {
     std::cout << "The model holds none.\n";
   }
 }
