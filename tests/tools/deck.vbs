@@ -54,6 +54,9 @@ lost.Description = "Lost" : lost.Magnitude = 1 : lost.Vertex.ID = 4711 : lost.Sa
 deck.Write model, "stronger.inp"
 WScript.Echo InStr(Err.Description, "Lost") > 0
 On Error GoTo 0
+For Each finding In CreateObject("Orv_Tools.Check").Run(model)
+    If finding.Code = "no-coordinates" Then WScript.Echo finding.Text
+Next
 
 Set after = files.OpenTextFile("stronger.inp")
 Do Until after.AtEndOfStream

@@ -22,8 +22,7 @@ std::string literal(double number) {
                "A model holds finite numbers only; one that was to be written is not. Correct it "
                "where it comes from.");
   }
-  // An integer would lose the sign of zero.
-  return digits_of(number) + (number == 0 && std::signbit(number) ? ".0" : "");
+  return digits_of(number);
 }
 
 Insertion::Insertion(Database& database, std::string_view table, std::string_view columns)

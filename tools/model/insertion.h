@@ -7,7 +7,7 @@
 
 namespace model {
 
-/// The number as SQL reads it back, -0 too. Raises, with a sentence, what is no finite number.
+/// The number as SQL reads it back. Raises, with a sentence, what is no finite number.
 std::string literal(double number);
 
 /// Inserts rows into one table, many with each statement.
