@@ -423,7 +423,7 @@ class RowMaker {
              ", which is in a *TRANSFORM. Give it a Direction from 0 to 2 of that system.");
       return std::nullopt;
     }
-    const auto component = std::ranges::find_if(vector, is_there);
+    const auto* const component = std::ranges::find_if(vector, is_there);
     return SignedAxis{.axis = static_cast<int>(component - vector.begin()),
                       .sign = *component < 0 ? -1. : 1.};
   }
