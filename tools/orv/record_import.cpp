@@ -215,6 +215,12 @@ void RecordImport::place_vertex(const Cells& cells, long vertex) {
     throw RowFault{"VertexID",
                    "the model has no node " + number + ". Give its X, Y and Z as well."};
   }
+  for (std::size_t axis = 0; axis < place.size(); ++axis) {
+    // Of a node with one coordinate the others are 0.
+    if (changes.empty() || !std::isnan(place[axis])) continue;
+    changes += std::string(", ") + static_cast<char>('X' + axis) + " = 0";
+    place[axis] = 0;
+  }
   vertices_[vertex] = place;
   if (!is_known) {
     new_vertices_.add(vertex);
