@@ -49,8 +49,13 @@ History::History(Database& database, HistoryTerms terms)
 RowRecorder& History::require_recorder() {
   database_.require_open();
   if (RowRecorder* const recorder = database_.engine().recorder()) return *recorder;
-  fail(kFeatureNotAvailable, L"The model database " + quoted(database_.location()) +
-                                 L" keeps no history: that is done by models in files alone.");
+  fail(kFeatureNotAvailable, note());
+}
+
+std::wstring History::note() {
+  if (database_.engine().recorder()) return tables_.note();
+  return L"The model database " + quoted(database_.location()) +
+         L" keeps no history: that is done by models in files alone.";
 }
 
 void History::on_begin() {

@@ -47,7 +47,7 @@ class History final : private TransactionCompanion {
   [[nodiscard]] HistoryBounds bounds() { return tables_.bounds(); }
   /// Drops what is beyond them. No steps at all: nothing is recorded.
   void set_bounds(const HistoryBounds& bounds);
-  [[nodiscard]] std::wstring note() { return tables_.note(); }
+  [[nodiscard]] std::wstring note();
   void clear();
 
  private:

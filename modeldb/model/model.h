@@ -7,6 +7,7 @@
 #include "modeldb/engine/database.h"
 #include "modeldb/history/history.h"
 #include "modeldb/model/activation.h"
+#include "modeldb/model/seen_rows.h"
 #include "modeldb/schema/catalogue.h"
 
 namespace modeldb {
@@ -30,6 +31,8 @@ class Model {
   }
   /// What can be undone.
   [[nodiscard]] History& history() { return *history_; }
+  /// Null where nobody else changes rows at the same time.
+  [[nodiscard]] SeenRows* seen_rows() const { return seen_rows_.get(); }
 
  private:
   // First: the catalogue asks records, which create the model's objects.
@@ -38,6 +41,7 @@ class Model {
   std::shared_ptr<Database> database_;
   std::shared_ptr<const std::wstring> location_;
   std::optional<History> history_;
+  std::unique_ptr<SeenRows> seen_rows_;
 };
 
 }  // namespace modeldb

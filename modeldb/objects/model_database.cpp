@@ -86,7 +86,7 @@ void ModelDatabase::open(std::wstring_view location) {
   }
   auto model = std::make_shared<Model>(location);
   model->database()->share(turns_);
-  auto store = com::make<RecordStore>(model, this);
+  auto store = com::make<RecordStore>(model, this, reverted_);
   auto connection = make_connection(model->database());
   auto command = make_command(model->database());
   // Nothing below can fail.

@@ -108,6 +108,8 @@ class ModelDatabase : public ModelDatabaseBase {
   [[nodiscard]] const std::shared_ptr<Model>& model() const;
 
   const std::shared_ptr<Turns> turns_ = std::make_shared<Turns>();
+  // What its models have rolled back, in closing too, of records that may be saved again.
+  const std::shared_ptr<RevertedRows> reverted_ = std::make_shared<RevertedRows>();
   std::shared_ptr<Model> model_;
   com::Ptr<RecordStore> store_;
   com::Ptr<_Connection> connection_;

@@ -198,6 +198,7 @@ void read_record(IPersistentObject& record, const Kind& kind, IModelDatabase* da
   try {
     com::raise_from(result, &record, kind.object_interface);
   } catch (const com::Error& error) {
+    if (result == kInvalidConnection) throw;  // and the row is none to be corrected
     const ColumnReader row(rows.get());
     const std::wstring fault = fault_of(row, kind);
     fail(result, name_of(row, kind) + L" in the table " + kind.table + L" cannot be loaded. " +
@@ -216,6 +217,11 @@ void read_records(const Model& model, IModelDatabase* database, const Kind& kind
     if (at_end) break;
     const auto record = create<IPersistentObject>(records, kind.object_interface);
     read_record(*record, kind, database, rows);
+    if (model.seen_rows()) {
+      long id = 0;
+      com::check(record->get_ID(&id), record);
+      model.seen_rows()->add(*model.catalogue().find(kind.table), id);
+    }
     com::check(collection.Add(record.get()), &collection);
     com::check(rows->MoveNext(), rows);
   }

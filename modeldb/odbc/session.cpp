@@ -217,14 +217,26 @@ void Session::prepare_to_run() {
 void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
   const auto diagnosis = Diagnosis::of(SQL_HANDLE_STMT, statement);
   odbc().SQLFreeStmt(statement, SQL_CLOSE);
-  if (diagnosis.is_lost_connection()) is_lost_ = true;
+  // The driver has no state of its own for a connection that it finds closed.
+  if (diagnosis.is_lost_connection() || (diagnosis.is(L"HY000") && !answers())) is_lost_ = true;
   has_failed_ = true;
   if (diagnosis.is(L"25P02")) fail_as_lost(location());
   // A trigger that was stopped may have been about to let a lock go (key_rules.h).
   if (diagnosis.is(L"57014") || diagnosis.is(L"2200H")) {
     run_quietly(L"SELECT pg_advisory_unlock_all()");
   }
+  if (is_lost_) fail_as_disconnected(location());
   fail_as_server(diagnosis, location(), sql);
+}
+
+bool Session::answers() noexcept {
+  wchar_t query[] = L"SELECT 1";
+  if (SQL_SUCCEEDED(odbc().SQLExecDirectW(own_.get(), characters(query), SQL_NTS))) {
+    odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
+    return true;
+  }
+  // In a transaction that has failed the server says that.
+  return Diagnosis::of(SQL_HANDLE_STMT, own_.get()).is(L"25P02");
 }
 
 std::wstring Session::spelled(const std::wstring& name) const {

@@ -95,6 +95,8 @@ class Session {
   void run_alone(std::wstring_view sql, std::wstring_view shown);
   void learn_spelling(std::wstring_view name);
   void set_automatic(bool is_automatic) noexcept;
+  /// Whether the server is still there.
+  [[nodiscard]] bool answers() noexcept;
   [[noreturn]] void fail_as_closed_or_lost() const;
   [[noreturn]] void fail_to_commit();
   [[noreturn]] void fail_as_unknown() const;

@@ -22,6 +22,7 @@ Table::Table(Kind kind) : kind_(std::move(kind)) {
   update_unchanged_ =
       FixedText(L"UPDATE " + kind_.table + L" SET " + assignments_ + where + unchanged);
   remove_ = FixedText(L"DELETE FROM " + kind_.table + where);
+  remove_unchanged_ = FixedText(L"DELETE FROM " + kind_.table + where + unchanged);
   find_ = FixedText(L"SELECT " + column_list_ + L" FROM " + kind_.table + where);
 }
 
@@ -57,6 +58,13 @@ bool Table::update_unchanged(Database& database, long id, std::span<const Litera
 }
 
 bool Table::remove(Database& database, long id) const { return database.execute(remove_, id) != 0; }
+
+bool Table::remove_unchanged(Database& database, long id, std::span<const Literal> saved) const {
+  const StatementLease statement = database.prepare(remove_unchanged_);
+  statement->bind(1, id);
+  statement->bind_all(saved, 2);
+  return statement->run() != 0;
+}
 
 StatementLease Table::find(Database& database, long id) const {
   StatementLease statement = database.query(find_, id);

@@ -28,6 +28,8 @@ class Table {
   bool update_unchanged(Database& database, long id, std::span<const Literal> values,
                         std::span<const Literal> saved) const;
   bool remove(Database& database, long id) const;
+  /// False when no row has that key, or its values are not those that are `saved` any more.
+  bool remove_unchanged(Database& database, long id, std::span<const Literal> saved) const;
 
   /// A query that stands at the row with that key, its columns those of the kind; empty when there
   /// is no such row.
@@ -41,6 +43,7 @@ class Table {
   FixedText update_;
   FixedText update_unchanged_;
   FixedText remove_;
+  FixedText remove_unchanged_;
   FixedText find_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -35,7 +36,8 @@ struct ChangeLog {
   using Undo = std::function<void()>;
 
   int depth = 0;
-  RevertedRows reverted;
+  /// Outlives the model, whose closing rolls back what is open: the records may be saved again.
+  std::shared_ptr<RevertedRows> reverted;
   std::vector<std::variant<Touched, Undo>> touched;
   std::vector<Event> events;
   /// What the transaction that is open has saved and deleted so far, for other programs.

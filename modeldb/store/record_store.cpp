@@ -1,10 +1,13 @@
 #include "modeldb/store/record_store.h"
 
+#include <algorithm>
 #include <utility>
+#include <variant>
 
 #include "modeldb/ado/model_call.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/schema/definition.h"
+#include "modeldb/schema/host_kinds.h"
 #include "modeldb/store/refusal.h"
 #include "modeldb/store/script_array.h"
 
@@ -18,13 +21,22 @@ com::Variant for_scripts(const VARIANT& ids) {
       {static_cast<const long*>(ids.parray->pvData), ids.parray->rgsabound[0].cElements});
 }
 
+/// Whether the saved values are those of a row: every saved record stands on a vertex.
+bool was_saved(const Kind& kind, const std::vector<Literal>& saved) {
+  const auto column = std::ranges::find(kind.columns, vertex_kind().key, &Column::name);
+  const auto* const vertex = std::get_if<std::int64_t>(&saved[column - kind.columns.begin()]);
+  return !vertex || *vertex != 0;
+}
+
 }  // namespace
 
-RecordStore::RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner)
+RecordStore::RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner,
+                         std::shared_ptr<RevertedRows> reverted)
     : turns_(model->database()->turns()),
       model_(std::move(model)),
       owner_(owner),
       finder_(model_->catalogue()) {
+  log_.reverted = std::move(reverted);
   Database& database = *model_->database();
   ChangeBoard* const board = database.engine().change_board();
   if (board) database.transactions().accompany(posting_.emplace(*board, log_));
@@ -75,7 +87,7 @@ void RecordStore::save(Model& model, const Record& record, bool cascade_down, bo
   const long dirty_before = record.dirty();
   record.file_operation(database.get(), host::FileOp::kBeforeSave, cascade_down, cascade_up);
   std::wstring saved = saved_values(*model.database(), record);
-  const long id = write_row(*model.database(), record, saved);
+  const long id = write_row(model, record, saved);
   log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before, std::move(saved)});
   if (record.id() == 0) record.set_id(id);
   try {
@@ -95,29 +107,40 @@ std::wstring RecordStore::saved_values(Database& database, const Record& record)
   if (!database.engine().is_shared() || record.id() == 0 || !stands_on_vertex(record.kind())) {
     return {};
   }
-  return log_.reverted.saved_values(record);
+  return log_.reverted->saved_values(record);
 }
 
-long RecordStore::write_row(Database& database, const Record& record, const std::wstring& saved) {
-  const long id = record.id();
+long RecordStore::write_row(Model& model, const Record& record, const std::wstring& saved) {
+  Database& database = *model.database();
+  long id = record.id();
   if (id == 0) {
     values_.read_for_insert(record);
-    return record.table().insert(database, 0, values_.get());
+    id = record.table().insert(database, 0, values_.get());
+  } else {
+    values_.read_for_update(record);
+    if (!update_row(model, record, saved)) record.table().insert(database, id, values_.get());
+    if (!saved.empty()) log_.reverted->forget(record);
   }
-  values_.read_for_update(record);
-  if (!update_row(database, record, saved)) record.table().insert(database, id, values_.get());
-  if (!saved.empty()) log_.reverted.forget(record);
+  if (model.seen_rows()) model.seen_rows()->add(record.table(), id);
   return id;
 }
 
 /// Writes the row over that of the record's ID; false when there is none.
-bool RecordStore::update_row(Database& database, const Record& record, const std::wstring& saved) {
+bool RecordStore::update_row(Model& model, const Record& record, const std::wstring& saved) {
+  Database& database = *model.database();
   const Table& table = record.table();
   const long id = record.id();
   if (saved.empty() || overwrites_) return table.update(database, id, values_.get());
   values_.read_saved(record, saved);
   if (table.update_unchanged(database, id, values_.get(), values_.saved())) return true;
-  if (!table.find(database, id)) return false;
+  if (!table.find(database, id)) {
+    // Else it is a record of another model, or one that this program has deleted itself.
+    if (!model.seen_rows()->has(table, id)) return false;
+    fail(kChangedByOthers,
+         record.name() +
+             L" cannot be saved: somebody else has deleted it. Set its ID to 0 to save it as a "
+             L"new one, or set Overwrite of the model database to True to bring it back.");
+  }
   fail(kChangedByOthers,
        record.name() +
            L" cannot be saved: its row is not what it was when the record was loaded or "
@@ -134,10 +157,29 @@ STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
 
 bool RecordStore::remove_row(Model& model, const Record& record) {
   try {
-    return record.table().remove(*model.database(), record.id());
+    const bool is_removed = remove_own_row(*model.database(), record);
+    if (is_removed && model.seen_rows()) model.seen_rows()->forget(record.table(), record.id());
+    return is_removed;
   } catch (const com::Error& error) {
     fail_to_delete(error, *model.database(), model.catalogue(), record);
   }
+}
+
+/// Deletes the row if it is still what the record had read or written last. A record that was
+/// neither, but given its ID, stands for whatever has that.
+bool RecordStore::remove_own_row(Database& database, const Record& record) {
+  const Table& table = record.table();
+  const std::wstring saved = saved_values(database, record);
+  if (saved.empty() || overwrites_) return table.remove(database, record.id());
+  values_.read_saved(record, saved);
+  if (!was_saved(record.kind(), values_.saved())) return table.remove(database, record.id());
+  if (table.remove_unchanged(database, record.id(), values_.saved())) return true;
+  if (!table.find(database, record.id())) return false;
+  fail(kChangedByOthers,
+       record.name() +
+           L" cannot be deleted: its row is not what it was when the record was loaded or saved "
+           L"last; somebody else has changed it. Load it anew to see what it is now, or set "
+           L"Overwrite of the model database to True to delete it all the same.");
 }
 
 void RecordStore::remove(Model& model, const Record& record) {

@@ -28,8 +28,9 @@ using RecordStoreBase = ReservedStoreMembers<
 class RecordStore : public RecordStoreBase, public TransactionObserver {
  public:
   /// The store of an open model; `owner` is its model database, which calls disconnect() before it
-  /// goes.
-  RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner);
+  /// goes. `reverted` is what rollbacks of the stores before it have given back.
+  RecordStore(std::shared_ptr<Model> model, IModelDatabase* owner,
+              std::shared_ptr<RevertedRows> reverted);
 
   /// The model is closed: from here on every member fails with a sentence, and nobody listens.
   void disconnect();
@@ -102,10 +103,11 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
  private:
   void save(Model& model, const Record& record, bool cascade_down, bool cascade_up);
   [[nodiscard]] std::wstring saved_values(Database& database, const Record& record) const;
-  long write_row(Database& database, const Record& record, const std::wstring& saved);
-  bool update_row(Database& database, const Record& record, const std::wstring& saved);
+  long write_row(Model& model, const Record& record, const std::wstring& saved);
+  bool update_row(Model& model, const Record& record, const std::wstring& saved);
   void remove(Model& model, const Record& record);
-  static bool remove_row(Model& model, const Record& record);
+  bool remove_row(Model& model, const Record& record);
+  bool remove_own_row(Database& database, const Record& record);
 
   /// Decides, before an outermost change begins, whether it is notified of record by record.
   /// kIllegalOperation: an earlier change is just being undone.

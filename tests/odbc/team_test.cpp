@@ -97,6 +97,34 @@ TEST_F(TeamTest, ChangesOfTwoPeopleAreKeptAndTheSecondToARecordIsRefused) {
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces WHERE Vx = 3"), "1");
 }
 
+TEST_F(TeamTest, DeletionsAndChangesOfOthersAreNotUndoneUnasked) {
+  for (const double magnitude : {1.0, 2.0, 3.0}) ASSERT_EQ(save(make_force(magnitude)), S_OK);
+  const auto other = open_other(file.path());
+  const auto gone = load_force(1);
+  const auto changed = load_force(2);
+  ASSERT_EQ(force_of(other, 1)->Delete(other.get()), S_OK) << model_test::last_sentence();
+  const auto theirs = force_of(other, 2);
+  theirs->put_Magnitude(20);
+  ASSERT_EQ(save_in(other, theirs), S_OK);
+
+  EXPECT_SENTENCE(save(gone), HasSubstr("NodalForce 1 cannot be saved: somebody else has deleted"));
+  EXPECT_SENTENCE(changed->Delete(database.get()),
+                  HasSubstr("NodalForce 2 cannot be deleted: its row is not what it was"));
+  EXPECT_EQ(value(L"SELECT sum(Magnitude) FROM NodalForces"), "23");
+
+  // What this program has deleted itself may be saved again, and an ID alone stands for any row.
+  const auto mine = load_force(3);
+  ASSERT_EQ(mine->Delete(database.get()), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(save(mine), S_OK) << model_test::last_sentence();
+  const auto by_number = make_force(9);
+  by_number->put_ID(3);
+  ASSERT_EQ(by_number->Delete(database.get()), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(database->put_Overwrite(VARIANT_TRUE), S_OK);
+  ASSERT_EQ(changed->Delete(database.get()), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(save(gone), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT sum(NodalForceID) FROM NodalForces"), "1");
+}
+
 TEST_F(TeamTest, RollbackIsNoChangeOfSomebodyElse) {
   const auto force = make_force(1);
   ASSERT_EQ(save(force), S_OK);
@@ -109,6 +137,15 @@ TEST_F(TeamTest, RollbackIsNoChangeOfSomebodyElse) {
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "1");
   ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "3");
+
+  // Closing rolls back too.
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  force->put_Magnitude(4);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  reopen();
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "3");
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "4");
 }
 
 TEST_F(TeamTest, LockOfAnotherIsWaitedForAsLongAsTheTimeoutSays) {

@@ -124,18 +124,25 @@ Listing::Listing(model::Database& database, const std::string& table, const std:
 }
 
 Listing Listing::overview(model::Database& database) {
-  std::string sql = "SELECT 'Vertices' AS Kind, '' AS InSet, COUNT(*) AS Records FROM Vertices";
+  std::string sql =
+      "SELECT 0 AS Place, 0 AS SetID, 'Vertices' AS Kind, '' AS InSet, COUNT(*) AS Records "
+      "FROM Vertices";
+  int place = 0;
   for (const model::Kind& kind : model::kinds_of(database)) {
     const std::string set_key = model::key_of_sets(kind.sets);
-    const std::string name = "SELECT '" + kind.table + "', ";
+    const std::string at = "SELECT " + std::to_string(++place) + ", ";
+    const std::string name = "'" + kind.table + "', ";
     // The records of each set, and those that are in none.
-    sql += " UNION ALL " + name + "MAX(s.Description), COUNT(*) FROM " + kind.link_table() +
-           " AS l JOIN " + kind.sets + " AS s ON s." + set_key + " = l." + set_key +
-           " GROUP BY l." + set_key;
-    sql += " UNION ALL " + name + "'', COUNT(*) FROM " + kind.table + " WHERE " + kind.key() +
-           " NOT IN (SELECT " + kind.key() + " FROM " + kind.link_table() + ") HAVING COUNT(*) > 0";
+    sql += " UNION ALL " + at + "l." + set_key + ", " + name +
+           "MAX(s.Description), COUNT(*) FROM " + kind.link_table() + " AS l JOIN " + kind.sets +
+           " AS s ON s." + set_key + " = l." + set_key + " GROUP BY l." + set_key;
+    // Behind all of the sets.
+    sql += " UNION ALL " + at + "2147483647, " + name + "'', COUNT(*) FROM " + kind.table +
+           " WHERE " + kind.key() + " NOT IN (SELECT " + kind.key() + " FROM " + kind.link_table() +
+           ") HAVING COUNT(*) > 0";
   }
-  return Listing(database.query(sql));
+  return Listing(database.query("SELECT Kind, InSet, Records FROM (" + sql +
+                                ") AS Overview ORDER BY Place, SetID"));
 }
 
 void Listing::open_records(model::Database& database, const model::Kind& kind,

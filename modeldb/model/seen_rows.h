@@ -1,0 +1,28 @@
+#pragma once
+
+#include <unordered_map>
+#include <unordered_set>
+
+#include "modeldb/schema/table.h"
+
+namespace modeldb {
+
+/// The records' rows that this program has read or written and not deleted, where others work on
+/// the model at the same time: one of them that is gone was deleted by somebody else.
+class SeenRows {
+ public:
+  void add(const Table& table, long key) { keys_[&table].insert(key); }
+  void forget(const Table& table, long key) {
+    const auto keys = keys_.find(&table);
+    if (keys != keys_.end()) keys->second.erase(key);
+  }
+  [[nodiscard]] bool has(const Table& table, long key) const {
+    const auto keys = keys_.find(&table);
+    return keys != keys_.end() && keys->second.contains(key);
+  }
+
+ private:
+  std::unordered_map<const Table*, std::unordered_set<long>> keys_;
+};
+
+}  // namespace modeldb
