@@ -23,7 +23,10 @@ class RowArray {
   [[nodiscard]] com::Variant by_row();
 
  private:
-  [[nodiscard]] std::size_t rows() const { return values_.size() / width_; }
+  [[nodiscard]] std::size_t rows() const {
+    // PostgreSQL has rows without columns, which nobody can tell from none.
+    return width_ == 0 ? 0 : values_.size() / width_;
+  }
 
   std::size_t width_;
   std::vector<com::Variant> values_;  // row after row

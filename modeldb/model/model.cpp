@@ -14,6 +14,7 @@ namespace {
 
 std::shared_ptr<Database> open_database(std::wstring_view location) {
   if (has_prefix(location, kOdbcPrefix)) return open_odbc(location, kSchemaVersion);
+  require_no_connection_text(location);
   return open_file(location, kSchemaVersion);
 }
 

@@ -88,6 +88,18 @@ void append(std::wstring& text, std::wstring_view name, std::wstring_view value)
 
 }  // namespace
 
+void require_no_connection_text(std::wstring_view location) {
+  std::wstring text(location);
+  std::ranges::transform(text, text.begin(), folded);
+  for (const auto* const sign : {L"pwd=", L"password=", L"driver=", L"dsn=", L"://"}) {
+    if (text.find(sign) == std::wstring::npos) continue;
+    fail(kCannotOpenFile,
+         L"The location is no path of a file, and that of a server begins with \"odbc:\", followed "
+         L"by a connection string. It is not repeated here, since it may hold a password. Correct "
+         L"its beginning.");
+  }
+}
+
 ConnectionText read_connection_text(std::wstring_view location) {
   const auto given = location.substr(kOdbcPrefix.size());
   if (given.find(L'\0') != std::wstring_view::npos) refuse();

@@ -8,6 +8,10 @@ namespace modeldb {
 /// What begins the location of a model that is reached through ODBC.
 inline constexpr std::wstring_view kOdbcPrefix = L"odbc:";
 
+/// kCannotOpenFile: the location is that of no file, but looks like a connection string whose
+/// beginning is mistyped. The sentence does not repeat it, since it may hold a password.
+void require_no_connection_text(std::wstring_view location);
+
 /// How a model is reached, as its user gives it: "odbc:Driver={PostgreSQL Unicode};Server=…".
 struct ConnectionText {
   /// For ODBC: with what the user gave, and the settings by which the driver does what the engine

@@ -242,9 +242,23 @@ TEST_F(TeamTest, TextsOfClientsReachTheRowsOfTheModelAlone) {
   EXPECT_EQ(value(L"SELECT /* /* */ ' */ 1; DELETE FROM NodalForces; --'"),
             " */ 1; DELETE FROM NodalForces; --");
   EXPECT_EQ(value(L"SELECT 1 --\r; DELETE FROM NodalForces"), "1");
+  com::Variant rows;
+  EXPECT_EQ(
+      database->Rows(bstr(L"SELECT FROM NodalForces").get(), com::Variant::omitted(), rows.put()),
+      S_OK);
   EXPECT_EQ(value(L"SELECT count(*) /* of ' all */ FROM [NodalForces] -- every one"), "1");
   EXPECT_EQ(value(L"SELECT 'pg_class; DROP ' || \"Description\" FROM NodalForces"),
             "pg_class; DROP ");
+}
+
+TEST_F(TeamTest, MistypedLocationsAreNoFiles) {
+  for (const auto* const before :
+       {L" odbc:", L"odbc;", L"odbc=", L"ODBC Driver={x};", L"./odbc:"}) {
+    const std::wstring location = before + file.path().substr(5);
+    long rows = 0;
+    EXPECT_SENTENCE(database->CopyTo(bstr(location).get(), &rows),
+                    AllOf(HasSubstr("begins with \"odbc:\""), Not(HasSubstr("Pwd"))));
+  }
 }
 
 TEST_F(TeamTest, TextsAreKeptAsTheyAreOrRefused) {

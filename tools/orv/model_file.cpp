@@ -38,6 +38,11 @@ void ModelFile::attach(const std::string& path) {
 
 ModelFile ModelFile::open(const std::string& path) {
   if (!is_there(path)) {
+    if (path.find('=') != std::string::npos || path.find("://") != std::string::npos) {
+      text::fail(text::kCannotReadFile,
+                 "There is no model of that name. It is not repeated here, since it may hold a "
+                 "password: a model on a server is \"odbc:\" and a connection string.");
+    }
     text::fail(text::kCannotReadFile,
                "There is no model \"" + path + "\". 'orv import' makes one from a deck.");
   }
