@@ -92,18 +92,19 @@ void require_characters(std::wstring_view text) {
 
 }  // namespace
 
-OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trust)
+OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trust, bool is_direct)
     : session_(session),
       sql_(sql),
       text_(text_for(sql, trust)),
       gives_key_(trust == Trust::kHost && !first_column(sql).empty()),
       only_reads_(is_query(text_)),
+      is_direct_(is_direct),
       by_key_(QueryByKey::of(text_)),
       insertion_(RowInsertion::of(trust == Trust::kHost ? sql_ : text_)),
       deletion_(RowDeletion::of(text_)),
       handle_(session.allocate(this)) {
   try {
-    prepare();
+    if (!is_direct_) prepare();
     // The driver puts off what the server has to say until somebody asks.
     if (trust != Trust::kHost) describe();
   } catch (...) {
@@ -283,8 +284,7 @@ bool OdbcStatement::is_queued() {
 }
 
 std::vector<ResultRow> OdbcStatement::rows_of(Session& session, std::wstring_view sql) {
-  OdbcStatement query(session, sql, Trust::kHost);
-  query.is_direct_ = true;
+  OdbcStatement query(session, sql, Trust::kHost, true);
   std::vector<ResultRow> rows;
   while (query.step()) rows.push_back(query.row());
   return rows;
@@ -327,7 +327,8 @@ void OdbcStatement::execute() {
                                                         static_cast<SQLINTEGER>(text_.size()))
                                 : odbc().SQLExecute(handle_.get());
   // Somebody has given a table another column since.
-  if (result == SQL_ERROR && Diagnosis::of(SQL_HANDLE_STMT, handle_.get()).is(L"0A000")) {
+  if (result == SQL_ERROR && !is_direct_ &&
+      Diagnosis::of(SQL_HANDLE_STMT, handle_.get()).is(L"0A000")) {
     odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
     prepare();
     result = odbc().SQLExecute(handle_.get());

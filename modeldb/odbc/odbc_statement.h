@@ -20,7 +20,8 @@ class Session;
 /// read keeps anybody waiting.
 class OdbcStatement final : public Statement {
  public:
-  OdbcStatement(Session& session, std::wstring_view sql, Trust trust);
+  OdbcStatement(Session& session, std::wstring_view sql, Trust trust)
+      : OdbcStatement(session, sql, trust, false) {}
   /// All rows of a query of the engine's own without parameters, in one way.
   static std::vector<ResultRow> rows_of(Session& session, std::wstring_view sql);
   ~OdbcStatement() override;
@@ -63,6 +64,9 @@ class OdbcStatement final : public Statement {
   void clear() noexcept override;
 
  private:
+  /// `is_direct`: it runs unprepared, which takes one way and not two.
+  OdbcStatement(Session& session, std::wstring_view sql, Trust trust, bool is_direct);
+
   /// What a parameter is bound to, at an address that stays.
   struct Parameter {
     Type type = Type::kNull;
@@ -99,6 +103,7 @@ class OdbcStatement final : public Statement {
   const std::wstring text_;  // as the server gets it
   const bool gives_key_;
   const bool only_reads_;
+  const bool is_direct_;
   const std::optional<QueryByKey> by_key_;
   const std::optional<RowInsertion> insertion_;
   const std::optional<RowDeletion> deletion_;
@@ -109,7 +114,6 @@ class OdbcStatement final : public Statement {
   bool is_described_ = false;
   bool has_run_ = false;
   bool has_rows_ = false;
-  bool is_direct_ = false;                       // runs unprepared
   std::optional<std::vector<ResultRow>> ahead_;  // its rows, when they were fetched ahead
   std::size_t next_ahead_ = 0;
   RowPlan* insertion_plan_ = nullptr;

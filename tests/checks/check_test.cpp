@@ -55,6 +55,7 @@ TEST(Check, FindsEachFaultAloneInTheDeckThatHasIt) {
        "held-and-moved: NodalPrescribedDisplacement 1 on node 1, in the set 'Model, BOUNDARY, "
        "AMPLITUDE=A1'"},
       {"*STEP\n*STATIC\n*CLOAD\n5,2,-5\n*END STEP\n", "no-support: step 1"},
+      {"*STEP\n*STATIC\n*END STEP\n", ""},
       {two + "*BOUNDARY,OP=NEW\n*END STEP\n",
        "no-support: step 2\nempty-set: ConstraintSet 2 'Step 2, BOUNDARY, OP=NEW'"},
   };

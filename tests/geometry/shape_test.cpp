@@ -5,12 +5,20 @@
 #include <map>
 
 #include "tests/geometry/meshes.h"
+#include "tools/mesh/node_index.h"
 
 namespace geometry {
 namespace {
 
 using ::testing::DoubleNear;
 using ::testing::SizeIs;
+
+TEST(NodeIndex, FindsNumbersHoweverFarApart) {
+  const mesh::NodeIndex index(std::vector<std::int32_t>{7, 2000000000, 9});
+  EXPECT_EQ(index.of(2000000000), 1U);
+  EXPECT_EQ(index.of(9), 2U);
+  EXPECT_EQ(index.of(8), mesh::NodeIndex::none);
+}
 
 // The area of a closed surface, and its volume by the divergence theorem: it is that of the body
 // only if every face is there once and turns outwards.

@@ -65,6 +65,12 @@ TEST_F(UndoTest, KeysAreTheSameAfterRedoAndNeverGivenToOthers) {
   ASSERT_EQ(save(other), S_OK);
   EXPECT_NE(id_of(other), id_of(force)) << "the script still holds that number";
   EXPECT_SENTENCE(redo(), HasSubstr("nothing to redo"));
+
+  execute(L"UPDATE NodalForces SET NodalForceID = 50");
+  ASSERT_EQ(undo(), S_OK) << model_test::last_sentence();
+  const auto third = make_force(3);
+  ASSERT_EQ(save(third), S_OK);
+  EXPECT_GT(id_of(third), 50);
 }
 
 TEST_F(UndoTest, RunOfAScriptIsUndoneByItsFirstStepAndOutlivesTheModel) {
@@ -131,7 +137,9 @@ TEST_F(UndoTest, StepWhoseRowsAnotherProgramChangedIsRefusedAsAWhole) {
   refused("DELETE FROM LoadSets", "refer to LoadSetID 1");
   refused("INSERT INTO NodalForces (NodalForceID) VALUES (1)", "is there already");
   // What another program did elsewhere, or to the numbers of rows alone, is no hindrance.
-  other.run("INSERT INTO LoadSets (Description) VALUES ('Snow'); VACUUM");
+  other.run(
+      "INSERT INTO LoadSets (Description) VALUES ('Snow'); INSERT INTO NodalForces (VertexID) "
+      "VALUES (4711); VACUUM");
   EXPECT_EQ(undo(), S_OK) << model_test::last_sentence();
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces JOIN NodalForceLoadSets USING "
                   L"(NodalForceID)"),
@@ -145,6 +153,17 @@ TEST_F(UndoTest, LinksThatSayTheSameAreFoundAgainByWhatTheySay) {
   OtherProgram(file.path()).run("UPDATE NodalForceLoadSets SET rowid = rowid + 100");
   ASSERT_EQ(undo(), S_OK) << model_test::last_sentence();
   EXPECT_EQ(count(L"NodalForceLoadSets"), "2");
+  execute(L"DELETE FROM LoadSets");
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "0") << "the rules of links hold again";
+}
+
+TEST_F(UndoTest, RowsThatDifferInCaseAloneAreNotTakenForEachOther) {
+  const OtherProgram other(file.path());
+  other.run("CREATE TABLE Marks (Name TEXT COLLATE NOCASE); INSERT INTO Marks VALUES ('a')");
+  execute(L"INSERT INTO Marks VALUES ('A')");
+  other.run("UPDATE Marks SET rowid = rowid + 100");
+  ASSERT_EQ(undo(), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT Name FROM Marks"), "a");
 }
 
 TEST_F(UndoTest, HistoryIsBoundedAndSaysWhereItBegins) {
@@ -152,6 +171,9 @@ TEST_F(UndoTest, HistoryIsBoundedAndSaysWhereItBegins) {
   for (int i = 0; i < 5; ++i) ASSERT_EQ(save(make_force(i)), S_OK);
   EXPECT_EQ(steps(), 3);
   EXPECT_SENTENCE(undo(2), HasSubstr("goes from step 3 to step 5"));
+  ASSERT_EQ(history()->put_MaximumBytes(std::stol(value(L"SELECT max(Bytes) FROM orv_steps"))),
+            S_OK);
+  EXPECT_EQ(steps(), 1);
 
   ASSERT_EQ(history()->put_MaximumBytes(2000), S_OK);
   database->put_Step(bstr(L"Long words").get());
@@ -188,7 +210,7 @@ TEST_F(UndoTest, TextsOfMegabytesAndValuesOfEveryTypeComeBack) {
   other.run("CREATE TABLE Values_ (A, B BLOB, C REAL, D TEXT COLLATE NOCASE)");
   execute(
       L"INSERT INTO Values_ VALUES (1, x'00ff', 3, 'a'), (1.0, x'', -0.5, 'A'), (NULL, NULL, "
-      L"1e300, char(0)), (9223372036854775807, 'text', 0.1, '\u00e4')");
+      L"1e300, char(0)), (-0.0, x'', -0.0, ''), (9223372036854775807, 'text', 0.1, '\u00e4')");
   const std::string small = all_rows();
   execute(L"UPDATE Values_ SET A = printf('%.3000000c', 'x'), C = '250', D = upper(D)");
   const std::string large = all_rows();

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "tests/modeldb/model_test.h"
+#include "tests/modeldb/history_support.h"
 #include "tests/modeldb/record_double.h"
 
 namespace {
@@ -139,7 +139,8 @@ TEST_F(TransactionTest, ClosingRollsBack) {
 }
 
 TEST_F(TransactionTest, BatchThatCannotBeCommittedTakesItsKeysBack) {
-  ASSERT_EQ(save(make_force(1)), S_OK);
+  // The batch is the first change, with which the tables of the history would come.
+  model_test::OtherProgram(file.path()).run("INSERT INTO NodalForces (Magnitude) VALUES (1)");
   const auto reader = create<ModelDatabase, IModelDatabaseFile>();
   ASSERT_EQ(reader->Open(bstr(file.path()).get()), S_OK);
   com::Ptr<IDispatch> unread;

@@ -9,6 +9,7 @@
 #include "tests/geometry/meshes.h"
 #include "tests/picture/drawn.h"
 #include "tests/picture/models.h"
+#include "tools/picture/svg.h"
 
 namespace picture {
 namespace {
@@ -213,6 +214,12 @@ TEST(Draw, WhatStandsBehindThePartIsFaint) {
     ++faint;
   }
   EXPECT_EQ(faint, 1U);  // of the corners of a box one is hidden, seen isometrically
+}
+
+TEST(Draw, NumbersOfAnySizeAreShort) {
+  EXPECT_EQ(svg::readable(-2.5e-300), "-2.5e-300");
+  EXPECT_EQ(svg::readable(12345678), "1.235e+07");
+  EXPECT_EQ(svg::readable(0.00125), "0.00125");
 }
 
 TEST(Draw, TextsOfUsersCannotBreakThePicture) {

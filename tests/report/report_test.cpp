@@ -56,11 +56,13 @@ TEST(Html, TellsFindingsWithTheWorstFirstResultantsSetsAndRecords) {
   checks::Resultant sum;
   sum.of = "Wind & <snow>";
   sum.add_force({0, 0, -250}, {2, 0, 0});
+  sum.left_out = 2;
   options.resultants = {sum};
   const std::string text = page(options);
   EXPECT_THAT(text, HasSubstr("<h1>Bridge &lt;2&gt; &amp; more</h1>"));
   EXPECT_LT(text.find("Nothing is held."), text.find("A set has no records."));
   EXPECT_THAT(text, HasSubstr("Add a support."));
+  EXPECT_THAT(text, HasSubstr("without 2 records, of which no coordinates"));
   EXPECT_THAT(text, HasSubstr("<td class=\"number\">-250</td><td class=\"number\">0</td>"
                               "<td class=\"number\">500</td>"));
   EXPECT_THAT(text, HasSubstr("<td class=\"text\">Wind &amp; &lt;snow&gt;</td>"

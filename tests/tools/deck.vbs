@@ -53,9 +53,30 @@ Set lost = CreateObject("Orv_Node.NodalForce")
 lost.Description = "Lost" : lost.Magnitude = 1 : lost.Vertex.ID = 4711 : lost.Save model
 deck.Write model, "stronger.inp"
 WScript.Echo InStr(Err.Description, "Lost") > 0
+Err.Clear
+Set other = CreateObject("Orv_ModelDb.ModelDatabase")
+other.Open "other.orvdb"
+lost.ID = 0 : lost.Save other
+deck.CopyTo other
+WScript.Echo Err.Description
 On Error GoTo 0
 For Each finding In CreateObject("Orv_Tools.Check").Run(model)
     If finding.Code = "no-coordinates" Then WScript.Echo finding.Text
+Next
+other.Undo
+
+' A force along the radius of a cylinder, and its moments about a point.
+Set small = files.CreateTextFile("round.inp")
+small.WriteLine "*NODE, NSET=N" : small.WriteLine "1, 0, 2, 0"
+small.WriteLine "*TRANSFORM, NSET=N, TYPE=C" : small.WriteLine "0, 0, 0, 0, 0, 1"
+small.WriteLine "*STEP" : small.WriteLine "*STATIC" : small.WriteLine "*CLOAD" : small.WriteLine "1, 1, 5."
+small.WriteLine "*END STEP"
+small.Close
+deck.Read "round.inp"
+deck.CopyTo other
+For Each sum In CreateObject("Orv_Tools.Check").Resultants(other, 1, 0, 4)
+    WScript.Echo sum.Name & ": " & sum.Fx & " " & sum.Fy & " " & sum.Fz & ", " & sum.Mx & " " & _
+                 sum.My & " " & sum.Mz
 Next
 
 Set after = files.OpenTextFile("stronger.inp")

@@ -82,6 +82,12 @@ picture.Draw files, "before.svg"
 Told
 picture.Draw model, ""
 Told
+Set held = files.OpenTextFile("before.svg")
+before = files.GetFolder(".").Files.Count
+picture.Draw model, "before.svg"
+WScript.Echo "Held open: " & (Err.Number <> 0) & ", " & files.GetFolder(".").Files.Count - before & " left"
+Err.Clear
+held.Close
 On Error GoTo 0
 WScript.Echo Glyphs("before.svg")
 

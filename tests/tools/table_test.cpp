@@ -41,6 +41,10 @@ TEST(Table, ColumnsAreAlignedAsATerminalShowsThem) {
             lines(table, std::nullopt));
 }
 
+TEST(ShownText, WhatWouldSteerATerminalIsShownAsItsNumber) {
+  EXPECT_EQ("no file\n\"\\x1B[2J\"", content::without_controls("no file\n\"\x1b[2J\""));
+}
+
 TEST(Table, NoLineIsLongerThanTheTerminalAndNothingIsLost) {
   for (const std::size_t terminal : {40U, 60U, 80U, 200U}) {
     SCOPED_TRACE(terminal);

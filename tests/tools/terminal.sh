@@ -73,9 +73,10 @@ orv list "$model" force --where '1=1) UNION ALL SELECT 1 FROM LoadSets WHERE (1=
 orv draw "$model" --deck "$deck" -o "$deck"
 orv csv-export "$model" force "$model"
 printf 'VertexID;LoadSets;Description\r\n1;"""a;b""; snow";"two\nlines \033[31m 漢ü"\r\n' >names.csv
+printf "2;;O'Neill \"x\"\n" >>names.csv
 orv csv-import "$model" force names.csv
 orv csv-export "$model" force names.csv
-tail -2 names.csv | cat -v
+tail -3 names.csv | cat -v
 orv list "$model" force | sed 's/  *$//' | tail -5
 orv check "$model" | grep -A1 no-direction
 

@@ -9,13 +9,9 @@
 namespace automation {
 
 com::ModuleContents module_contents() {
-  // The script's number is that of the resource; the build lists the same numbers.
-  static com::ClassEntry table[] = {
-      {__uuidof(::Deck), 101, &com::Instance<Deck>::create},
-      {__uuidof(::Check), 102, &com::Instance<Check>::create},
-      {__uuidof(::Picture), 103, &com::Instance<Picture>::create},
-      {__uuidof(::Report), 104, &com::Instance<Report>::create},
-  };
+#define CLASS(name, script) {__uuidof(::name), script, &com::Instance<name>::create},
+  static com::ClassEntry table[] = {FOR_EACH_CLASS(CLASS)};
+#undef CLASS
   return {.classes = table, .library = kLibrary};
 }
 
