@@ -317,7 +317,8 @@ void OdbcStatement::execute() {
   // Who reads one table alone needs only the rows of that.
   const bool reads_beside =
       by_key_ && !by_key_->table.empty() && !session_.queue().has_rows_of(by_key_->table);
-  if (!reads_beside) session_.queue().flush(!only_reads_);
+  // For one that is direct, whoever wanted it has done that.
+  if (!reads_beside && !is_direct_) session_.queue().flush(!only_reads_);
   if (looks_up_a_set()) return look_up_a_set();
   session_.prepare_to_run();
   for (std::size_t i = 0; i < parameters_.size(); ++i) {
