@@ -143,13 +143,27 @@ std::string RecordImport::numbers_in(const std::vector<TextRow>& rows, std::size
   return list;
 }
 
-void RecordImport::look_up_keys(const std::vector<TextRow>& rows) {
-  keys_.clear();
+void RecordImport::look_up_records(const std::vector<TextRow>& rows) {
+  held_.clear();
   const std::string list = numbers_in(rows, key_);
   if (list.empty()) return;
-  model::Rows found = database_.query("SELECT " + kind_.key() + " FROM " + kind_.table + " WHERE " +
-                                      kind_.key() + " IN (" + list + ")");
-  while (found.next()) keys_.insert(found.integer(0));
+  const std::string among = " WHERE " + kind_.key() + " IN (" + list + ")";
+  std::string columns = kind_.key() + ", VertexID, Description";
+  for (const std::string& column : kind_.columns) columns += ", " + column;
+  model::Rows found = database_.query("SELECT " + columns + " FROM " + kind_.table + among);
+  while (found.next()) {
+    Held& held = held_[found.integer(0)];
+    held.vertex = found.integer(1);
+    held.description = found.text(2);
+    for (std::size_t i = 0; i < kind_.columns.size(); ++i) {
+      held.values.push_back(found.real_or_nan(i + 3));
+    }
+  }
+  if (sets_ == kAbsent) return;
+  model::Rows links =
+      database_.query("SELECT " + kind_.key() + ", " + model::key_of_sets(kind_.sets) + " FROM " +
+                      kind_.link_table() + among + " ORDER BY " + model::key_of_sets(kind_.sets));
+  while (links.next()) held_[links.integer(0)].sets.push_back(links.integer(1));
 }
 
 void RecordImport::look_up_vertices(const std::vector<TextRow>& rows) {
@@ -169,7 +183,7 @@ long RecordImport::read_key(const Cells& cells) {
   const std::string& text = cell(cells, key_);
   if (text.empty()) return 0;
   const long key = read_whole(kind_.key(), text);
-  if (!keys_.contains(key)) {
+  if (!held_.contains(key)) {
     throw RowFault{kind_.key(), "there is no " + kind_.object + " " + text +
                                     " in the model. Leave the cell empty for a new record."};
   }
@@ -223,6 +237,7 @@ void RecordImport::place_vertex(const Cells& cells, long vertex) {
   }
   vertices_[vertex] = place;
   if (!is_known) {
+    ++made_vertices_;
     new_vertices_.add(vertex);
     for (const double coordinate : place) new_vertices_.add(coordinate);
   } else if (!changes.empty()) {
@@ -246,6 +261,7 @@ std::vector<long> RecordImport::read_sets(const Cells& cells) {
           database_.query("SELECT MAX(" + model::key_of_sets(kind_.sets) + ") FROM " + kind_.sets);
       newest.next();
       ids.push_back(newest.integer(0));
+      made_sets_.push_back(name);
     }
     if (std::ranges::find(sets, ids.front()) == sets.end()) sets.push_back(ids.front());
   }
@@ -264,34 +280,46 @@ std::vector<double> RecordImport::read_values(const Cells& cells) const {
   return values;
 }
 
-void RecordImport::change(const Cells& cells, long key, long vertex,
-                          const std::vector<long>& sets) {
+/// What an UPDATE sets, where the cells say something else than the model has; empty if nowhere.
+std::string RecordImport::changes_of(const Cells& cells, const Held& held, long vertex) const {
   const std::vector<double> values = read_values(cells);
-  new_vertices_.finish();
-  const std::string where = " WHERE " + kind_.key() + " = " + std::to_string(key);
-  std::string sql = "UPDATE " + kind_.table +
-                    " SET VertexID = " + (vertex == 0 ? "VertexID" : std::to_string(vertex));
-  if (description_ != kAbsent) sql += ", Description = " + sql_literal(cell(cells, description_));
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    if (values_[i] == kAbsent) continue;
-    const std::string& column = kind_.columns[i];
-    const std::string value = kind_.is_whole[i] ? std::to_string(static_cast<long>(values[i]))
-                                                : model::literal(values[i]);
-    sql += ", " + column + " = ";
-    sql += cell(cells, values_[i]).empty()
-               ? "CASE WHEN " + column + " IS NOT NULL THEN " + value + " END"
-               : value;
+  std::string changes;
+  const auto set = [&](const std::string& column, const std::string& value) {
+    changes += (changes.empty() ? "" : ", ") + column + " = " + value;
+  };
+  if (vertex != 0 && vertex != held.vertex) set("VertexID", std::to_string(vertex));
+  if (description_ != kAbsent && cell(cells, description_) != held.description) {
+    set("Description", sql_literal(cell(cells, description_)));
   }
-  database_.execute(sql + where);
-  if (sets_ != kAbsent) {
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    if (values_[i] == kAbsent || values[i] == held.values[i]) continue;
+    const bool stays_empty = std::isnan(held.values[i]) && cell(cells, values_[i]).empty();
+    if (stays_empty) continue;
+    set(kind_.columns[i], kind_.is_whole[i] ? std::to_string(static_cast<long>(values[i]))
+                                            : model::literal(values[i]));
+  }
+  return changes;
+}
+
+void RecordImport::change(const Cells& cells, long key, long vertex, std::vector<long> sets) {
+  const Held& held = held_.at(key);
+  const std::string changes = changes_of(cells, held, vertex);
+  if (!changes.empty()) {
+    new_vertices_.finish();  // it may stand on one of them
+    database_.execute("UPDATE " + kind_.table + " SET " + changes + " WHERE " + kind_.key() +
+                      " = " + std::to_string(key));
+  }
+  std::ranges::sort(sets);
+  const bool is_in_others = sets_ != kAbsent && sets != held.sets;
+  if (is_in_others) {
     unlinked_.push_back(key);
     for (const long set : sets) links_.emplace_back(set, key);
   }
-  ++changed_;
+  ++(changes.empty() && !is_in_others ? unchanged_ : changed_);
 }
 
 void RecordImport::add(const std::vector<TextRow>& rows, std::vector<RowFault>& faults) {
-  look_up_keys(rows);
+  look_up_records(rows);
   look_up_vertices(rows);
   for (const TextRow& row : rows) {
     try {
@@ -320,7 +348,7 @@ void RecordImport::add(const TextRow& row) {
   const long vertex = stays ? 0 : read_vertex(cells);
   std::vector<long> sets = read_sets(cells);
   if (key != 0) {
-    change(cells, key, vertex, sets);
+    change(cells, key, vertex, std::move(sets));
     return;
   }
   new_records_.push_back({.row = row.number,

@@ -5,7 +5,6 @@
 #include <span>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -68,7 +67,12 @@ class RecordImport {
   void add(const std::vector<TextRow>& rows, std::vector<RowFault>& faults);
 
   [[nodiscard]] long added() const { return added_; }
+  /// Records that are not what they were, or not in the sets in which they were.
   [[nodiscard]] long changed() const { return changed_; }
+  /// Records whose rows say what the model has already.
+  [[nodiscard]] long unchanged() const { return unchanged_; }
+  [[nodiscard]] long made_vertices() const { return made_vertices_; }
+  [[nodiscard]] const std::vector<std::string>& made_sets() const { return made_sets_; }
 
  private:
   using Cells = std::vector<std::string>;
@@ -82,12 +86,20 @@ class RecordImport {
     std::vector<long> sets;
   };
 
+  /// A record as the model has it.
+  struct Held {
+    long vertex;
+    std::string description;
+    std::vector<double> values;  // not a number where it has none
+    std::vector<long> sets;
+  };
+
   static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
 
   [[nodiscard]] std::size_t place_of(const std::string& column) const;
   [[nodiscard]] const std::string& cell(const Cells& cells, std::size_t place) const;
   void load_sets();
-  void look_up_keys(const std::vector<TextRow>& rows);
+  void look_up_records(const std::vector<TextRow>& rows);
   void look_up_vertices(const std::vector<TextRow>& rows);
   [[nodiscard]] std::string numbers_in(const std::vector<TextRow>& rows, std::size_t place) const;
   void add(const TextRow& row);
@@ -95,7 +107,8 @@ class RecordImport {
   long read_vertex(const Cells& cells);
   std::vector<long> read_sets(const Cells& cells);
   void place_vertex(const Cells& cells, long vertex);
-  void change(const Cells& cells, long key, long vertex, const std::vector<long>& sets);
+  void change(const Cells& cells, long key, long vertex, std::vector<long> sets);
+  [[nodiscard]] std::string changes_of(const Cells& cells, const Held& held, long vertex) const;
   [[nodiscard]] std::vector<double> read_values(const Cells& cells) const;
   void write_piece(std::vector<RowFault>& faults);
   void append(std::span<const NewRecord> records);
@@ -113,7 +126,7 @@ class RecordImport {
   std::vector<double> new_record_;
 
   // Of the model, as far as the piece at hand needs them.
-  std::unordered_set<long> keys_;
+  std::unordered_map<long, Held> held_;
   std::unordered_map<long, Place> vertices_;
 
   SeenNumbers changed_keys_;
@@ -125,6 +138,9 @@ class RecordImport {
   std::vector<NewRecord> new_records_;
   long added_ = 0;
   long changed_ = 0;
+  long unchanged_ = 0;
+  long made_vertices_ = 0;
+  std::vector<std::string> made_sets_;
 };
 
 }  // namespace orv

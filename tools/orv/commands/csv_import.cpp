@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tools/content/shown_text.h"
 #include "tools/orv/command.h"
 #include "tools/orv/csv_reader.h"
 #include "tools/orv/model_file.h"
@@ -52,6 +53,21 @@ void take_rows(CsvReader& reader, RecordImport& records) {
   if (!faults.empty()) fail_on(faults, reader.path());
 }
 
+/// A slip of the pen makes a set or a node, too; so these are told.
+void tell(const RecordImport& records, const model::Kind& kind) {
+  std::cout << records.added() << ' ' << kind.table << " added, " << records.changed()
+            << " changed";
+  if (records.unchanged() > 0) std::cout << ", " << records.unchanged() << " as they were";
+  std::cout << '\n';
+  if (records.made_vertices() > 0) {
+    std::cout << "New in the model: " << records.made_vertices() << " Vertices\n";
+  }
+  for (const std::string& name : records.made_sets()) {
+    std::cout << "New in the model, one of the " << kind.sets << ": " << content::shown_name(name)
+              << '\n';
+  }
+}
+
 void run(const Options& options) {
   const ModelFile file = ModelFile::open(options.model);
   model::Database database = file.database();
@@ -69,8 +85,7 @@ void run(const Options& options) {
   RecordImport records(database, kind, header, std::move(new_record));
   take_rows(reader, records);
   transaction.commit();
-  std::cout << records.added() << ' ' << kind.table << " added, " << records.changed()
-            << " changed\n";
+  tell(records, kind);
 }
 
 const Command command(50, [](CLI::App& program) {
