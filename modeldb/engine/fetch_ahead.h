@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
-#include <vector>
+
+#include "modeldb/engine/statement.h"
 
 namespace modeldb {
 
@@ -16,8 +16,9 @@ class FetchAhead {
   virtual ~FetchAhead() = default;
 
   /// From here to the end, queries that ask for the rows with a key in this column will ask for
-  /// these keys, mostly in this order.
-  virtual void expect(std::wstring_view column, std::vector<std::int64_t> keys) = 0;
+  /// the keys that `query`, which is about to be read, has in the column of that name, mostly in
+  /// its order. Runs it; it stays before its first row, even if it is reset once.
+  virtual void expect(std::wstring_view column, Statement& query) = 0;
   virtual void end() noexcept = 0;
 };
 

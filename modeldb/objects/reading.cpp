@@ -5,7 +5,7 @@
 #include "com/sentence.h"
 #include "com/variant.h"
 #include "modeldb/ado/argument.h"
-#include "modeldb/ado/factories.h"
+#include "modeldb/ado/recordset.h"
 #include "modeldb/base/ascii.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/objects/column_reader.h"
@@ -88,46 +88,38 @@ Part order_part(const Kind& kind, const std::wstring& order) {
                       L"SELECT 1 FROM " + kind.table + L" ORDER BY " + order + L", " + kind.key}};
 }
 
-std::wstring selected_rows(const std::wstring& columns, const Kind& kind,
-                           const Selection& selection) {
-  std::wstring query = L"SELECT " + columns + L" FROM " + kind.table;
+std::wstring selected_rows(const Kind& kind, const Selection& selection) {
+  std::wstring query = L"SELECT * FROM " + kind.table;
   if (!selection.condition.empty()) query += L" WHERE (" + selection.condition + L")";
   query += L" ORDER BY ";
   if (!selection.order.empty()) query += selection.order + L", ";
   return query + kind.key;
 }
 
-com::Ptr<_Recordset> open_rows(const Model& model, const Kind& kind, const Selection& selection) {
+StatementLease query_rows(const Model& model, const Kind& kind, const Selection& selection,
+                          const std::wstring& text) {
   if (!selection.condition.empty()) {
     require_sound(model, kind, condition_part(kind, selection.condition));
   }
   if (!selection.order.empty()) require_sound(model, kind, order_part(kind, selection.order));
-  return make_recordset(model.database(), selected_rows(L"*", kind, selection));
+  return model.database()->execute_text(text, Trust::kRead).query;
 }
 
-/// Tells an engine far away which vertices and sets the records will ask for.
+/// Tells an engine far away which vertices and sets records will ask for.
 class Hints {
  public:
-  Hints(const Model& model, const Kind& kind, const Selection& selection)
-      : ahead_(model.database()->engine().fetch_ahead()) {
-    if (!ahead_) return;
-    const bool has_vertex = stands_on_vertex(kind);
-    const std::wstring columns = kind.key + (has_vertex ? L", " + vertex_kind().key : L"");
-    const auto rows =
-        model.database()->execute_text(selected_rows(columns, kind, selection), Trust::kRead);
-    std::vector<std::int64_t> records;
-    std::vector<std::int64_t> vertices;
-    while (rows.query->step()) {
-      records.push_back(rows.query->integer(0));
-      if (has_vertex) vertices.push_back(rows.query->integer(1));
-    }
-    ahead_->expect(kind.key, std::move(records));
-    if (has_vertex) ahead_->expect(vertex_kind().key, std::move(vertices));
-  }
+  explicit Hints(const Model& model) : ahead_(model.database()->engine().fetch_ahead()) {}
   Hints(const Hints&) = delete;
   Hints& operator=(const Hints&) = delete;
   ~Hints() {
     if (ahead_) ahead_->end();
+  }
+
+  /// The records are those of the query's rows.
+  void give(const Kind& kind, Statement& query) {
+    if (!ahead_) return;
+    ahead_->expect(kind.key, query);
+    if (stands_on_vertex(kind)) ahead_->expect(vertex_kind().key, query);
   }
 
  private:
@@ -208,8 +200,11 @@ void read_record(IPersistentObject& record, const Kind& kind, IModelDatabase* da
 
 void read_records(const Model& model, IModelDatabase* database, const Kind& kind,
                   const Selection& selection, IPersistentCollection& collection) {
-  const auto rows = open_rows(model, kind, selection);
-  const Hints hints(model, kind, selection);
+  const std::wstring text = selected_rows(kind, selection);
+  StatementLease query = query_rows(model, kind, selection, text);
+  Hints hints(model);
+  hints.give(kind, *query);
+  const auto rows = make_recordset(*model.database(), std::move(query), text);
   const auto records = class_object(kind.object_class);
   VARIANT_BOOL at_end = VARIANT_FALSE;
   for (;;) {

@@ -38,6 +38,7 @@ struct DriverManager {
   X(SQLDescribeColW)          \
   X(SQLColAttributeW)         \
   X(SQLRowCount)              \
+  X(SQLBindCol)               \
   X(SQLFetch)                 \
   X(SQLGetData)
 #define ORV_ODBC_MEMBER(name) decltype(&::name) name = nullptr;

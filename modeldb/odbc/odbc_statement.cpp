@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstring>
+#include <utility>
 
 #include "modeldb/base/failure.h"
 #include "modeldb/engine/client_text.h"
@@ -99,10 +99,10 @@ OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trus
       gives_key_(trust == Trust::kHost && !first_column(sql).empty()),
       only_reads_(is_query(text_)),
       is_direct_(is_direct),
-      by_key_(QueryByKey::of(text_)),
       insertion_(RowInsertion::of(trust == Trust::kHost ? sql_ : text_)),
       deletion_(RowDeletion::of(text_)),
       handle_(session.allocate(this)) {
+  if (auto query = QueryByKey::of(text_)) by_key_.emplace(session_.rows_ahead(), std::move(*query));
   try {
     if (!is_direct_) prepare();
     // The driver puts off what the server has to say until somebody asks.
@@ -114,6 +114,11 @@ OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trus
 }
 
 OdbcStatement::~OdbcStatement() { session_.release(this); }
+
+void OdbcStatement::abandon() noexcept {
+  result_place_.reset();
+  handle_ = {};
+}
 
 void OdbcStatement::check(SQLRETURN result) const {
   if (SQL_SUCCEEDED(result)) return;
@@ -155,6 +160,7 @@ std::size_t OdbcStatement::memory() const { return 2048 + text_.size() * sizeof(
 
 OdbcStatement::Parameter& OdbcStatement::parameter(int number, Type type) {
   session_.require_open();
+  has_run_ahead_ = false;
   while (parameters_.size() < static_cast<std::size_t>(number)) parameters_.emplace_back();
   Parameter& found = parameters_[number - 1];
   if (found.type != type || type == Type::kText) found.is_told = false;
@@ -220,8 +226,7 @@ void OdbcStatement::tell(int number, Parameter& bound) {
 
 void OdbcStatement::limit_time(Seconds limit) {
   session_.require_open();
-  odbc().SQLSetStmtAttrW(handle_.get(), SQL_ATTR_QUERY_TIMEOUT,
-                         as_pointer(static_cast<SQLULEN>(limit)), 0);
+  limit_ = limit;
 }
 
 // --- Running ---
@@ -237,11 +242,16 @@ bool OdbcStatement::finds_rows_ahead() {
   if (!by_key_ || parameters_.size() != 1 || parameters_.front().type != Type::kInteger) {
     return false;
   }
-  const auto* const rows = session_.rows_ahead().find(*by_key_, parameters_.front().integer);
-  if (!rows) return false;
-  ahead_ = *rows;
-  next_ahead_ = 0;
+  auto found = by_key_->find(parameters_.front().integer);
+  if (!found.rows) return false;
+  take(std::move(found));
   return true;
+}
+
+void OdbcStatement::take(RowsOfQuery::Found found) {
+  ahead_ = std::move(found);
+  next_ = ahead_.range.begin;
+  has_rows_ = true;
 }
 
 std::span<const RowValue> OdbcStatement::row_values() {
@@ -283,40 +293,48 @@ bool OdbcStatement::is_queued() {
   return queued_rows_.has_value();
 }
 
-std::vector<ResultRow> OdbcStatement::rows_of(Session& session, std::wstring_view sql) {
+ResultRows OdbcStatement::rows_of(Session& session, std::wstring_view sql) {
   OdbcStatement query(session, sql, Trust::kHost, true);
-  std::vector<ResultRow> rows;
-  while (query.step()) rows.push_back(query.row());
-  return rows;
+  query.execute();
+  return std::move(query.own_);
+}
+
+std::vector<std::int64_t> OdbcStatement::integers_ahead(int column) {
+  if (!has_run_) execute();
+  has_run_ahead_ = true;
+  std::vector<std::int64_t> values(rows().count());
+  for (std::size_t row = 0; row < values.size(); ++row) {
+    values[row] = rows().integer(row, place(column));
+  }
+  return values;
 }
 
 /// Records look their sets up time and again while they are saved.
 bool OdbcStatement::looks_up_a_set() const {
   return by_key_ && session_.is_in_transaction() && !session_.is_read_only() &&
          parameters_.size() == 1 && parameters_.front().type == Type::kInteger &&
-         session_.queue().is_of_sets(by_key_->table);
+         session_.queue().is_of_sets(by_key_->query().table);
 }
 
 /// Nobody may take it away before it is linked.
 void OdbcStatement::look_up_a_set() {
   const std::int64_t key = parameters_.front().integer;
-  ahead_ = rows_of(session_,
-                   text_.substr(0, text_.rfind(L'?')) + std::to_wstring(key) + L" FOR KEY SHARE");
-  next_ahead_ = 0;
-  has_rows_ = true;
-  if (!ahead_->empty()) session_.queue().note_locked(by_key_->table, key);
-  session_.rows_ahead().remember(*by_key_, key, *ahead_);
+  const auto rows = std::make_shared<KeyedRows>(
+      key, rows_of(session_,
+                   text_.substr(0, text_.rfind(L'?')) + std::to_wstring(key) + L" FOR KEY SHARE"));
+  if (rows->rows().count() > 0) session_.queue().note_locked(by_key_->query().table, key);
+  by_key_->remember(key, rows);
+  take({rows, {0, rows->rows().count()}});
 }
 
 void OdbcStatement::execute() {
   session_.require_alive();
   has_run_ = true;
-  has_rows_ = finds_rows_ahead();
-  if (has_rows_ || is_queued()) return;
+  if (finds_rows_ahead() || is_queued()) return;
   if (!only_reads_) session_.rows_ahead().forget();
   // Who reads one table alone needs only the rows of that.
-  const bool reads_beside =
-      by_key_ && !by_key_->table.empty() && !session_.queue().has_rows_of(by_key_->table);
+  const bool reads_beside = by_key_ && !by_key_->query().table.empty() &&
+                            !session_.queue().has_rows_of(by_key_->query().table);
   // For one that is direct, whoever wanted it has done that.
   if (!reads_beside && !is_direct_) session_.queue().flush(!only_reads_);
   if (looks_up_a_set()) return look_up_a_set();
@@ -324,6 +342,12 @@ void OdbcStatement::execute() {
   for (std::size_t i = 0; i < parameters_.size(); ++i) {
     tell(static_cast<int>(i) + 1, parameters_[i]);
   }
+  if (limit_ != limit_told_) {
+    odbc().SQLSetStmtAttrW(handle_.get(), SQL_ATTR_QUERY_TIMEOUT,
+                           as_pointer(static_cast<SQLULEN>(limit_)), 0);
+    limit_told_ = limit_;
+  }
+  is_executed_ = true;
   SQLRETURN result = is_direct_ ? odbc().SQLExecDirectW(handle_.get(), characters(text_.c_str()),
                                                         static_cast<SQLINTEGER>(text_.size()))
                                 : odbc().SQLExecute(handle_.get());
@@ -337,10 +361,10 @@ void OdbcStatement::execute() {
   if (result == SQL_NO_DATA) return;
   check(result);
   describe();
-  has_rows_ = !types_.empty();
+  if (!types_.empty()) read_rows();
   if (insertion_plan_) session_.queue().note_inserted(*insertion_plan_, row_values());
   if (!gives_key_) return;
-  if (fetch()) session_.set_last_insert_id(integer(0));
+  if (has_rows_) session_.set_last_insert_id(own_.integer(0, 0));
   session_.add_changes(1);
   has_rows_ = false;
 }
@@ -349,36 +373,42 @@ void OdbcStatement::describe() {
   if (is_described_) return;
   SQLSMALLINT count = 0;
   check(odbc().SQLNumResultCols(handle_.get(), &count));
+  result_place_.reset();
   types_.clear();
+  labels_.clear();
   for (SQLUSMALLINT column = 1; column <= count; ++column) {
     SQLSMALLINT type = 0;
-    // The driver wants a place for the name, too.
     std::array<SQLWCHAR, 256> name{};
     check(odbc().SQLDescribeColW(handle_.get(), column, name.data(), name.size(), nullptr, &type,
                                  nullptr, nullptr, nullptr));
     types_.push_back(type_of(type));
+    labels_.emplace_back(name.data());
   }
-  cells_.resize(types_.size());
   is_described_ = true;
 }
 
-bool OdbcStatement::fetch() {
-  const SQLRETURN result = odbc().SQLFetch(handle_.get());
-  for (Cell& cell : cells_) cell.is_read = false;
-  if (result == SQL_NO_DATA) return false;
-  check(result);
-  return true;
+/// All of them, so that the driver can let go of its own, which take more memory.
+void OdbcStatement::read_rows() {
+  if (!result_place_) result_place_ = std::make_unique<ResultPlace>(handle_.get(), types_);
+  own_.start(types_.size());
+  for (;;) {
+    const SQLRETURN result = result_place_->fetch(own_);
+    if (result == SQL_NO_DATA) break;
+    check(result);
+  }
+  odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
+  is_executed_ = false;
+  next_ = 0;
+  has_rows_ = own_.count() > 0;
 }
 
 bool OdbcStatement::step() {
   if (!has_run_) execute();
-  if (!has_rows_) return false;
-  if (ahead_) {
-    has_rows_ = next_ahead_ < ahead_->size();
-    if (has_rows_) cells_ = (*ahead_)[next_ahead_++];
-    return has_rows_;
-  }
-  has_rows_ = fetch();
+  has_run_ahead_ = false;
+  const std::size_t end = ahead_.rows ? ahead_.range.end : own_.count();
+  has_rows_ = has_rows_ && next_ < end;
+  if (has_rows_) row_ = ahead_.rows ? ahead_.rows->row(next_) : next_;
+  ++next_;
   return has_rows_;
 }
 
@@ -386,11 +416,7 @@ std::int64_t OdbcStatement::run() {
   if (!has_run_) execute();
   if (queued_rows_) return *queued_rows_;
   if (gives_key_) return 1;
-  if (!types_.empty() || ahead_) {
-    while (step()) {
-    }
-    return 0;
-  }
+  if (!types_.empty() || ahead_.rows) return 0;
   SQLLEN rows = 0;
   odbc().SQLRowCount(handle_.get(), &rows);
   rows = std::max<SQLLEN>(rows, 0);
@@ -398,114 +424,47 @@ std::int64_t OdbcStatement::run() {
   return rows;
 }
 
-void OdbcStatement::reset() {
-  session_.require_open();
-  odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
-  has_run_ = has_rows_ = false;
-  ahead_.reset();
+void OdbcStatement::forget_rows() noexcept {
+  if (is_executed_) odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
+  is_executed_ = has_run_ = has_rows_ = has_run_ahead_ = false;
+  ahead_ = {};
   queued_rows_.reset();
 }
 
+void OdbcStatement::reset() {
+  session_.require_open();
+  if (!std::exchange(has_run_ahead_, false)) forget_rows();
+}
+
 void OdbcStatement::clear() noexcept {
-  has_run_ = has_rows_ = false;
-  ahead_.reset();
-  queued_rows_.reset();
-  if (!handle_ || !session_.is_open()) return;
-  odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
-  odbc().SQLSetStmtAttrW(handle_.get(), SQL_ATTR_QUERY_TIMEOUT, as_pointer(0), 0);
+  constexpr std::size_t kMostKept = 4096;
+  if (own_.memory() > kMostKept) own_ = {};
+  if (!handle_ || !session_.is_open()) is_executed_ = false;
+  forget_rows();
+  limit_ = 0;
   for (Parameter& bound : parameters_) bound.length = SQL_NULL_DATA;
 }
 
 // --- Rows ---
 
-const OdbcStatement::Cell& OdbcStatement::cell(int column) const {
+std::size_t OdbcStatement::place(int column) const {
   session_.require_open();
-  Cell& found = cells_.at(column);
-  if (!found.is_read) read(column, found);
-  return found;
+  return static_cast<std::size_t>(column) + (ahead_.rows ? ahead_.rows->first_column() : 0);
 }
 
-void OdbcStatement::read(int column, Cell& cell) const {
-  const auto number = static_cast<SQLUSMALLINT>(column + 1);
-  SQLLEN length = 0;
-  cell.type = types_[column];
-  switch (cell.type) {
-    case Type::kInteger:
-      check(odbc().SQLGetData(handle_.get(), number, SQL_C_SBIGINT, &cell.integer,
-                              sizeof cell.integer, &length));
-      cell.real = static_cast<double>(cell.integer);
-      break;
-    case Type::kReal:
-      check(odbc().SQLGetData(handle_.get(), number, SQL_C_DOUBLE, &cell.real, sizeof cell.real,
-                              &length));
-      break;
-    case Type::kBlob:
-      read_long(column, SQL_C_BINARY, cell);
-      break;
-    default:
-      read_long(column, SQL_C_WCHAR, cell);
-      break;
-  }
-  if (length == SQL_NULL_DATA) cell.type = Type::kNull;
-  cell.is_read = true;
-}
-
-void OdbcStatement::read_long(int column, SQLSMALLINT type, Cell& cell) const {
-  const auto number = static_cast<SQLUSMALLINT>(column + 1);
-  const std::size_t terminator = type == SQL_C_WCHAR ? sizeof(wchar_t) : 0;
-  std::array<std::byte, 2048> first;
-  std::span<std::byte> part(first);
-  cell.blob.clear();
-  std::vector<std::byte> more;
-  for (;;) {
-    SQLLEN length = 0;
-    const SQLRETURN result = odbc().SQLGetData(handle_.get(), number, type, part.data(),
-                                               static_cast<SQLLEN>(part.size()), &length);
-    if (result == SQL_NO_DATA) break;
-    check(result);
-    if (length == SQL_NULL_DATA) {
-      cell.type = Type::kNull;
-      break;
-    }
-    const std::size_t room = part.size() - terminator;
-    const bool is_cut = result == SQL_SUCCESS_WITH_INFO &&
-                        (length == SQL_NO_TOTAL || static_cast<std::size_t>(length) > room);
-    const std::size_t size = is_cut ? room : static_cast<std::size_t>(length);
-    cell.blob.insert(cell.blob.end(), part.begin(), part.begin() + static_cast<long long>(size));
-    if (!is_cut) break;
-    more.resize(length == SQL_NO_TOTAL ? part.size() * 4
-                                       : static_cast<std::size_t>(length) - room + terminator);
-    part = more;
-  }
-  if (type != SQL_C_WCHAR) return;
-  cell.text.resize(cell.blob.size() / sizeof(wchar_t));
-  std::memcpy(cell.text.data(), cell.blob.data(), cell.text.size() * sizeof(wchar_t));
-}
-
-ResultRow OdbcStatement::row() const {
-  for (std::size_t i = 0; i < cells_.size(); ++i) (void)cell(static_cast<int>(i));
-  return cells_;
-}
-
-Statement::Type OdbcStatement::type(int column) const { return cell(column).type; }
+Statement::Type OdbcStatement::type(int column) const { return rows().type(row_, place(column)); }
 
 std::int64_t OdbcStatement::integer(int column) const {
-  const Cell& found = cell(column);
-  if (found.type == Type::kNull) return 0;
-  return found.type == Type::kReal ? static_cast<std::int64_t>(found.real) : found.integer;
+  return rows().integer(row_, place(column));
 }
 
-double OdbcStatement::real(int column) const {
-  const Cell& found = cell(column);
-  return found.type == Type::kNull ? 0 : found.real;
-}
+double OdbcStatement::real(int column) const { return rows().real(row_, place(column)); }
 
-std::wstring_view OdbcStatement::text(int column) const {
-  const Cell& found = cell(column);
-  return found.type == Type::kText ? std::wstring_view(found.text) : std::wstring_view();
-}
+std::wstring_view OdbcStatement::text(int column) const { return rows().text(row_, place(column)); }
 
-std::span<const std::byte> OdbcStatement::blob(int column) const { return cell(column).blob; }
+std::span<const std::byte> OdbcStatement::blob(int column) const {
+  return rows().blob(row_, place(column));
+}
 
 std::vector<ResultColumn> OdbcStatement::describe_columns() const {
   const auto attribute = [&](std::size_t column, SQLUSMALLINT field) {
@@ -520,7 +479,7 @@ std::vector<ResultColumn> OdbcStatement::describe_columns() const {
   std::vector<ResultColumn> columns;
   columns.reserve(types_.size());
   for (std::size_t i = 0; i < types_.size(); ++i) {
-    const std::wstring label = attribute(i, SQL_DESC_LABEL);
+    const std::wstring& label = labels_[i];
     ResultColumn& column =
         columns.emplace_back(ResultColumn{.name = names.of(static_cast<int>(i), label),
                                           .table = {},

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 
 #include "modeldb/engine/statement.h"
 #include "modeldb/odbc/driver_manager.h"
+#include "modeldb/odbc/result_rows.h"
 #include "modeldb/odbc/rows_ahead.h"
 #include "modeldb/odbc/write_queue.h"
 
@@ -23,7 +25,7 @@ class OdbcStatement final : public Statement {
   OdbcStatement(Session& session, std::wstring_view sql, Trust trust)
       : OdbcStatement(session, sql, trust, false) {}
   /// All rows of a query of the engine's own without parameters, in one way.
-  static std::vector<ResultRow> rows_of(Session& session, std::wstring_view sql);
+  static ResultRows rows_of(Session& session, std::wstring_view sql);
   ~OdbcStatement() override;
 
   using Statement::bind;
@@ -52,11 +54,12 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] std::wstring_view text(int column) const override;
   [[nodiscard]] std::span<const std::byte> blob(int column) const override;
 
-  /// All of the row at which it stands.
-  [[nodiscard]] ResultRow row() const;
+  /// Runs a query; the whole numbers in a column of its rows. It stays before the first of them,
+  /// reset or not.
+  std::vector<std::int64_t> integers_ahead(int column);
 
   /// The connection ends, and the handle with it.
-  void abandon() noexcept { handle_ = {}; }
+  void abandon() noexcept;
 
  protected:
   [[nodiscard]] std::vector<ResultColumn> describe_columns() const override;
@@ -76,8 +79,6 @@ class OdbcStatement final : public Statement {
     SQLLEN length = SQL_NULL_DATA;
     bool is_told = false;  // ODBC knows of what type it is, and where
   };
-  using Cell = ResultCell;
-
   void check(SQLRETURN result) const;
   /// The text with its values, as its author knows it.
   [[nodiscard]] std::wstring expanded_sql() const;
@@ -93,10 +94,12 @@ class OdbcStatement final : public Statement {
   void look_up_a_set();
   /// The types of the result's columns, once there is a result.
   void describe();
-  bool fetch();
-  const Cell& cell(int column) const;
-  void read(int column, Cell& cell) const;
-  void read_long(int column, SQLSMALLINT type, Cell& cell) const;
+  void read_rows();
+  void take(RowsOfQuery::Found found);
+  [[nodiscard]] const ResultRows& rows() const { return ahead_.rows ? ahead_.rows->rows() : own_; }
+  /// Of a column as the caller counts.
+  [[nodiscard]] std::size_t place(int column) const;
+  void forget_rows() noexcept;
 
   Session& session_;
   const std::wstring sql_;   // as it was given
@@ -104,18 +107,25 @@ class OdbcStatement final : public Statement {
   const bool gives_key_;
   const bool only_reads_;
   const bool is_direct_;
-  const std::optional<QueryByKey> by_key_;
+  std::optional<RowsOfQuery> by_key_;
   const std::optional<RowInsertion> insertion_;
   const std::optional<RowDeletion> deletion_;
   StatementHandle handle_;
   std::deque<Parameter> parameters_;
   std::vector<Type> types_;
-  mutable std::vector<Cell> cells_;
+  std::vector<std::wstring> labels_;
+  std::unique_ptr<ResultPlace> result_place_;
   bool is_described_ = false;
   bool has_run_ = false;
   bool has_rows_ = false;
-  std::optional<std::vector<ResultRow>> ahead_;  // its rows, when they were fetched ahead
-  std::size_t next_ahead_ = 0;
+  bool has_run_ahead_ = false;  // for integers_ahead
+  bool is_executed_ = false;    // ODBC has to be told when that is over
+  Seconds limit_ = 0;
+  Seconds limit_told_ = 0;
+  ResultRows own_;
+  RowsOfQuery::Found ahead_{};  // its rows, when they were fetched ahead
+  std::size_t row_ = 0;         // at which it stands
+  std::size_t next_ = 0;        // of its rows, or of those ahead
   RowPlan* insertion_plan_ = nullptr;
   const KeysInUse* deletion_plan_ = nullptr;
   bool is_planned_ = false;  // tables are known once a model is open

@@ -1,6 +1,8 @@
 #include "modeldb/odbc/rows_ahead.h"
 
 #include <algorithm>
+#include <numeric>
+#include <span>
 #include <utility>
 
 #include "modeldb/engine/tokeniser.h"
@@ -10,8 +12,8 @@
 namespace modeldb {
 namespace {
 
-/// Rows that are fetched at once: enough to make the way count for little.
-constexpr std::size_t kKeysAtOnce = 5000;
+/// Keys whose rows are fetched at once: enough to make the way count for little.
+constexpr std::size_t kKeysAtOnce = 10'000;
 
 bool is_word(const Token& token, std::wstring_view word) {
   return token.kind == TokenKind::kName && folded_name(token.text) == word;
@@ -19,6 +21,23 @@ bool is_word(const Token& token, std::wstring_view word) {
 
 bool is_name(const Token& token) {
   return token.kind == TokenKind::kName && token.keyword == Keyword::kNone;
+}
+
+/// "path BETWEEN 7 AND 9", where nearly all between them are asked for, or a list: with a list
+/// alone the server would go through all of the table. The keys are sorted.
+std::wstring condition_on(const std::wstring& path, std::span<const std::int64_t> keys) {
+  constexpr double kNearlyAll = 1.25;
+  constexpr double kFew = 8;
+  const auto width = static_cast<double>(keys.back() - keys.front());
+  const double spread = width / static_cast<double>(keys.size());
+  const std::wstring range =
+      path + L" BETWEEN " + std::to_wstring(keys.front()) + L" AND " + std::to_wstring(keys.back());
+  if (spread < kNearlyAll) return range;
+  std::wstring list = path + L" = ANY ('{";
+  for (const std::int64_t key : keys) list += std::to_wstring(key) + L',';
+  list.back() = L'}';
+  list += L"'::integer[])";
+  return spread < kFew ? range + L" AND " + list : list;
 }
 
 }  // namespace
@@ -50,76 +69,154 @@ std::optional<QueryByKey> QueryByKey::of(std::wstring_view sql) {
   }
   const std::wstring column(tokens[path].text.data(), tokens[size - 3].end());
   const auto head = static_cast<std::size_t>(tokens[1].text.data() - sql.data());
-  const auto tail = static_cast<std::size_t>(tokens[size - 2].text.data() - sql.data());
+  const auto tail = static_cast<std::size_t>(tokens[path].text.data() - sql.data());
   const bool is_single = is_word(tokens[path - 3], L"from");
   return QueryByKey{.column = folded_name(tokens[size - 3].text),
                     .table = is_single ? folded_name(tokens[path - 2].text) : L"",
-                    .many_keys = L"SELECT " + column + L" AS orv_key, " +
-                                 std::wstring(sql.substr(head, tail - head)) + L"= ANY "};
+                    .path = column,
+                    .select = L"SELECT " + column + L" AS orv_key, " +
+                              std::wstring(sql.substr(head, tail - head))};
 }
 
-void RowsAhead::expect(std::wstring_view column, std::vector<std::int64_t> keys) {
-  Expected& expected = expected_[folded_name(column)];
-  expected.places.clear();
-  expected.keys.clear();
-  for (const std::int64_t key : keys) {
-    if (expected.places.emplace(key, expected.keys.size()).second) expected.keys.push_back(key);
+// --- Keys ---
+
+std::size_t ExpectedKeys::place_of(std::int64_t key) {
+  if (next_ < keys_.size() && keys_[next_] == key) return next_;
+  if (sorted_.empty()) {
+    sorted_ = keys_;
+    std::ranges::sort(sorted_);
   }
+  if (!std::ranges::binary_search(sorted_, key)) return keys_.size();
+  const auto next = keys_.begin() + static_cast<std::ptrdiff_t>(next_);
+  auto place = std::find(next, keys_.end(), key);
+  if (place == keys_.end()) place = std::find(keys_.begin(), next, key);
+  return static_cast<std::size_t>(place - keys_.begin());
+}
+
+std::vector<std::int64_t> ExpectedKeys::from(std::int64_t key) {
+  const std::size_t first = place_of(key);
+  if (first == keys_.size()) return {};
+  next_ = std::min(first + kKeysAtOnce, keys_.size());
+  std::vector<std::int64_t> keys(keys_.begin() + static_cast<std::ptrdiff_t>(first),
+                                 keys_.begin() + static_cast<std::ptrdiff_t>(next_));
+  std::ranges::sort(keys);
+  keys.erase(std::ranges::unique(keys).begin(), keys.end());
+  return keys;
+}
+
+// --- Rows by key ---
+
+KeyedRows::KeyedRows(std::int64_t key, ResultRows rows)
+    : rows_(std::move(rows)),
+      keys_{key},
+      begins_{0, static_cast<std::uint32_t>(rows_.count())},
+      order_(rows_.count()) {
+  std::iota(order_.begin(), order_.end(), 0U);
+}
+
+KeyedRows::KeyedRows(std::vector<std::int64_t> keys, ResultRows rows)
+    : rows_(std::move(rows)), first_column_(1), keys_(std::move(keys)), order_(rows_.count()) {
+  std::iota(order_.begin(), order_.end(), 0U);
+  const auto key_of = [&](std::uint32_t row) { return rows_.integer(row, 0); };
+  if (!std::ranges::is_sorted(order_, {}, key_of)) std::ranges::stable_sort(order_, {}, key_of);
+  begins_.reserve(keys_.size() + 1);
+  std::erase_if(order_,
+                [&](std::uint32_t row) { return !std::ranges::binary_search(keys_, key_of(row)); });
+  std::size_t row = 0;
+  for (const std::int64_t key : keys_) {
+    begins_.push_back(static_cast<std::uint32_t>(row));
+    while (row < order_.size() && key_of(order_[row]) == key) ++row;
+  }
+  begins_.push_back(static_cast<std::uint32_t>(row));
+}
+
+std::optional<KeyedRows::Range> KeyedRows::find(std::int64_t key) {
+  std::size_t place = next_;
+  if (place >= keys_.size() || keys_[place] != key) {
+    const auto found = std::ranges::lower_bound(keys_, key);
+    if (found == keys_.end() || *found != key) return {};
+    place = static_cast<std::size_t>(found - keys_.begin());
+  }
+  next_ = place + 1;
+  return Range{begins_[place], begins_[place + 1]};
+}
+
+// --- Rows of a query ---
+
+RowsOfQuery::RowsOfQuery(RowsAhead& ahead, QueryByKey query)
+    : ahead_(ahead), query_(std::move(query)) {
+  ahead_.join(*this);
+}
+
+RowsOfQuery::~RowsOfQuery() { ahead_.leave(*this); }
+
+RowsOfQuery::Found RowsOfQuery::find(std::int64_t key) {
+  if (const auto known = remembered_.find(key); known != remembered_.end()) {
+    return {known->second, *known->second->find(key)};
+  }
+  if (!expected_) return {};
+  if (fetched_) {
+    if (const auto range = fetched_->find(key)) return {fetched_, *range};
+  }
+  auto keys = expected_->from(key);
+  if (keys.empty()) return {};
+  fetched_ = fetch(std::move(keys));
+  return {fetched_, *fetched_->find(key)};
+}
+
+std::shared_ptr<KeyedRows> RowsOfQuery::fetch(std::vector<std::int64_t> keys) {
+  ResultRows rows =
+      OdbcStatement::rows_of(ahead_.session(), query_.select + condition_on(query_.path, keys));
+  return std::make_shared<KeyedRows>(std::move(keys), std::move(rows));
+}
+
+void RowsOfQuery::remember(std::int64_t key, std::shared_ptr<KeyedRows> rows) {
+  constexpr std::size_t kMost = 1000;
+  if (remembered_.size() >= kMost) remembered_.clear();
+  remembered_[key] = std::move(rows);
+}
+
+void RowsOfQuery::expect(std::shared_ptr<ExpectedKeys> keys) {
+  expected_ = std::move(keys);
+  fetched_.reset();
+}
+
+void RowsOfQuery::forget() noexcept {
+  fetched_.reset();
+  remembered_.clear();
+}
+
+// --- Of all queries ---
+
+void RowsAhead::join(RowsOfQuery& query) {
+  queries_.insert(&query);
+  const auto known = expected_.find(query.query().column);
+  if (known != expected_.end()) query.expect(known->second);
+}
+
+void RowsAhead::expect(std::wstring_view column, Statement& query) {
+  const std::wstring name = folded_name(column);
+  auto keys = std::make_shared<ExpectedKeys>(
+      dynamic_cast<OdbcStatement&>(query).integers_ahead(query.columns().find(column)));
+  for (RowsOfQuery* const each : queries_) {
+    if (each->query().column == name) each->expect(keys);
+  }
+  expected_[name] = std::move(keys);
 }
 
 void RowsAhead::end() noexcept {
+  for (RowsOfQuery* const each : queries_) each->expect(nullptr);
   expected_.clear();
-  fetched_.clear();
+}
+
+void RowsAhead::forget() noexcept {
+  for (RowsOfQuery* const each : queries_) each->forget();
 }
 
 void RowsAhead::forget(std::wstring_view table) noexcept {
-  std::erase_if(remembered_, [&](const auto& each) { return each.second.table == table; });
-}
-
-void RowsAhead::remember(const QueryByKey& query, std::int64_t key,
-                         const std::vector<ResultRow>& rows) {
-  constexpr std::size_t kMost = 1000;
-  Remembered& remembered = remembered_[query.many_keys];
-  remembered.table = query.table;
-  if (remembered.rows.size() >= kMost) remembered.rows.clear();
-  remembered.rows[key] = rows;
-}
-
-const std::vector<ResultRow>* RowsAhead::find(const QueryByKey& query, std::int64_t key) {
-  if (const auto known = remembered_.find(query.many_keys); known != remembered_.end()) {
-    const auto found = known->second.rows.find(key);
-    if (found != known->second.rows.end()) return &found->second;
+  for (RowsOfQuery* const each : queries_) {
+    if (each->query().table == table) each->forget();
   }
-  const auto expected = expected_.find(query.column);
-  if (expected == expected_.end()) return nullptr;
-  const auto place = expected->second.places.find(key);
-  if (place == expected->second.places.end()) return nullptr;
-  const auto known = fetched_.find(query.many_keys);
-  if (known != fetched_.end()) {
-    const auto found = known->second.find(key);
-    if (found != known->second.end()) return &found->second;
-  }
-  Rows rows = fetch(query, expected->second, place->second);
-  return &(fetched_[query.many_keys] = std::move(rows)).at(key);
-}
-
-RowsAhead::Rows RowsAhead::fetch(const QueryByKey& query, const Expected& expected,
-                                 std::size_t first) {
-  const std::size_t end = std::min(first + kKeysAtOnce, expected.keys.size());
-  Rows rows;
-  std::wstring list = L"{";
-  for (std::size_t i = first; i < end; ++i) {
-    rows[expected.keys[i]];
-    if (i > first) list += L',';
-    list += std::to_wstring(expected.keys[i]);
-  }
-  for (ResultRow& row :
-       OdbcStatement::rows_of(session_, query.many_keys + L"('" + list + L"}'::integer[])")) {
-    const std::int64_t key = row.front().integer;
-    row.erase(row.begin());
-    rows[key].push_back(std::move(row));
-  }
-  return rows;
 }
 
 }  // namespace modeldb

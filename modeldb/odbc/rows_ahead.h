@@ -1,82 +1,140 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <map>
+#include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "modeldb/engine/fetch_ahead.h"
-#include "modeldb/engine/statement.h"
+#include "modeldb/odbc/result_rows.h"
 
 namespace modeldb {
 
+class RowsAhead;
 class Session;
-
-/// A value of a row that is in memory.
-struct ResultCell {
-  bool is_read = false;
-  Statement::Type type = Statement::Type::kNull;
-  std::int64_t integer = 0;
-  double real = 0;
-  std::wstring text = {};
-  std::vector<std::byte> blob = {};
-};
-
-using ResultRow = std::vector<ResultCell>;
 
 /// A query for the rows with one key, "SELECT … WHERE column = ?", as one for the rows with many.
 struct QueryByKey {
-  std::wstring column;     ///< in small letters, without its table
-  std::wstring table;      ///< likewise, where it reads a single one
-  std::wstring many_keys;  ///< with the key as first column, up to an array of keys
+  std::wstring column;  ///< in small letters, without its table
+  std::wstring table;   ///< likewise, where it reads a single one
+  std::wstring path;    ///< the column as the query names it
+  std::wstring select;  ///< the query with the key as a first column, up to its condition
 
   /// Nothing when the text, in the server's words, is no such query.
   static std::optional<QueryByKey> of(std::wstring_view sql);
 };
 
-/// The rows that were fetched before they were asked for. They are as they were when the first of
-/// them was asked for, or its neighbour.
+/// Keys that will be asked for, mostly in this order.
+class ExpectedKeys {
+ public:
+  explicit ExpectedKeys(std::vector<std::int64_t> keys) : keys_(std::move(keys)) {}
+
+  /// Some keys from this one on, in their order and none twice; none when nobody expects it.
+  [[nodiscard]] std::vector<std::int64_t> from(std::int64_t key);
+
+ private:
+  [[nodiscard]] std::size_t place_of(std::int64_t key);
+
+  std::vector<std::int64_t> keys_;
+  std::vector<std::int64_t> sorted_;  // once a key was asked for out of turn
+  std::size_t next_ = 0;              // behind those that were given last
+};
+
+/// Rows that were fetched for keys, some of which may have none.
+class KeyedRows {
+ public:
+  /// The rows of that key are those from `begin` to `end`.
+  struct Range {
+    std::size_t begin;
+    std::size_t end;
+  };
+
+  /// All rows of one key, which is not among their columns.
+  KeyedRows(std::int64_t key, ResultRows rows);
+  /// Rows with their keys in their first column, in any order; `keys` are sorted. Rows of other
+  /// keys do not count.
+  KeyedRows(std::vector<std::int64_t> keys, ResultRows rows);
+
+  [[nodiscard]] const ResultRows& rows() const { return rows_; }
+  /// The first of the query's own columns.
+  [[nodiscard]] std::size_t first_column() const { return first_column_; }
+  /// The row of that number within a range.
+  [[nodiscard]] std::size_t row(std::size_t number) const { return order_[number]; }
+  /// Nothing when it was not asked for.
+  [[nodiscard]] std::optional<Range> find(std::int64_t key);
+
+ private:
+  ResultRows rows_;
+  std::size_t first_column_ = 0;
+  std::vector<std::int64_t> keys_;
+  std::vector<std::uint32_t> begins_;  // of each key, and the end of the last
+  std::vector<std::uint32_t> order_;   // of rows by key
+  std::size_t next_ = 0;               // behind the key that was found last
+};
+
+/// The rows of a query by key that are there before it is asked.
+class RowsOfQuery {
+ public:
+  struct Found {
+    std::shared_ptr<const KeyedRows> rows;  ///< null when they are not known
+    KeyedRows::Range range;
+  };
+
+  RowsOfQuery(RowsAhead& ahead, QueryByKey query);
+  RowsOfQuery(const RowsOfQuery&) = delete;
+  RowsOfQuery& operator=(const RowsOfQuery&) = delete;
+  ~RowsOfQuery();
+
+  [[nodiscard]] const QueryByKey& query() const { return query_; }
+
+  /// Those of one key: remembered, or fetched with others that will be asked for.
+  [[nodiscard]] Found find(std::int64_t key);
+  /// Sets are looked up for every record that is saved in them: within a transaction they are what
+  /// they were.
+  void remember(std::int64_t key, std::shared_ptr<KeyedRows> rows);
+
+  /// Which keys will be asked for; null for the end of that.
+  void expect(std::shared_ptr<ExpectedKeys> keys);
+  void forget() noexcept;
+
+ private:
+  [[nodiscard]] std::shared_ptr<KeyedRows> fetch(std::vector<std::int64_t> keys);
+
+  RowsAhead& ahead_;
+  const QueryByKey query_;
+  std::shared_ptr<ExpectedKeys> expected_;
+  std::shared_ptr<KeyedRows> fetched_;
+  std::unordered_map<std::int64_t, std::shared_ptr<KeyedRows>> remembered_;
+};
+
+/// What is fetched before it is asked for. Rows are as they were when the first of them was asked
+/// for, or its neighbour.
 class RowsAhead final : public FetchAhead {
  public:
   explicit RowsAhead(Session& session) : session_(session) {}
 
-  void expect(std::wstring_view column, std::vector<std::int64_t> keys) override;
+  void expect(std::wstring_view column, Statement& query) override;
   void end() noexcept override;
+
   /// Something may have changed.
-  void forget() noexcept {
-    fetched_.clear();
-    remembered_.clear();
-  }
+  void forget() noexcept;
   /// Something may have changed in that table.
   void forget(std::wstring_view table) noexcept;
-  /// Sets are looked up for every record that is saved in them: within a transaction they are what
-  /// they were.
-  void remember(const QueryByKey& query, std::int64_t key, const std::vector<ResultRow>& rows);
 
-  /// The rows of the query with that key, until the next call; null when nobody has said that it
-  /// would be asked for, and it is not remembered.
-  [[nodiscard]] const std::vector<ResultRow>* find(const QueryByKey& query, std::int64_t key);
+  [[nodiscard]] Session& session() const { return session_; }
+  /// A query takes part until it leaves.
+  void join(RowsOfQuery& query);
+  void leave(RowsOfQuery& query) noexcept { queries_.erase(&query); }
 
  private:
-  struct Expected {
-    std::vector<std::int64_t> keys;
-    std::unordered_map<std::int64_t, std::size_t> places;
-  };
-  using Rows = std::unordered_map<std::int64_t, std::vector<ResultRow>>;
-
-  Rows fetch(const QueryByKey& query, const Expected& expected, std::size_t first);
-
   Session& session_;
-  std::map<std::wstring, Expected, std::less<>> expected_;
-  std::map<std::wstring, Rows, std::less<>> fetched_;  // by the text for many keys
-  struct Remembered {
-    std::wstring table;
-    Rows rows;
-  };
-  std::map<std::wstring, Remembered, std::less<>> remembered_;  // likewise
+  std::set<RowsOfQuery*> queries_;
+  std::unordered_map<std::wstring, std::shared_ptr<ExpectedKeys>> expected_;  // by column
 };
 
 }  // namespace modeldb
