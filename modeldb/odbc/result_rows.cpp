@@ -141,10 +141,10 @@ SQLRETURN ResultPlace::read_long(SQLUSMALLINT number, const Column& column, Resu
   for (;;) {
     value.resize((size + room) / sizeof(wchar_t) + 1);
     SQLLEN length = 0;
-    const SQLRETURN result = odbc().SQLGetData(
-        statement_, number, is_text ? SQL_C_WCHAR : SQL_C_BINARY,
-        std::as_writable_bytes(std::span(value)).subspan(size).data(), static_cast<SQLLEN>(room),
-        &length);
+    const SQLRETURN result =
+        odbc().SQLGetData(statement_, number, is_text ? SQL_C_WCHAR : SQL_C_BINARY,
+                          std::as_writable_bytes(std::span(value)).subspan(size).data(),
+                          static_cast<SQLLEN>(room), &length);
     if (result == SQL_NO_DATA) break;
     if (!SQL_SUCCEEDED(result)) return result;
     const bool is_cut = length == SQL_NO_TOTAL || static_cast<std::size_t>(length) + end > room;

@@ -72,7 +72,7 @@ std::optional<QueryByKey> QueryByKey::of(std::wstring_view sql) {
   const auto tail = static_cast<std::size_t>(tokens[path].text.data() - sql.data());
   const bool is_single = is_word(tokens[path - 3], L"from");
   return QueryByKey{.column = folded_name(tokens[size - 3].text),
-                    .table = is_single ? folded_name(tokens[path - 2].text) : L"",
+                    .table = is_single ? folded_name(tokens[path - 2].text) : std::wstring(),
                     .path = column,
                     .select = L"SELECT " + column + L" AS orv_key, " +
                               std::wstring(sql.substr(head, tail - head))};
@@ -120,14 +120,14 @@ KeyedRows::KeyedRows(std::vector<std::int64_t> keys, ResultRows rows)
   const auto key_of = [&](std::uint32_t row) { return rows_.integer(row, 0); };
   if (!std::ranges::is_sorted(order_, {}, key_of)) std::ranges::stable_sort(order_, {}, key_of);
   begins_.reserve(keys_.size() + 1);
-  std::erase_if(order_,
-                [&](std::uint32_t row) { return !std::ranges::binary_search(keys_, key_of(row)); });
   std::size_t row = 0;
+  std::size_t kept = 0;
   for (const std::int64_t key : keys_) {
-    begins_.push_back(static_cast<std::uint32_t>(row));
-    while (row < order_.size() && key_of(order_[row]) == key) ++row;
+    while (row < order_.size() && key_of(order_[row]) < key) ++row;
+    begins_.push_back(static_cast<std::uint32_t>(kept));
+    while (row < order_.size() && key_of(order_[row]) == key) order_[kept++] = order_[row++];
   }
-  begins_.push_back(static_cast<std::uint32_t>(row));
+  begins_.push_back(static_cast<std::uint32_t>(kept));
 }
 
 std::optional<KeyedRows::Range> KeyedRows::find(std::int64_t key) {

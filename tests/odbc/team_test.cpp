@@ -1,7 +1,11 @@
 // What is so only of a model on a server: several people at once, rights, and connections that
 // break.
 
-#include <optional>
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <vector>
 
 #include "modeldb/base/failure.h"
 #include "modeldb/odbc/odbc_statement.h"
@@ -276,6 +280,72 @@ TEST_F(TeamTest, TextsAreKeptAsTheyAreOrRefused) {
   EXPECT_EQ(count(L"LoadSets"), "1");
   ASSERT_EQ(execute(L"UPDATE LoadSets SET Description = 'a\\b'"), S_OK);
   EXPECT_EQ(value(L"SELECT count(*) FROM LoadSets WHERE Description LIKE 'A\\_'"), "1");
+}
+
+TEST_F(TeamTest, RecordsGetTheirOwnVerticesAndSetsInWhateverOrderTheyAreLoaded) {
+  // Seven forces with keys far apart on four vertices, every other one in two sets.
+  ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID, Description) VALUES (1, 'a'), (2, 'b')"),
+            S_OK);
+  for (const int vertex : {1, 2, 3, 900}) {
+    ASSERT_EQ(execute(L"INSERT INTO Vertices (VertexID, Description, X, Y, Z) VALUES (" +
+                      std::to_wstring(vertex) + L", '', " + std::to_wstring(vertex) + L", 0, 0)"),
+              S_OK);
+  }
+  int vertex = 0;
+  for (const int key : {5, 3, 40000, 7, 2, 600, 1}) {
+    const std::wstring id = std::to_wstring(key);
+    const std::wstring on = std::to_wstring(std::array{900, 1, 3, 2}[vertex++ % 4]);
+    ASSERT_EQ(execute(L"INSERT INTO NodalForces (NodalForceID, Description, VertexID, "
+                      L"MultiplierTableID, Magnitude, Vx, Vy, Vz, CoordinateSystemID) VALUES (" +
+                      id + L", '', " + on + L", 0, " + on + L", 0, 0, 0, 0)"),
+              S_OK)
+        << model_test::last_sentence();
+    if (key % 2 == 1) continue;
+    ASSERT_EQ(execute(L"INSERT INTO NodalForceLoadSets (LoadSetID, NodalForceID) VALUES (1, " + id +
+                      L"), (2, " + id + L")"),
+              S_OK);
+  }
+  for (const auto* const order : {L"NodalForceID", L"VertexID DESC", L"Vx, NodalForceID DESC"}) {
+    SCOPED_TRACE(model_test::narrow(order));
+    com::Ptr<IDispatch> object;
+    ASSERT_EQ(database->Load(bstr(L"NodalForces").get(), com::Variant::omitted(),
+                             com::Variant(com::Bstr(order)), object.put()),
+              S_OK)
+        << model_test::last_sentence();
+    const auto forces = object.query<INodalForces>();
+    for (int i = 0; i < 7; ++i) {
+      com::Ptr<INodalForce> force;
+      ASSERT_EQ(forces->Item(i, force.put()), S_OK);
+      double magnitude = 0;
+      force->get_Magnitude(&magnitude);
+      com::Ptr<IDispatch> there;
+      force->get_Vertex(there.put());
+      double x = 0;
+      there.query<ICoordinateVertex>()->get_X(&x);
+      EXPECT_EQ(x, magnitude) << id_of(force);
+      long sets = 0;
+      load_sets_of(force)->get_Count(&sets);
+      EXPECT_EQ(sets, id_of(force) % 2 == 1 ? 0 : 2) << id_of(force);
+    }
+  }
+}
+
+TEST(ExpectedKeysTest, EveryKeyIsGivenInItsTurnAndNoOther) {
+  std::vector<std::int64_t> keys;
+  for (int i = 0; i < 25'000; ++i) keys.push_back(i % 3 == 0 ? 1 : 2 * i);
+  modeldb::ExpectedKeys expected(keys);
+  std::size_t asked = 0;
+  std::vector<std::int64_t> given;
+  for (const std::int64_t key : keys) {
+    if (std::ranges::binary_search(given, key)) continue;
+    ++asked;
+    given = expected.from(key);
+    ASSERT_TRUE(std::ranges::binary_search(given, key)) << key;
+    ASSERT_EQ(std::ranges::adjacent_find(given, std::greater_equal()), given.end());
+  }
+  EXPECT_EQ(asked, 3);  // of 10,000 at most
+  EXPECT_THAT(expected.from(3), testing::IsEmpty());
+  EXPECT_THAT(expected.from(2), testing::Contains(8));  // long past
 }
 
 TEST_F(TeamTest, KeysAreNeverGivenTwice) {
