@@ -44,7 +44,9 @@ template <class T, const IID& id>
 Ptr<T> own_object(IUnknown* object) {
   Ptr<typename T::AliasedInterface> found;
   if (!object || FAILED(object->QueryInterface(id, found.put_void()))) return nullptr;
-  return Ptr<T>(static_cast<T*>(found.get()));
+  Ptr<T> own;
+  *own.put() = static_cast<T*>(found.detach());
+  return own;
 }
 
 }  // namespace com

@@ -68,7 +68,8 @@ class ArgumentBstr {
       return;
     }
     usual_.bytes = static_cast<UINT>(text.size() * sizeof(wchar_t));
-    *std::ranges::copy(text, usual_.text).out = L'\0';
+    // By std::copy, which copies them at once: std::ranges::copy goes one by one here.
+    *std::copy(text.data(), text.data() + text.size(), usual_.text) = L'\0';
   }
   ArgumentBstr(const ArgumentBstr&) = delete;
   ArgumentBstr& operator=(const ArgumentBstr&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "com/automation.h"
@@ -280,7 +281,7 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
         append_key_column(text);
         break;
       case host::SqlPiece::kColumns:
-        append_columns(text, values(kCurrent));
+        text << column_list();
         break;
       case host::SqlPiece::kValues:
         append_values(text, current_common(), values(kCurrent));
@@ -295,6 +296,16 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
         append_assignments(text, saved_common(), values(kSaved));
         break;
     }
+  }
+
+  /// The same for every record of the kind, and asked for at each insert.
+  static std::wstring_view column_list() {
+    static const std::wstring list = [] {
+      Text text;
+      append_columns(text, Self::columns());
+      return std::wstring(text.view());
+    }();
+    return list;
   }
 
   [[nodiscard]] CommonValues current_common() const {

@@ -7,7 +7,7 @@
 namespace orv {
 
 // The texts of a record's row. Each begins with the columns that all kinds have; `for_each` calls
-// what it is given with every further column and its value.
+// what it is given with every further column and its value, `columns` are these columns.
 
 inline constexpr std::wstring_view kDescriptionColumn = L"Description";
 inline constexpr std::wstring_view kVertexColumn = L"VertexID";
@@ -18,10 +18,10 @@ struct CommonValues {
   long vertex_id;
 };
 
-template <class ForEach>
-void append_columns(Text& text, ForEach&& for_each) {
+template <class Columns>
+void append_columns(Text& text, const Columns& columns) {
   text << kDescriptionColumn << L", " << kVertexColumn;
-  for_each([&](const auto& column, const auto&) { text << L", " << column.name; });
+  for (const auto& column : columns) text << L", " << column.name;
 }
 
 /// The description goes between its quotes as it stands; doubling the quotes inside it, or binding

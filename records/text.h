@@ -4,7 +4,7 @@
 #include <charconv>
 #include <concepts>
 #include <cstddef>
-#include <limits>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -24,25 +24,33 @@ class Text {
   Text& operator=(const Text&) = delete;
 
   Text& operator<<(std::wstring_view words) {
-    if (words.size() > capacity_ - length_) grow(words.size());
-    std::ranges::copy(words, text_ + length_);
+    make_room(words.size());
+    std::copy(words.begin(), words.end(), text_ + length_);
     length_ += words.size();
+    return *this;
+  }
+
+  /// Of a literal, whose length the compiler knows.
+  template <std::size_t size>
+  Text& operator<<(const wchar_t (&words)[size]) {
+    make_room(size);
+    std::copy(words, words + size, text_ + length_);
+    length_ += size - 1;
     return *this;
   }
 
   template <std::integral Integer>
   Text& operator<<(Integer number) {
-    // All digits, the one that digits10 does not promise, and the sign.
-    char digits[std::numeric_limits<Integer>::digits10 + 2];
-    return append_ascii(digits, std::to_chars(digits, std::end(digits), number).ptr);
+    Digits digits{};
+    return append(digits, std::to_chars(digits, std::end(digits), number).ptr);
   }
 
   Text& operator<<(double number) {
-    char digits[kLongestNumber];
+    Digits digits{};
     constexpr int kSignificantDigits = 17;
     const auto end = std::to_chars(digits, std::end(digits), number, std::chars_format::general,
                                    kSignificantDigits);
-    return append_ascii(digits, end.ptr);
+    return append(digits, end.ptr);
   }
 
   [[nodiscard]] std::wstring_view view() const { return {text_, length_}; }
@@ -53,12 +61,22 @@ class Text {
  private:
   // Sign, 17 digits, point, and an exponent of up to five characters.
   static constexpr std::size_t kLongestNumber = 32;
+  using Digits = char[kLongestNumber];
   // Holds the row of every kind unless its description is long.
   static constexpr std::size_t kUsualLength = 400;
 
-  Text& append_ascii(const char* first, const char* last) {
+  /// The characters are widened and copied all together, which is faster than as many as count.
+  Text& append(const Digits& digits, const char* end) {
+    make_room(kLongestNumber);
     wchar_t wide[kLongestNumber];
-    return *this << std::wstring_view(wide, std::copy(first, last, wide));
+    for (std::size_t i = 0; i < kLongestNumber; ++i) wide[i] = static_cast<wchar_t>(digits[i]);
+    std::copy(wide, std::end(wide), text_ + length_);
+    length_ += static_cast<std::size_t>(end - digits);
+    return *this;
+  }
+
+  void make_room(std::size_t more) {
+    if (more > capacity_ - length_) grow(more);
   }
 
   void grow(std::size_t more) {

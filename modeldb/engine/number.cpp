@@ -3,73 +3,61 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace modeldb {
 namespace {
 
 template <class Number>
-std::optional<Literal> parse(std::string_view text) {
+std::optional<Number> parse(std::string_view text) {
   Number value{};
   const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (failure != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return value;
 }
 
+/// Appends it as it is: a Literal that is made elsewhere and copied costs as much as the parsing.
+template <class Number>
+bool append(std::string_view text, std::vector<Literal>& values) {
+  const auto number = parse<Number>(text);
+  if (number) values.emplace_back(*number);
+  return number.has_value();
+}
+
 // The platform's longest text of a double has 24 characters; what is much longer was not written by
 // a program and may stay as it is.
 using Narrow = std::array<char, 64>;
 
-/// Copies a number in narrow characters, piece by piece.
-class Scan {
- public:
-  explicit Scan(std::wstring_view text) : text_(text.substr(0, std::size(narrow_))) {}
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-  /// Takes the character if it is next.
-  bool take(wchar_t c) {
-    if (length_ == text_.size() || text_[length_] != c) return false;
-    narrow_[length_++] = static_cast<char>(c);
-    return true;
-  }
-  /// Takes digits; false when none is next.
-  bool take_digits() {
-    const std::size_t begin = length_;
-    while (length_ < text_.size() && text_[length_] >= L'0' && text_[length_] <= L'9') {
-      narrow_[length_] = static_cast<char>(text_[length_]);
-      ++length_;
-    }
-    return length_ > begin;
-  }
-
-  [[nodiscard]] std::size_t length() const { return length_; }
-  [[nodiscard]] std::string_view taken() const { return {narrow_.data(), length_}; }
-
- private:
-  std::wstring_view text_;
-  Narrow narrow_;
-  std::size_t length_ = 0;
-};
+/// Below it, a double has every integer.
+constexpr double kMostWhole = 9007199254740992.0;
 
 }  // namespace
 
-std::optional<Literal> take_plain_number(std::wstring_view& text) {
-  Scan scan(text);
-  scan.take(L'-');
-  if (!scan.take_digits()) return std::nullopt;
+Literal literal_of(double number) {
+  const bool is_whole = std::fabs(number) < kMostWhole && std::trunc(number) == number;
+  return is_whole ? Literal(static_cast<std::int64_t>(number)) : Literal(number);
+}
+
+bool take_plain_number(std::wstring_view& text, std::vector<Literal>& values) {
+  Narrow narrow;
+  std::size_t length = 0;
   bool is_integer = true;
-  if (scan.take(L'.')) {
-    is_integer = false;
-    if (!scan.take_digits()) return std::nullopt;
+  for (; length < text.size() && text[length] != L','; ++length) {
+    const wchar_t c = text[length];
+    if (length == narrow.size() || c >= 0x80) return false;
+    narrow[length] = static_cast<char>(c);
+    is_integer = is_integer && (is_digit(narrow[length]) || (c == L'-' && length == 0));
   }
-  if (scan.take(L'e')) {
-    is_integer = false;
-    scan.take(L'-') || scan.take(L'+');
-    if (!scan.take_digits()) return std::nullopt;
-  }
-  const auto rest = text.substr(scan.length());
-  if (!rest.empty() && rest.front() != L',') return std::nullopt;
-  const auto value = is_integer ? parse<std::int64_t>(scan.taken()) : parse<double>(scan.taken());
-  if (value) text = rest;
-  return value;
+  const std::string_view number(narrow.data(), length);
+  // Otherwise it may be the name of an infinite number, or of none.
+  const std::size_t first = number.starts_with('-') ? 1 : 0;
+  if (first == length || !is_digit(number[first])) return false;
+  const bool is_taken =
+      is_integer ? append<std::int64_t>(number, values) : append<double>(number, values);
+  if (is_taken) text.remove_prefix(length);
+  return is_taken;
 }
 
 std::optional<Literal> parse_number(std::wstring_view text) {
@@ -80,7 +68,8 @@ std::optional<Literal> parse_number(std::wstring_view text) {
                          [](wchar_t c) { return c < 0x80 ? static_cast<char>(c) : '?'; });
   const std::string_view digits(narrow.data(), text.size());
   const bool is_integer = digits.find_first_of(".eE") == std::string_view::npos;
-  return is_integer ? parse<std::int64_t>(digits) : parse<double>(digits);
+  if (is_integer) return parse<std::int64_t>(digits);
+  return parse<double>(digits);
 }
 
 }  // namespace modeldb

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
+
+#include "modeldb/base/same_text.h"
 
 namespace modeldb {
 namespace {
@@ -18,11 +19,7 @@ bool is_whole_number(std::wstring_view literal) {
 }
 
 bool take(std::wstring_view& text, std::wstring_view piece) {
-  // As bytes: the toolchain compares characters one by one.
-  if (text.size() < piece.size() ||
-      std::memcmp(text.data(), piece.data(), piece.size() * sizeof(wchar_t)) != 0) {
-    return false;
-  }
+  if (!is_same_text(text.substr(0, piece.size()), piece)) return false;
   text.remove_prefix(piece.size());
   return true;
 }

@@ -7,15 +7,24 @@
 #include <mutex>
 
 #include "com/class_table.h"
+#include "com/thread_value.h"
 #include "modeldb/ado/recordset_class.h"
 
 namespace modeldb {
 namespace {
 
+class Registrations;
+
+/// Where the class objects of an apartment are to be found.
+struct Place {
+  Registrations* (*get)();
+  void (*set)(Registrations*);
+};
+
 /// The class objects of one apartment.
 class Registrations : public RecordsetClass {
  public:
-  explicit Registrations(Registrations*& place) : place_(place) {}
+  explicit Registrations(const Place& place) : place_(place) {}
 
   void add_all();
   void revoke_all();
@@ -23,7 +32,7 @@ class Registrations : public RecordsetClass {
  protected:
   /// When they were revoked, or the apartment has ended: the platform then lets go of them.
   void final_release() override {
-    if (place_ == this) place_ = nullptr;
+    if (place_.get() == this) place_.set(nullptr);
   }
 
  private:
@@ -31,16 +40,21 @@ class Registrations : public RecordsetClass {
 
   void add(REFCLSID clsid, IUnknown* class_object);
 
-  Registrations*& place_;
+  const Place& place_;
   std::size_t count_ = 0;
   std::array<DWORD, kMaximum> cookies_{};
 };
 
-// Those of the current thread's single-threaded apartment, and of the multithreaded one. Without
-// destructor: a thread may outlive the module.
-thread_local Registrations* of_this_thread = nullptr;
+// Those of the current thread's single-threaded apartment, and of the multithreaded one.
+com::ThreadValue of_this_thread;
 Registrations* of_multithreaded = nullptr;
 com::Lock multithreaded_lock;
+
+constexpr Place kThisThread{
+    [] { return reinterpret_cast<Registrations*>(of_this_thread.get()); },
+    [](Registrations* all) { of_this_thread.set(reinterpret_cast<std::intptr_t>(all)); }};
+constexpr Place kMultithreaded{[] { return of_multithreaded; },
+                               [](Registrations* all) { of_multithreaded = all; }};
 
 std::atomic<int> models = 0;
 
@@ -80,22 +94,23 @@ void with_current_place(Work work) {
   APTTYPE type{};
   APTTYPEQUALIFIER qualifier{};
   if (FAILED(CoGetApartmentType(&type, &qualifier))) return;
-  if (type != APTTYPE_MTA) return work(of_this_thread);
+  if (type != APTTYPE_MTA) return work(kThisThread);
   const std::lock_guard lock(multithreaded_lock);
-  work(of_multithreaded);
+  work(kMultithreaded);
 }
 
-void register_in(Registrations*& place) {
-  if (place) return;
+void register_in(const Place& place) {
+  if (place.get()) return;
   const auto registrations = com::make<Registrations>(place);
   registrations->add_all();
-  place = registrations.get();
+  place.set(registrations.get());
 }
 
-void revoke_in(Registrations*& place) {
-  if (Registrations* const registrations = std::exchange(place, nullptr)) {
-    registrations->revoke_all();
-  }
+void revoke_in(const Place& place) {
+  Registrations* const registrations = place.get();
+  if (!registrations) return;
+  place.set(nullptr);
+  registrations->revoke_all();
 }
 
 }  // namespace
@@ -110,7 +125,7 @@ Activation::~Activation() {
 }
 
 void Activation::in_this_apartment() {
-  if (!of_this_thread) with_current_place(register_in);
+  if (!kThisThread.get()) with_current_place(register_in);
 }
 
 }  // namespace modeldb

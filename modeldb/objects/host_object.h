@@ -19,7 +19,8 @@ namespace modeldb {
 enum class Identity { kByNumber, kInOneModel };
 
 /// An object that the model owns: a vertex or a set. It is saved and deleted by the record store
-/// under the same protocol as a record, but has neither vertex nor sets of its own.
+/// under the same protocol as a record, but has neither vertex nor sets of its own. A store of this
+/// module alone sees its row without the texts.
 ///
 /// Self supplies the codes of its kind's events and its table (kEventType, table()) and reads
 /// itself from rows (load_row).
@@ -61,7 +62,7 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
       id_ = row.read(Self::table().kind().key, VT_I4).get().lVal;
       image_.forget();
       self().load_row(pModelDatabase, row);
-      remember(pModelDatabase);
+      if constexpr (identity == Identity::kInOneModel) remember(own_store(pModelDatabase).get());
       dirty_ = 0;
     });
   }
@@ -69,9 +70,13 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   /// Writes the row, unless the model has it already as it is.
   STDMETHODIMP Save(IDispatch* pModelDatabase, VARIANT vCascadeDown, VARIANT vCascadeUp) override {
     return com::boundary([&] {
-      if (complete(pModelDatabase)) {
-        if (dirty_ != 0) keep_for_undo(pModelDatabase);
-        dirty_ = 0;
+      if (const auto store = own_store(pModelDatabase)) {
+        if (complete(*store)) {
+          if (dirty_ != 0) keep_for_undo(*store);
+          dirty_ = 0;
+        } else {
+          store->save_own(this, Row(image_), vCascadeDown, vCascadeUp);
+        }
         return S_OK;
       }
       const auto store = record_store(pModelDatabase);
@@ -97,9 +102,7 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
           complete(pModelDatabase);
           break;
         case host::FileOp::kAfterSave:
-          keep_for_undo(pModelDatabase);
-          image_.commit();
-          remember(pModelDatabase);
+          after_save(own_store(pModelDatabase).get());
           break;
         case host::FileOp::kDelete:
           if (const auto store = own_store(pModelDatabase)) {
@@ -137,17 +140,37 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   bool complete(IDispatch* model_database) {
     if (id_ == 0) return false;
     const auto store = own_store(model_database);
-    if (!store) return false;
-    const Turn turn(store->turns());
-    const auto row = stored_row(*store);
-    if (!row) return false;
-    const bool same = image_.complete(*row);
-    remember(model_database);
-    return same;
+    return store && complete(*store);
   }
 
  private:
+  class Row final : public OwnRow {
+   public:
+    explicit Row(const RowImage& image) : image_(image) {}
+    void append_values(std::vector<Literal>& out) const override { image_.append_values(out); }
+
+   private:
+    const RowImage& image_;
+  };
+
   Self& self() { return static_cast<Self&>(*this); }
+
+  bool complete(RecordStore& store) {
+    if (id_ == 0) return false;
+    const Turn turn(store.turns());
+    const auto row = stored_row(store);
+    if (!row) return false;
+    const bool same = image_.complete(*row);
+    remember(&store);
+    return same;
+  }
+
+  /// `store` is null when another module's has saved it.
+  void after_save(RecordStore* store) {
+    if (store) keep_for_undo(*store);
+    image_.commit();
+    remember(store);
+  }
 
   /// The object's row; empty when there is none. Raises, with a sentence, when the row is that of
   /// another object.
@@ -174,11 +197,9 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   }
 
   /// What is about to be taken for stored is not, should it be rolled back.
-  void keep_for_undo(IDispatch* model_database) {
-    if (const auto store = own_store(model_database)) {
-      store->keep_for_undo([object = com::Ptr<Self>(&self()), image = image_, home = home_,
-                            dirty = dirty_] { object->take_back(image, home, dirty); });
-    }
+  void keep_for_undo(RecordStore& store) {
+    store.keep_for_undo([object = com::Ptr<Self>(&self()), before = image_.before(), home = home_,
+                         dirty = dirty_] { object->take_back(before, home, dirty); });
   }
 
   // A vertex needs none, and a model has as many of these as it has records.
@@ -186,19 +207,22 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   using Home = std::conditional_t<identity == Identity::kInOneModel,
                                   std::shared_ptr<const std::wstring>, NoHome>;
 
-  void take_back(const RowImage& image, const Home& home, long dirty) {
-    image_.take_back(image);
+  void take_back(const RowImage::Before& before, const Home& home, long dirty) {
+    image_.take_back(before);
     home_ = home;
     dirty_ = dirty;
   }
 
-  void remember(IDispatch* model_database) {
+  /// The model of the store; null for one of another module.
+  void remember(RecordStore* store) {
     if constexpr (identity == Identity::kInOneModel) {
-      home_.reset();
-      if (const auto store = own_store(model_database)) {
-        const Turn turn(store->turns());
-        home_ = store->model()->shared_location();
+      if (!store) {
+        home_.reset();
+        return;
       }
+      const Turn turn(store->turns());
+      const auto model = store->model();
+      if (home_ != model->shared_location()) home_ = model->shared_location();
     }
   }
 

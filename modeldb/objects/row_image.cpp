@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <iterator>
 
 #include "host/protocol.h"
+#include "modeldb/engine/number.h"
+#include "modeldb/store/row_text.h"
 
 namespace modeldb {
 namespace {
@@ -99,14 +102,34 @@ void RowImage::commit() {
   });
 }
 
-void RowImage::take_back(const RowImage& before) {
-  description_.saved = before.description_.saved;
+RowImage::Before RowImage::before() const {
+  Before before;
+  before.description_ = description_.saved;
   for (std::size_t index = 0; index < numbers_.size(); ++index) {
-    numbers_[index].saved = before.numbers_[index].saved;
+    before.numbers_[index] = numbers_[index].saved;
+  }
+  before.origins_ = origins_;
+  return before;
+}
+
+void RowImage::take_back(const Before& before) {
+  description_.saved = before.description_;
+  for (std::size_t index = 0; index < numbers_.size(); ++index) {
+    numbers_[index].saved = before.numbers_[index];
   }
   for (std::size_t column = 0; column < origins_.size(); ++column) {
     const bool was_put = before.origins_[column] == Origin::kPut;
     if (was_put && origins_[column] == Origin::kStored) origins_[column] = Origin::kPut;
+  }
+}
+
+void RowImage::append_values(std::vector<Literal>& out) const {
+  out.emplace_back(description());
+  const bool are_known = has_numbers();
+  for (std::size_t column = 1; column < table_.kind().columns.size(); ++column) {
+    const double number = numbers_[column - 1].current;
+    if (!std::isfinite(number)) throw NoNumber{column, std::isnan(number) ? L"nan" : L"inf"};
+    out.push_back(are_known ? literal_of(number) : nullptr);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "com/bstr.h"
 #include "modeldb/schema/table.h"
@@ -19,6 +20,26 @@ namespace modeldb {
 /// as the vertex of a load; saving that must not overwrite what is stored with values that nobody
 /// gave. So before the row is written, each value that was not put is taken from the stored row.
 class RowImage {
+  // A model has as many of these as it has records: an empty text takes no memory, and where the
+  // values came from stands apart from them, in a byte each.
+  class Text {
+   public:
+    Text() = default;
+    explicit Text(std::wstring_view text) : text_(text.empty() ? com::Bstr() : com::Bstr(text)) {}
+
+    [[nodiscard]] std::wstring_view view() const { return text_.view(); }
+    operator std::wstring_view() const { return view(); }
+    bool operator==(const Text& other) const { return view() == other.view(); }
+    bool operator==(std::wstring_view other) const { return view() == other; }
+
+   private:
+    com::Bstr text_;
+  };
+
+  enum class Origin : std::uint8_t { kNone, kStored, kPut };
+
+  static constexpr std::size_t kMostNumbers = 3;
+
  public:
   explicit RowImage(const Table& table) : table_(table) {}
 
@@ -46,39 +67,32 @@ class RowImage {
   [[nodiscard]] bool was_stored_as(const Statement& row) const;
   /// Everything is stored as it is now.
   void commit();
+
+  /// What commit() and complete() change of it.
+  class Before {
+    friend RowImage;
+    Text description_;
+    std::array<double, kMostNumbers> numbers_{};
+    std::array<Origin, 1 + kMostNumbers> origins_{};
+  };
+  [[nodiscard]] Before before() const;
   /// What was stored since `before` is not: the values stay, but those that were put count as put
   /// again.
-  void take_back(const RowImage& before);
+  void take_back(const Before& before);
+
+  /// A value for each column, in their order. Texts are valid until the next change. Throws
+  /// NoNumber of a number that is not finite.
+  void append_values(std::vector<Literal>& out) const;
 
   /// What SqlString answers.
   [[nodiscard]] com::Bstr text(long code) const;
 
  private:
-  // A model has as many of these as it has records: an empty text takes no memory, and where the
-  // values came from stands apart from them, in a byte each.
-  class Text {
-   public:
-    Text() = default;
-    explicit Text(std::wstring_view text) : text_(text.empty() ? com::Bstr() : com::Bstr(text)) {}
-
-    [[nodiscard]] std::wstring_view view() const { return text_.view(); }
-    operator std::wstring_view() const { return view(); }
-    bool operator==(const Text& other) const { return view() == other.view(); }
-    bool operator==(std::wstring_view other) const { return view() == other; }
-
-   private:
-    com::Bstr text_;
-  };
-
   template <class T>
   struct Value {
     T current{};
     T saved{};
   };
-
-  enum class Origin : std::uint8_t { kNone, kStored, kPut };
-
-  static constexpr std::size_t kMostNumbers = 3;
 
   template <class T>
   void put(Value<T>& value, std::size_t column, T put) {

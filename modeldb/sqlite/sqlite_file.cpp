@@ -269,7 +269,8 @@ bool SqliteFile::is_read_only() {
 }
 
 bool SqliteFile::is_known_read_only() const {
-  return is_protected_ || sqlite3_db_readonly(handle_, "main") == 1;
+  // What has begun has written something.
+  return is_protected_ || (!is_begun_ && sqlite3_db_readonly(handle_, "main") == 1);
 }
 
 void SqliteFile::require_writable() const {

@@ -14,7 +14,7 @@ void undo(ChangeLog& log, const ChangeLog::Touched& touched) {
   // A key that the client has put in place of the new one meanwhile is the client's.
   if (record.id() == 0 && record.current_id() == touched.key) record.set_id(0);
   record.set_dirty(touched.dirty);
-  if (!touched.saved.empty()) log.reverted->add(record, touched.saved);
+  if (touched.saved) log.reverted->add(record, *touched.saved);
 }
 
 }  // namespace

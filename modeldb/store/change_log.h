@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -29,7 +30,8 @@ struct ChangeLog {
     Record record;
     long key;
     long dirty;
-    std::wstring saved;  ///< a values text of its row; empty when nobody asks for it again
+    /// A values text of its row; null when nobody asks for it again.
+    std::unique_ptr<const std::wstring> saved;
   };
 
   /// What an object of the model's own does to take back what it was given.
@@ -38,7 +40,8 @@ struct ChangeLog {
   int depth = 0;
   /// Outlives the model, whose closing rolls back what is open: the records may be saved again.
   std::shared_ptr<RevertedRows> reverted;
-  std::vector<std::variant<Touched, Undo>> touched;
+  /// A long transaction has many: they stay where they are when there are more.
+  std::deque<std::variant<Touched, Undo>> touched;
   std::vector<Event> events;
   /// What the transaction that is open has saved and deleted so far, for other programs.
   std::vector<Event> written;

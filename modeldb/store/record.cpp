@@ -47,15 +47,14 @@ long Record::current_id() const {
   return id;
 }
 
-void Record::check(HRESULT result, std::wstring_view doing) const {
+void Record::check(HRESULT result, const wchar_t* doing) const {
   if (SUCCEEDED(result)) return;
   try {
     com::raise_from(result, object_.get(), kind().object_interface);
   } catch (const com::Error& error) {
     if (error.info()) throw;
   }
-  fail(result, name() + L" failed with error " + hexadecimal(result) + L" while " +
-                   std::wstring(doing) + L".");
+  fail(result, name() + L" failed with error " + hexadecimal(result) + L" while " + doing + L".");
 }
 
 void Record::set_id(long id) const { check(object_->put_ID(id), L"taking its ID"); }

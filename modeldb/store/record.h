@@ -53,7 +53,8 @@ class Record {
   [[nodiscard]] std::wstring name() const;
 
  private:
-  void check(HRESULT result, std::wstring_view doing) const;
+  /// `doing` is for the sentence; as it comes, for its length is asked for at a failure alone.
+  void check(HRESULT result, const wchar_t* doing) const;
 
   const Table* table_;
   com::Ptr<IPersistentObject> object_;

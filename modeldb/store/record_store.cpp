@@ -58,13 +58,21 @@ std::shared_ptr<Model> RecordStore::model() const {
 }
 
 STDMETHODIMP RecordStore::SaveRecord(IDispatch* record, VARIANT vCascadeDown, VARIANT vCascadeUp) {
-  return model_call(turns_, [&] {
-    const auto open_model = model();
-    run_for_client(record, [&] {
-      const Record found = finder_.find(record);
-      save(*open_model, found, com::OptionalFlag(vCascadeDown).value,
-           com::OptionalFlag(vCascadeUp).value);
-    });
+  return model_call(turns_, [&] { save(record, nullptr, vCascadeDown, vCascadeUp); });
+}
+
+void RecordStore::save_own(IDispatch* object, const OwnRow& row, const VARIANT& down,
+                           const VARIANT& up) {
+  const Turn turn(turns_);
+  save(object, &row, down, up);
+}
+
+void RecordStore::save(IDispatch* record, const OwnRow* row, const VARIANT& down,
+                       const VARIANT& up) {
+  const auto open_model = model();
+  run_for_client(record, [&] {
+    const Record found = finder_.find(record);
+    save(*open_model, found, row, com::OptionalFlag(down).value, com::OptionalFlag(up).value);
   });
 }
 
@@ -79,7 +87,8 @@ void RecordStore::run_for_client(IDispatch* record, Work&& work) {
   send_queued();
 }
 
-void RecordStore::save(Model& model, const Record& record, bool cascade_down, bool cascade_up) {
+void RecordStore::save(Model& model, const Record& record, const OwnRow* row, bool cascade_down,
+                       bool cascade_up) {
   // The record calls the model database back; neither may go meanwhile.
   const com::Ptr<IModelDatabase> database(owner_);
   begin_change(true);
@@ -87,8 +96,9 @@ void RecordStore::save(Model& model, const Record& record, bool cascade_down, bo
   const long dirty_before = record.dirty();
   record.file_operation(database.get(), host::FileOp::kBeforeSave, cascade_down, cascade_up);
   std::wstring saved = saved_values(*model.database(), record);
-  const long id = write_row(model, record, saved);
-  log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before, std::move(saved)});
+  const long id = write_row(model, record, row, saved);
+  auto kept = saved.empty() ? nullptr : std::make_unique<const std::wstring>(std::move(saved));
+  log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before, std::move(kept)});
   if (record.id() == 0) record.set_id(id);
   try {
     record.file_operation(database.get(), host::FileOp::kAfterSave, cascade_down, cascade_up);
@@ -110,19 +120,29 @@ std::wstring RecordStore::saved_values(Database& database, const Record& record)
   return log_.reverted->saved_values(record);
 }
 
-long RecordStore::write_row(Model& model, const Record& record, const std::wstring& saved) {
+long RecordStore::write_row(Model& model, const Record& record, const OwnRow* row,
+                            const std::wstring& saved) {
   Database& database = *model.database();
   long id = record.id();
+  read_row(record, row);
   if (id == 0) {
-    values_.read_for_insert(record);
     id = record.table().insert(database, 0, values_.get());
   } else {
-    values_.read_for_update(record);
     if (!update_row(model, record, saved)) record.table().insert(database, id, values_.get());
     if (!saved.empty()) log_.reverted->forget(record);
   }
   if (model.seen_rows()) model.seen_rows()->add(record.table(), id);
   return id;
+}
+
+void RecordStore::read_row(const Record& record, const OwnRow* row) {
+  if (row) {
+    values_.read_own(record, *row);
+  } else if (record.id() == 0) {
+    values_.read_for_insert(record);
+  } else {
+    values_.read_for_update(record);
+  }
 }
 
 /// Writes the row over that of the record's ID; false when there is none.

@@ -56,6 +56,10 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   [[nodiscard]] bool overwrites() const { return overwrites_; }
   void set_overwrites(bool overwrites) { overwrites_ = overwrites; }
 
+  /// As SaveRecord, of an object of the model database's own, whose row is `row`. Raises what that
+  /// returns.
+  void save_own(IDispatch* object, const OwnRow& row, const VARIANT& down, const VARIANT& up);
+
   /// Begins a batch: what fails from here on is its failures.
   void begin_batch();
   /// Runs `work`, which saves or deletes the record as one of a batch; a failure is noted and
@@ -101,9 +105,13 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   STDMETHODIMP Unadvise(IDispatch* pListener) override;
 
  private:
-  void save(Model& model, const Record& record, bool cascade_down, bool cascade_up);
+  /// `row` is null unless the record is an object of the model database's own.
+  void save(IDispatch* record, const OwnRow* row, const VARIANT& down, const VARIANT& up);
+  void save(Model& model, const Record& record, const OwnRow* row, bool cascade_down,
+            bool cascade_up);
   [[nodiscard]] std::wstring saved_values(Database& database, const Record& record) const;
-  long write_row(Model& model, const Record& record, const std::wstring& saved);
+  long write_row(Model& model, const Record& record, const OwnRow* row, const std::wstring& saved);
+  void read_row(const Record& record, const OwnRow* row);
   bool update_row(Model& model, const Record& record, const std::wstring& saved);
   void remove(Model& model, const Record& record);
   bool remove_row(Model& model, const Record& record);

@@ -91,28 +91,22 @@ void append_assignment(std::wstring_view column, Literal value, BoundText& out) 
 
 }  // namespace
 
-void append_values(std::wstring_view values, std::wstring_view description, BoundText& out) {
+void append_values(std::wstring_view values, std::wstring_view description,
+                   std::vector<Literal>& out) {
   static constexpr std::wstring_view kExpected = L"the description and then numbers";
   auto numbers = without_description(values, description, values, kExpected);
-  out.text += L'?';
-  out.values.emplace_back(description);
-  const auto append = [&](const Literal& number) {
-    out.values.push_back(number);
-    out.text += L", ?";
-  };
+  out.emplace_back(description);
   // As records write it; anything else is left to the words of the text.
   constexpr std::wstring_view kComma = L", ";
   while (numbers.starts_with(kComma)) {
     auto rest = numbers.substr(kComma.size());
-    const auto number = take_plain_number(rest);
-    if (!number) break;
-    append(*number);
+    if (!take_plain_number(rest, out)) break;
     numbers = rest;
   }
   Walk walk(numbers, kExpected);
   while (!walk.at_end()) {
     walk.symbol(L',');
-    append(walk.number(out.values.size()));
+    out.push_back(walk.number(out.size()));
   }
   walk.finish();
 }

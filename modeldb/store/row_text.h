@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 #include "modeldb/engine/literal.h"
 
@@ -19,8 +20,9 @@ struct NoNumber {
   std::wstring_view text;  ///< what stands in the value's place
 };
 
-/// Appends a values text, such as  'Tip load', 12, 250, -1  : a parameter for every value.
-void append_values(std::wstring_view values, std::wstring_view description, BoundText& out);
+/// Appends the values of a values text, such as  'Tip load', 12, 250, -1  .
+void append_values(std::wstring_view values, std::wstring_view description,
+                   std::vector<Literal>& out);
 
 /// Appends an assignments text, such as  Description = 'Tip load', VertexID = 12  : a parameter
 /// for every value.

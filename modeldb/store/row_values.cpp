@@ -3,6 +3,7 @@
 #include "com/error.h"
 #include "com/sentence.h"
 #include "modeldb/base/failure.h"
+#include "modeldb/base/same_text.h"
 #include "modeldb/store/row_text.h"
 
 namespace modeldb {
@@ -28,7 +29,7 @@ namespace {
 
 void require_text(const Record& record, host::SqlPiece piece, std::wstring_view expected) {
   const com::Bstr text = record.text(piece);
-  if (text.view() != expected) fail_on_text(record, L"its text", text.view());
+  if (!is_same_text(text.view(), expected)) fail_on_text(record, L"its text", text.view());
 }
 
 template <class Append>
@@ -57,7 +58,10 @@ void RowValues::read(const Record& record, host::SqlPiece piece, Append append) 
 void RowValues::read_for_insert(const Record& record) {
   require_text(record, host::SqlPiece::kTable, record.kind().table);
   require_text(record, host::SqlPiece::kColumns, record.table().column_list());
-  read(record, host::SqlPiece::kValues, append_values);
+  read(record, host::SqlPiece::kValues,
+       [](std::wstring_view values, std::wstring_view description, BoundText& out) {
+         append_values(values, description, out.values);
+       });
 }
 
 void RowValues::read_for_update(const Record& record) {
@@ -66,6 +70,15 @@ void RowValues::read_for_update(const Record& record) {
   read(record, host::SqlPiece::kAssignments, append_assignments);
   if (bound_.text != record.table().assignments()) {
     fail_on_text(record, L"its row", text_.view());
+  }
+}
+
+void RowValues::read_own(const Record& record, const OwnRow& row) {
+  bound_.clear();
+  try {
+    row.append_values(bound_.values);
+  } catch (const NoNumber& fault) {
+    fail_on_value(record, fault);
   }
 }
 
@@ -82,7 +95,7 @@ void RowValues::read_saved(const Record& record, std::wstring_view values) {
   } catch (const NoNumber&) {
     saved_.clear();
   }
-  if (saved_.values.size() != record.kind().columns.size()) {
+  if (saved_.size() != record.kind().columns.size()) {
     fail_on_text(record, L"its saved row", text);
   }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modeldb/engine/literal.h"
+#include "modeldb/store/own_row.h"
 #include "modeldb/store/record.h"
 
 namespace modeldb {
@@ -17,9 +18,12 @@ class RowValues {
   /// Reads the row as an UPDATE writes it.
   void read_for_update(const Record& record);
 
+  /// Reads the row of an object of the model database's own.
+  void read_own(const Record& record, const OwnRow& row);
+
   /// Reads the row as the record has it saved, out of a values text of its own. Beside get().
   void read_saved(const Record& record, std::wstring_view values);
-  [[nodiscard]] const std::vector<Literal>& saved() const { return saved_.values; }
+  [[nodiscard]] const std::vector<Literal>& saved() const { return saved_; }
 
   /// One value for each column of the kind, in their order. Valid until the next read.
   [[nodiscard]] const std::vector<Literal>& get() const { return bound_.values; }
@@ -33,7 +37,7 @@ class RowValues {
   com::Bstr text_;
   BoundText bound_;
   std::wstring saved_text_;
-  BoundText saved_;
+  std::vector<Literal> saved_;
 };
 
 /// Raises, with a sentence, unless the record's `piece` is `expected`.

@@ -116,6 +116,30 @@ TEST_F(VertexTest, CoordinateThatIsNoNumberIsRefused) {
   EXPECT_EQ(count(L"Vertices"), "0");
 }
 
+TEST_F(VertexTest, RowIsTheSameByItsTextsAndWithoutThem) {
+  const auto omitted = com::Variant::omitted();
+  for (const double number : {0.0, -0.0, -3.0, 0.1, 9007199254740992.0, -2.5e-300, 1e300}) {
+    const auto known = create<Vertex, ICoordinateVertex>();
+    known->put_X(number);
+    ASSERT_EQ(save(known), S_OK) << model_test::last_sentence();
+    // Whoever hands it to the store himself has it asked for its texts.
+    const auto told = create<Vertex, ICoordinateVertex>();
+    told->put_X(number);
+    ASSERT_EQ(store()->SaveRecord(told.get(), omitted, omitted), S_OK)
+        << model_test::last_sentence();
+    const std::wstring ids = std::to_wstring(id_of(known)) + L", " + std::to_wstring(id_of(told));
+    EXPECT_EQ(value(L"SELECT count(DISTINCT X) FROM Vertices WHERE VertexID IN (" + ids + L")"),
+              "1");
+
+    const auto read = create<Vertex, ICoordinateVertex>();
+    read->put_ID(id_of(known));
+    ASSERT_EQ(save(read), S_OK) << model_test::last_sentence();
+    double x = 1;
+    read->get_X(&x);
+    EXPECT_EQ(x, number);
+  }
+}
+
 TEST_F(VertexTest, VertexThatRecordsStandOnStays) {
   put_into_model(12);
   ASSERT_EQ(save(force_at(12)), S_OK);
