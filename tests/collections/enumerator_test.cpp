@@ -11,10 +11,15 @@ class EnumeratorTest : public CollectionTest {
     for (const long id : {1, 2, 3}) add(std::string(1, static_cast<char>('a' + id - 1)), id);
     enumerator_ = start();
   }
+  /// As a method, which is how some script engines ask for this property.
   [[nodiscard]] com::Ptr<IEnumVARIANT> start() const {
-    com::Ptr<IUnknown> unknown;
-    EXPECT_EQ(collection_->get__NewEnum(unknown.put()), S_OK);
-    return unknown.query<IEnumVARIANT>();
+    com::Variant enumerator;
+    DISPPARAMS none{};
+    EXPECT_EQ(collection_->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                  &none, enumerator.put(), nullptr, nullptr),
+              S_OK);
+    EXPECT_EQ(enumerator.type(), VT_UNKNOWN);
+    return com::Ptr<IUnknown>(enumerator.get().punkVal).query<IEnumVARIANT>();
   }
   /// The name of the next element; "end" when there is none.
   std::string next() {

@@ -381,6 +381,11 @@ TEST_F(TeamTest, ListenersHearOfEachBatchOfOthersOnce) {
   ASSERT_EQ(execute_in(other, L"BEGIN TRANSACTION"), S_OK);
   ASSERT_EQ(save_in(other, make_force(5)), S_OK);
   ASSERT_EQ(execute_in(other, L"ROLLBACK TRANSACTION"), S_OK);
+  // Neither a second listener nor somebody who opens the model takes from the first.
+  model_test::Listener late;
+  ASSERT_EQ(store().query<IObservableRecordStore>()->Advise(&late), S_OK);
+  ASSERT_EQ(store().query<IObservableRecordStore>()->Unadvise(&late), S_OK);
+  open_other(file.path())->Close();
   ASSERT_EQ(execute_in(other, L"BEGIN TRANSACTION"), S_OK);
   const auto theirs = force_of(other, 1);
   ASSERT_EQ(theirs->Delete(other.get()), S_OK) << model_test::last_sentence();
@@ -389,6 +394,22 @@ TEST_F(TeamTest, ListenersHearOfEachBatchOfOthersOnce) {
   EXPECT_THAT(heard(), testing::ElementsAre(testing::MatchesRegex("RecordsDeleted .* \\[1\\]")));
   EXPECT_THAT(heard(), testing::IsEmpty());
   EXPECT_EQ(store().query<IObservableRecordStore>()->Unadvise(&listener), S_OK);
+}
+
+TEST_F(TeamTest, EachOfMoreRecordsThanAreFetchedAtOnceHasItsVertexAndSets) {
+  ASSERT_EQ(save(make_load_set(L"Wind")), S_OK) << model_test::last_sentence();
+  owner_.run(
+      L"INSERT INTO Vertices SELECT i, '', i, 0, 0 FROM generate_series(1, 5001) i; INSERT INTO "
+      L"NodalForces SELECT i, '', i, 1, 0, 0, 0, 0, 0 FROM generate_series(1, 5001) i; INSERT INTO "
+      L"NodalForceLoadSets (LoadSetID, NodalForceID) VALUES (1, 5001)");
+  com::Ptr<INodalForce> last;
+  ASSERT_EQ(load_forces()->Item(5000, last.put()), S_OK);
+  double x = 0;
+  vertex_of(last)->get_X(&x);
+  EXPECT_EQ(x, 5001);
+  long sets = 0;
+  load_sets_of(last)->get_Count(&sets);
+  EXPECT_EQ(sets, 1);
 }
 
 TEST_F(TeamTest, TableThatSomebodyElseWidensIsReadOn) {

@@ -90,6 +90,11 @@ echo "(exit status $?)"
 printf 'NodalForceID,VertexID,Magnitude\n11,,7\n' >stays.csv
 orv csv-import "$model" force stays.csv
 orv list "$model" force --csv --where 'NodalForceID = 11' | grep -o '",1,0,0,0,1,7,0'
+printf 'NodalForceID,VertexID,LoadSets\n11,2,snow\n12,2,\n' >moved.csv
+orv csv-import "$model" force moved.csv
+orv list "$model" force --csv --where 'NodalForceID = 11' | grep -o '",2,1.5,0,0,1,7,0.*'
+echo 11,3, >>moved.csv
+orv csv-import "$model" force moved.csv
 {
   echo VertexID,Magnitude
   for row in {2..600}; do ((row % 400 == 2)) && echo 3,x || echo 3,1; done
