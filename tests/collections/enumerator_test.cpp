@@ -107,6 +107,7 @@ TEST_F(EnumeratorTest, RemovalLeavesThePositionAtTheGap) {
   EXPECT_EQ(next(), "c");
   collection_->Remove(0);
   EXPECT_EQ(next(), "c");
+  enumerator_->Reset();
   collection_->Remove(7);
   EXPECT_EQ(next(), "end");
   enumerator_->Reset();

@@ -5,27 +5,17 @@
 #include <vector>
 
 #include "tests/modeldb/model_test.h"
+#include "tests/modeldb/owned_by_test.h"
 
 namespace model_test {
 
 /// What a script advises the record store of: it notes what it is told.
-class Listener final : public IDispatch {
+class Listener final : public OwnedByTest<IDispatch> {
  public:
   std::vector<std::string> calls;
   HRESULT result = S_OK;
   bool has_methods = true;
   std::function<void()> on_call;
-
-  // The test owns the object.
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *out = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
 
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
     if (!has_methods) return DISP_E_UNKNOWNNAME;

@@ -1,6 +1,7 @@
 // ModelDatabase.Load and Query.
 
 #include "tests/modeldb/model_test.h"
+#include "tests/modeldb/owned_by_test.h"
 
 namespace {
 
@@ -170,26 +171,9 @@ bool recordsets_are_the_platforms() {
 }
 
 /// A vertex that creates a recordset of its own while its record is being loaded.
-class RecordsetMaker final : public IVertex {
+class RecordsetMaker final : public model_test::OwnedByTest<IVertex> {
  public:
   int times_the_platforms = 0;
-
-  // The test owns the object.
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) ||
-                       IsEqualIID(iid, __uuidof(IVertex));
-    *out = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    return E_NOTIMPL;
-  }
 
   STDMETHODIMP LoadFromCurrentRecordsetPosition(IDispatch*, IDispatch*, BSTR) override {
     if (recordsets_are_the_platforms()) ++times_the_platforms;

@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "com/bstr.h"
+#include "tests/modeldb/owned_by_test.h"
 
 namespace model_test {
 
-/// A record that answers what a test tells it to, and notes what it is asked. It passes for a
-/// NodalForce.
-class RecordDouble final : public IPersistentObject {
+/// A record that answers what a test tells it to, and notes what it is asked.
+class RecordDouble final : public OwnedByTest<IPersistentObject, INodalForce> {
  public:
   long id = 0;
   long dirty = 1;
@@ -33,25 +33,6 @@ class RecordDouble final : public IPersistentObject {
   std::function<void()> on_put_id = [] {};
 
   std::vector<std::string> calls;
-
-  // IUnknown: the test owns the object.
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) ||
-                       IsEqualIID(iid, __uuidof(INodalForce));
-    *out = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-
-  // IDispatch: the record store calls through the virtual table alone.
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    return E_NOTIMPL;
-  }
 
   STDMETHODIMP get_ID(long* value) override {
     *value = id;

@@ -1,12 +1,11 @@
 // Programs of either kind of apartment, with several threads.
 
 #include <array>
-#include <atomic>
 #include <functional>
 #include <list>
 
 #include "tests/host/apartment.h"
-#include "tests/modeldb/model_test.h"
+#include "tests/modeldb/listener.h"
 
 namespace {
 
@@ -206,40 +205,16 @@ TEST_F(ThreadsTest, ObjectsOfAModelAreHandedOverAsDirectPointers) {
   }
 }
 
-/// Notes in which thread it is called.
-class ThreadNote final : public IDispatch {
- public:
-  std::atomic<DWORD> thread = 0;
-
-  // The test owns the object.
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *out = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) override {
-    ids[0] = 1;
-    return S_OK;
-  }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    thread = GetCurrentThreadId();
-    return S_OK;
-  }
-};
-
 TEST_F(ThreadsTest, AListenerIsCalledInTheThreadThatItBelongsTo) {
-  ThreadNote listener;
+  model_test::Listener listener;
+  DWORD thread = 0;
+  listener.on_call = [&] { thread = GetCurrentThreadId(); };
   const auto observed = store().query<IObservableRecordStore>();
   ASSERT_EQ(observed->Advise(&listener), S_OK);
   threads.start(COINIT_MULTITHREADED,
                 [&] { EXPECT_EQ(save_force(database, make_load_set(L"Wind")), ""); });
   threads.wait();
-  EXPECT_EQ(listener.thread, GetCurrentThreadId());
+  EXPECT_EQ(thread, GetCurrentThreadId());
   EXPECT_EQ(observed->Unadvise(&listener), S_OK);
 }
 
