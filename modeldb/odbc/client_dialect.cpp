@@ -41,6 +41,16 @@ constexpr std::wstring_view kChanging =
     L" insert update delete merge truncate into copy lock share call do grant revoke create alter"
     L" drop ";
 
+/// Columns that the server adds to every table, and words that are values to it. To a file they are
+/// names like any other.
+constexpr std::wstring_view kServersOwn =
+    L" cmax cmin ctid current_catalog current_role current_schema current_user localtime"
+    L" localtimestamp session_user system_user tableoid user xmax xmin ";
+/// Types whose values are names of the server's own tables, functions and users.
+constexpr std::wstring_view kServersTypes =
+    L" regclass regcollation regconfig regdictionary regnamespace regoper regoperator regproc"
+    L" regprocedure regrole regtype ";
+
 bool is_among(std::wstring_view words, std::wstring_view word) {
   return words.find(L" " + std::wstring(word) + L" ") != std::wstring_view::npos;
 }
@@ -172,6 +182,7 @@ class Translation {
       return put_called(name);
     }
     require_own(name);
+    require_known(name);
     if (is_quoted) {
       std::wstring quoted_name = L"\"";
       for (const wchar_t letter : name) {
@@ -211,6 +222,16 @@ class Translation {
         name == L"information_schema") {
       refuse(L"use the table " + std::wstring(unquoted(token_)));
     }
+  }
+
+  /// As a file answers, whose tables have no such column.
+  void require_known(const std::wstring& name) const {
+    if (is_among(kServersTypes, name)) fail_on(L"type");
+    if (before_.keyword == Keyword::kAs || !is_among(kServersOwn, name)) return;
+    const std::wstring written(unquoted(token_));
+    fail_on_text(kErrorsInCommand, L"The statement " + quoted(sql_),
+                 L" cannot be run: no such column: " + written + L". Correct it.",
+                 {.missing_column = written, .last_word = {}});
   }
 
   void require_reading(const std::wstring& name) const {

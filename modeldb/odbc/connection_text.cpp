@@ -1,6 +1,7 @@
 #include "modeldb/odbc/connection_text.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 #include <vector>
@@ -82,6 +83,34 @@ std::vector<Setting> settings_of(std::wstring_view text) {
   return settings;
 }
 
+/// What a setting says: its value without the braces around it.
+std::wstring meaning_of(std::wstring_view value) {
+  if (!value.starts_with(L'{')) return std::wstring(value);
+  std::wstring meaning;
+  for (std::size_t i = 1; i + 1 < value.size(); ++i) {
+    meaning += value[i];
+    if (value[i] == L'}') ++i;  // the other of two
+  }
+  return meaning;
+}
+
+/// An address of another kind may hold a password, and would be shown with it.
+void require_no_address(std::wstring_view name, const std::wstring& meaning) {
+  std::wstring text(meaning);
+  std::ranges::transform(text, text.begin(), folded);
+  const bool is_server = same_name(name, L"Server") || same_name(name, L"Servername");
+  const bool has_user = is_server && text.find(L'@', 1) != std::wstring::npos;
+  const bool is_address = std::ranges::any_of(
+      std::array{L"://", L"password", L"pwd"},
+      [&](const wchar_t* sign) { return text.find(sign) != std::wstring::npos; });
+  if (!has_user && !is_address) return;
+  fail(
+      kCannotOpenFile,
+      L"The value of " + std::wstring(name) +
+          L" in the connection string is no plain name. It is not repeated here, since it may hold "
+          L"a password. Give Server, Port, Database, Uid and Pwd, each by itself.");
+}
+
 void append(std::wstring& text, std::wstring_view name, std::wstring_view value) {
   text.append(name).append(L"=").append(value).append(L";");
 }
@@ -103,12 +132,18 @@ void require_no_connection_text(std::wstring_view location) {
 ConnectionText read_connection_text(std::wstring_view location) {
   const auto given = location.substr(kOdbcPrefix.size());
   if (given.find(L'\0') != std::wstring_view::npos) refuse();
-  ConnectionText result{.complete = {}, .shown = std::wstring(kOdbcPrefix)};
+  ConnectionText result{
+      .complete = {}, .shown = std::wstring(kOdbcPrefix), .driver = {}, .source = {}};
   for (const auto& [name, value] : settings_of(given)) {
     const auto is_name = [&](std::wstring_view known) { return same_name(known, name); };
     if (std::ranges::any_of(kOwn, [&](const auto& own) { return is_name(own.first); })) continue;
     append(result.complete, name, value);
-    if (std::ranges::any_of(kShown, is_name)) append(result.shown, name, value);
+    if (!std::ranges::any_of(kShown, is_name)) continue;
+    const std::wstring meaning = meaning_of(value);
+    require_no_address(name, meaning);
+    append(result.shown, name, value);
+    if (is_name(L"Driver")) result.driver = meaning;
+    if (is_name(L"DSN")) result.source = meaning;
   }
   for (const auto& [name, value] : kOwn) append(result.complete, name, value);
   return result;

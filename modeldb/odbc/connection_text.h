@@ -20,6 +20,8 @@ struct ConnectionText {
   /// For sentences and Location: who is reached, by what, as whom. What might be secret, and
   /// settings, are left out.
   std::wstring shown;
+  std::wstring driver;  ///< its name, or empty
+  std::wstring source;  ///< that of the data source, or empty
 };
 
 /// kCannotOpenFile, with a sentence: it is no connection string.

@@ -196,32 +196,6 @@ void fail_as_server(const Diagnosis& diagnosis, std::wstring_view location, std:
   fail_on_text(answer->result, subject, std::wstring(answer->clause));
 }
 
-void fail_to_connect(const Diagnosis& diagnosis, std::wstring_view location) {
-  const std::wstring model = L"The model " + quoted(location) + L" cannot be opened: ";
-  if (diagnosis.is(L"IM002")) {
-    fail(kCannotOpenFile, model +
-                              L"there is no data source or ODBC driver of that name. Install "
-                              L"PostgreSQL's driver, and compare the name with those in the "
-                              L"list of ODBC's drivers.");
-  }
-  if (diagnosis.is_of_class(L"IM") || diagnosis.is(L"01000")) {
-    fail(kCannotOpenFile, model +
-                              L"its ODBC driver cannot be loaded. Install it anew, for programs "
-                              L"of as many bits as this one has.");
-  }
-  if (diagnosis.is_of_class(L"28")) {
-    fail(kCannotOpenFile,
-         model + L"the server refuses the user or the password. Correct Uid and Pwd.");
-  }
-  if (diagnosis.is(L"3D000")) {
-    fail(kCannotOpenFile, model + L"the server has no database of that name. Have it made first.");
-  }
-  fail(kCannotOpenFile,
-       model +
-           L"the server cannot be reached, or refuses the user, the password or the database. "
-           L"Check that it runs, and the connection string.");
-}
-
 void fail_as_disconnected(std::wstring_view location) {
   fail(kInvalidConnection,
        L"The connection to the model " + quoted(location) +

@@ -29,8 +29,6 @@ struct Diagnosis {
 /// model.
 [[noreturn]] void fail_as_server(const Diagnosis& diagnosis, std::wstring_view location,
                                  std::wstring_view sql);
-/// Raises kCannotOpenFile: what happened when the connection was made.
-[[noreturn]] void fail_to_connect(const Diagnosis& diagnosis, std::wstring_view location);
 /// Raises kInvalidConnection: it was lost, and with it what was not committed.
 [[noreturn]] void fail_as_disconnected(std::wstring_view location);
 

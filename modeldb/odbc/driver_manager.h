@@ -24,6 +24,7 @@ struct DriverManager {
   X(SQLFreeHandle)            \
   X(SQLSetEnvAttr)            \
   X(SQLSetConnectAttrW)       \
+  X(SQLDriversW)              \
   X(SQLDriverConnectW)        \
   X(SQLDisconnect)            \
   X(SQLEndTran)               \

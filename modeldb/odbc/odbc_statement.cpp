@@ -327,6 +327,31 @@ void OdbcStatement::look_up_a_set() {
   take({rows, {0, rows->rows().count()}});
 }
 
+/// Executes it; what ODBC answers.
+SQLRETURN OdbcStatement::send() {
+  for (std::size_t i = 0; i < parameters_.size(); ++i) {
+    tell(static_cast<int>(i) + 1, parameters_[i]);
+  }
+  if (limit_ != limit_told_) {
+    odbc().SQLSetStmtAttrW(handle_.get(), SQL_ATTR_QUERY_TIMEOUT,
+                           as_pointer(static_cast<SQLULEN>(limit_)), 0);
+    limit_told_ = limit_;
+  }
+  is_executed_ = true;
+  if (is_direct_) {
+    return odbc().SQLExecDirectW(handle_.get(), characters(text_.c_str()),
+                                 static_cast<SQLINTEGER>(text_.size()));
+  }
+  const SQLRETURN result = odbc().SQLExecute(handle_.get());
+  if (result != SQL_ERROR) return result;
+  // Somebody has given a table another column since.
+  const auto diagnosis = Diagnosis::of(SQL_HANDLE_STMT, handle_.get());
+  if (!diagnosis.is(L"0A000")) return result;
+  odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
+  prepare();
+  return odbc().SQLExecute(handle_.get());
+}
+
 void OdbcStatement::execute() {
   session_.require_alive();
   has_run_ = true;
@@ -339,25 +364,7 @@ void OdbcStatement::execute() {
   if (!reads_beside && !is_direct_) session_.queue().flush(!only_reads_);
   if (looks_up_a_set()) return look_up_a_set();
   session_.prepare_to_run();
-  for (std::size_t i = 0; i < parameters_.size(); ++i) {
-    tell(static_cast<int>(i) + 1, parameters_[i]);
-  }
-  if (limit_ != limit_told_) {
-    odbc().SQLSetStmtAttrW(handle_.get(), SQL_ATTR_QUERY_TIMEOUT,
-                           as_pointer(static_cast<SQLULEN>(limit_)), 0);
-    limit_told_ = limit_;
-  }
-  is_executed_ = true;
-  SQLRETURN result = is_direct_ ? odbc().SQLExecDirectW(handle_.get(), characters(text_.c_str()),
-                                                        static_cast<SQLINTEGER>(text_.size()))
-                                : odbc().SQLExecute(handle_.get());
-  // Somebody has given a table another column since.
-  if (result == SQL_ERROR && !is_direct_ &&
-      Diagnosis::of(SQL_HANDLE_STMT, handle_.get()).is(L"0A000")) {
-    odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
-    prepare();
-    result = odbc().SQLExecute(handle_.get());
-  }
+  const SQLRETURN result = send();
   if (result == SQL_NO_DATA) return;
   check(result);
   describe();

@@ -87,6 +87,7 @@ class OdbcStatement final : public Statement {
   void tell(int number, Parameter& parameter);
   void prepare();
   void execute();
+  SQLRETURN send();
   [[nodiscard]] bool finds_rows_ahead();
   [[nodiscard]] bool is_queued();
   [[nodiscard]] std::span<const RowValue> row_values();

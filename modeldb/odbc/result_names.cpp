@@ -68,9 +68,9 @@ void ResultNames::note_items(std::wstring_view sql) {
         token.kind == TokenKind::kEnd || token.keyword == Keyword::kFrom || token.is_operator(L';');
     if (depth == 0 && (ends_list || token.is_operator(L','))) {
       if (length == 0) return items_.clear();
-      const std::wstring text(first.text.data(), last.end());
-      items_.push_back(
-          {.text = is_path || has_alias ? L"" : text, .is_all = is_path && last.is_operator(L'*')});
+      Item& item = items_.emplace_back();
+      item.is_all = is_path && last.is_operator(L'*');
+      if (!is_path && !has_alias) item.text.assign(first.text.data(), last.end());
       first = last = {};
       length = 0;
       is_path = true;

@@ -6,6 +6,7 @@
 #include "modeldb/base/ascii.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/engine/engine.h"
+#include "modeldb/odbc/connection_failure.h"
 #include "modeldb/odbc/odbc_statement.h"
 
 namespace modeldb {
@@ -42,7 +43,7 @@ void Session::connect() {
       connection_.get(), nullptr, characters(text_.complete.c_str()),
       static_cast<SQLSMALLINT>(text_.complete.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
   if (!SQL_SUCCEEDED(result)) {
-    fail_to_connect(Diagnosis::of(SQL_HANDLE_DBC, connection_.get()), location());
+    fail_to_connect(Diagnosis::of(SQL_HANDLE_DBC, connection_.get()), text_, environment_);
   }
   is_open_ = true;
   own_ = StatementHandle(connection_.get());
@@ -177,7 +178,7 @@ void Session::commit() {
 
 void Session::fail_to_commit() {
   const auto diagnosis = Diagnosis::of(SQL_HANDLE_DBC, connection_.get());
-  if (diagnosis.state.empty() || diagnosis.is_lost_connection()) is_lost_ = true;
+  if (diagnosis.state.empty() || is_lost(diagnosis)) is_lost_ = true;
   fail_as_server(diagnosis, location(), L"COMMIT TRANSACTION");
 }
 
@@ -217,8 +218,7 @@ void Session::prepare_to_run() {
 void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
   const auto diagnosis = Diagnosis::of(SQL_HANDLE_STMT, statement);
   odbc().SQLFreeStmt(statement, SQL_CLOSE);
-  // The driver has no state of its own for a connection that it finds closed.
-  if (diagnosis.is_lost_connection() || (diagnosis.is(L"HY000") && !answers())) is_lost_ = true;
+  if (is_lost(diagnosis)) is_lost_ = true;
   has_failed_ = true;
   if (diagnosis.is(L"25P02")) fail_as_lost(location());
   // A trigger that was stopped may have been about to let a lock go (key_rules.h).
@@ -227,6 +227,11 @@ void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
   }
   if (is_lost_) fail_as_disconnected(location());
   fail_as_server(diagnosis, location(), sql);
+}
+
+/// The driver has no state of its own for a connection that it finds closed.
+bool Session::is_lost(const Diagnosis& diagnosis) noexcept {
+  return diagnosis.is_lost_connection() || (diagnosis.is(L"HY000") && !answers());
 }
 
 bool Session::answers() noexcept {

@@ -97,6 +97,8 @@ class Session {
   void set_automatic(bool is_automatic) noexcept;
   /// Whether the server is still there.
   [[nodiscard]] bool answers() noexcept;
+  /// Whether the connection is, for all that is said of a failure.
+  [[nodiscard]] bool is_lost(const Diagnosis& diagnosis) noexcept;
   [[noreturn]] void fail_as_closed_or_lost() const;
   [[noreturn]] void fail_to_commit();
   [[noreturn]] void fail_as_unknown() const;
