@@ -45,6 +45,9 @@ class Engine {
   /// is refused with kPermissionDenied before anything is done. `sql` is one statement, with a
   /// question mark for each parameter. What is wrong with it is raised as a TextError.
   [[nodiscard]] virtual std::unique_ptr<Statement> prepare(std::wstring_view sql, Trust author) = 0;
+  /// Whether a new row is inserted best by a statement without the column of its key, which it gets
+  /// all the same. Otherwise the key is NULL.
+  [[nodiscard]] virtual bool gives_keys_unasked() const { return false; }
   /// Key of the row that was inserted last.
   [[nodiscard]] virtual std::int64_t last_insert_id() const = 0;
   /// The greatest key that the table has ever given a row, or taken from one; 0 when it had none.

@@ -6,18 +6,21 @@
 namespace modeldb {
 
 Table::Table(Kind kind) : kind_(std::move(kind)) {
+  constexpr std::wstring_view kComma = L", ";
   std::wstring parameters;
   std::wstring unchanged;
   for (const Column& column : kind_.columns) {
     const wchar_t* const separator = column_list_.empty() ? L"" : L", ";
     column_list_ += separator + column.name;
     assignments_ += separator + column.name + L" = ?";
-    parameters += L", ?";
+    parameters.append(kComma).append(L"?");
     unchanged += L" AND " + column.name + L" IS NOT DISTINCT FROM ?";
   }
   const std::wstring where = L" WHERE " + kind_.key + L" = ?";
   insert_ = FixedText(L"INSERT INTO " + kind_.table + L" (" + kind_.key + L", " + column_list_ +
                       L") VALUES (?" + parameters + L")");
+  append_ = FixedText(L"INSERT INTO " + kind_.table + L" (" + column_list_ + L") VALUES (" +
+                      parameters.substr(kComma.size()) + L")");
   update_ = FixedText(L"UPDATE " + kind_.table + L" SET " + assignments_ + where);
   update_unchanged_ =
       FixedText(L"UPDATE " + kind_.table + L" SET " + assignments_ + where + unchanged);
@@ -26,14 +29,25 @@ Table::Table(Kind kind) : kind_(std::move(kind)) {
   find_ = FixedText(L"SELECT " + column_list_ + L" FROM " + kind_.table + where);
 }
 
-long Table::insert(Database& database, long id, std::span<const Literal> values) const {
-  const StatementLease statement = database.prepare(insert_);
+StatementLease Table::insertion(Database& database, long id,
+                                std::span<const Literal> values) const {
+  if (id == 0 && database.engine().gives_keys_unasked()) {
+    StatementLease statement = database.prepare(append_);
+    statement->bind_all(values);
+    return statement;
+  }
+  StatementLease statement = database.prepare(insert_);
   if (id == 0) {
     statement->bind(1, nullptr);
   } else {
     statement->bind(1, id);
   }
   statement->bind_all(values, 2);
+  return statement;
+}
+
+long Table::insert(Database& database, long id, std::span<const Literal> values) const {
+  const StatementLease statement = insertion(database, id, values);
   statement->step();
   const std::int64_t key = database.engine().last_insert_id();
   if (key > std::numeric_limits<long>::max()) fail_as_used_up(kind_.table);

@@ -36,10 +36,14 @@ class Table {
   [[nodiscard]] StatementLease find(Database& database, long id) const;
 
  private:
+  /// The statement that inserts the row, with all that it needs.
+  StatementLease insertion(Database& database, long id, std::span<const Literal> values) const;
+
   Kind kind_;
   std::wstring column_list_;
   std::wstring assignments_;
   FixedText insert_;
+  FixedText append_;
   FixedText update_;
   FixedText update_unchanged_;
   FixedText remove_;

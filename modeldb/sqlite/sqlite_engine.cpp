@@ -29,6 +29,8 @@ class SqliteEngine final : public Engine {
   [[nodiscard]] std::unique_ptr<Statement> prepare(std::wstring_view sql, Trust author) override {
     return std::make_unique<SqliteStatement>(file_, sql, author);
   }
+  // Where a statement has the key, SQLite looks for a row that has it already.
+  [[nodiscard]] bool gives_keys_unasked() const override { return true; }
   [[nodiscard]] std::int64_t last_insert_id() const override {
     file_.require_open();
     return sqlite3_last_insert_rowid(file_.handle());
