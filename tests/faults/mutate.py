@@ -9,6 +9,7 @@ The faults stand in faults.txt beside this program: blocks of lines, a blank lin
     text: return E_UNEXPECTED;           what stands there, exactly once
     fault: return S_OK;                  what is put in its place
     tests: com_test                      the tests that concern it, as a regular expression of ctest
+    first: UndoTest.*                    cases likely to notice it, which save the time of all others
     harmless: reason                     only where no test can or need notice it
     endless: reason                      only where what is to end no longer does
 
@@ -25,7 +26,7 @@ import shutil
 import subprocess
 import sys
 
-FIELDS = ('file', 'text', 'fault', 'tests', 'harmless', 'endless')
+FIELDS = ('file', 'text', 'fault', 'tests', 'first', 'harmless', 'endless')
 
 
 def read_faults(path):
@@ -82,9 +83,9 @@ class Copy:
         if configured.returncode != 0:
             sys.exit('mutate: the copy cannot be configured\n' + configured.stdout[-2000:])
 
-    def run(self, *command):
+    def run(self, *command, cases='*'):
         return subprocess.run(command, cwd=self.path, text=True, errors='replace',
-                              env=dict(os.environ, GTEST_FAIL_FAST='1'),
+                              env=dict(os.environ, GTEST_FAIL_FAST='1', GTEST_FILTER=cases),
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT)
 
@@ -97,12 +98,13 @@ class Copy:
         """What these tests need, and nothing else."""
         return self.run('cmake', '--build', '--preset', 'x64', '--target', *names)
 
-    def first_failure(self, names, registers=True):
+    def first_failure(self, names, registers=True, cases='*'):
         """The first test that fails, with the way in which it does. Registering the modules takes
         longer than most tests, and is left out where it would write what it wrote before."""
         chosen = '^(' + '|'.join(re.escape(name) for name in names) + ')$'
         without = [] if registers else ['--fixture-exclude-setup', '.']
-        tried = self.run('ctest', '--preset', 'x64', '--stop-on-failure', '-R', chosen, *without)
+        tried = self.run('ctest', '--preset', 'x64', '--stop-on-failure', '-R', chosen, *without,
+                         cases=cases)
         if tried.returncode == 0:
             return None
         failed = [(name, way) for name, way
@@ -135,7 +137,11 @@ def outcome_of(fault, copy):
         touches_registry = fault['file'].endswith(('.idl', '.in'))
         registers = touches_registry or copy.registry_is_touched
         copy.registry_is_touched = touches_registry
-        return judge(fault, copy.first_failure(names, registers))
+        failure = None
+        if 'first' in fault:
+            failure = copy.first_failure(names, registers, fault['first'])
+            registers = False
+        return judge(fault, failure or copy.first_failure(names, registers))
     finally:
         with open(path, 'w', encoding='utf-8', newline='') as file:
             file.write(content)

@@ -437,22 +437,6 @@ TEST_F(TeamTest, ListenersHearOfEachBatchOfOthersOnce) {
   EXPECT_EQ(store().query<IObservableRecordStore>()->Unadvise(&listener), S_OK);
 }
 
-TEST_F(TeamTest, EachOfMoreRecordsThanAreFetchedAtOnceHasItsVertexAndSets) {
-  ASSERT_EQ(save(make_load_set(L"Wind")), S_OK) << model_test::last_sentence();
-  owner_.run(
-      L"INSERT INTO Vertices SELECT i, '', i, 0, 0 FROM generate_series(1, 5001) i; INSERT INTO "
-      L"NodalForces SELECT i, '', i, 1, 0, 0, 0, 0, 0 FROM generate_series(1, 5001) i; INSERT INTO "
-      L"NodalForceLoadSets (LoadSetID, NodalForceID) VALUES (1, 5001)");
-  com::Ptr<INodalForce> last;
-  ASSERT_EQ(load_forces()->Item(5000, last.put()), S_OK);
-  double x = 0;
-  vertex_of(last)->get_X(&x);
-  EXPECT_EQ(x, 5001);
-  long sets = 0;
-  load_sets_of(last)->get_Count(&sets);
-  EXPECT_EQ(sets, 1);
-}
-
 TEST_F(TeamTest, TableThatSomebodyElseWidensIsReadOn) {
   ASSERT_EQ(save(make_load_set(L"Wind")), S_OK) << model_test::last_sentence();
   ASSERT_EQ(value(L"SELECT * FROM LoadSets"), "1");
