@@ -112,7 +112,9 @@ class Copy:
                   if way != 'Not Run']
         if not failed:
             return Failure('ctest', 'Not Run')
-        case = re.search(r'\[  FAILED  \] ([^\s,]+)', tried.stdout)
+        # Of a program that ends within a case, that case.
+        case = re.search(r'\[  FAILED  \] ([^\s,]+)', tried.stdout) or re.search(
+            r'\[ RUN      \] (\S+)(?!.*\[ RUN      \])', tried.stdout, re.S)
         return Failure(failed[0][0] + (f', {case[1]}' if case else ''), failed[0][1])
 
 

@@ -146,6 +146,26 @@ TEST_F(UndoTest, StepWhoseRowsAnotherProgramChangedIsRefusedAsAWhole) {
             "1");
 }
 
+TEST_F(UndoTest, DamagedHistoryIsRefusedAndChangesNothing) {
+  saved_force(1);
+  const std::string rows = all_rows();
+  // Cut short, of a kind that there is not, and a first value that is that of the row before.
+  for (const std::string damaged :
+       {"substr(Changes, 1, length(Changes) - 1)", "CAST('?' || substr(Changes, 2) AS BLOB)",
+        "CAST(substr(Changes, 1, 4) || 's' || substr(Changes, 6) AS BLOB)"}) {
+    SCOPED_TRACE(damaged);
+    reopen();
+    const std::string intact = file.read();
+    OtherProgram(file.path()).run(("UPDATE orv_step_rows SET Changes = " + damaged).c_str());
+    EXPECT_SENTENCE(undo(), HasSubstr("The history of the model is damaged"));
+    EXPECT_EQ(all_rows(), rows);
+    database->Close();
+    file.write(intact);
+    ASSERT_EQ(open(file.path()), S_OK);
+  }
+  EXPECT_EQ(undo(), S_OK) << model_test::last_sentence();
+}
+
 TEST_F(UndoTest, LinksThatSayTheSameAreFoundAgainByWhatTheySay) {
   saved_force(1);
   execute(L"INSERT INTO NodalForceLoadSets VALUES (1, 1)");
