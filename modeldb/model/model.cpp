@@ -28,7 +28,7 @@ Model::Model(std::wstring_view location)
     keep_links_with_records(*database_, catalogue_);
     location_ = std::make_shared<const std::wstring>(database_->location());
     history_.emplace(*database_, history_terms(catalogue_));
-    if (database_->engine().is_shared()) seen_rows_ = std::make_unique<SeenRows>();
+    if (database_->engine().is_shared()) seen_rows_ = std::make_shared<SeenRows>();
     database_->mark_unchanged();
   } catch (...) {
     database_->discard();

@@ -32,7 +32,7 @@ class Model {
   /// What can be undone.
   [[nodiscard]] History& history() { return *history_; }
   /// Null where nobody else changes rows at the same time.
-  [[nodiscard]] SeenRows* seen_rows() const { return seen_rows_.get(); }
+  [[nodiscard]] const std::shared_ptr<SeenRows>& seen_rows() const { return seen_rows_; }
 
  private:
   // First: the catalogue asks records, which create the model's objects.
@@ -41,7 +41,7 @@ class Model {
   std::shared_ptr<Database> database_;
   std::shared_ptr<const std::wstring> location_;
   std::optional<History> history_;
-  std::unique_ptr<SeenRows> seen_rows_;
+  std::shared_ptr<SeenRows> seen_rows_;
 };
 
 }  // namespace modeldb

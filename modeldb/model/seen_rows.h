@@ -11,10 +11,12 @@ namespace modeldb {
 /// the model at the same time: one of them that is gone was deleted by somebody else.
 class SeenRows {
  public:
-  void add(const Table& table, long key) { keys_[&table].insert(key); }
-  void forget(const Table& table, long key) {
+  /// False when it was known already.
+  bool add(const Table& table, long key) { return keys_[&table].insert(key).second; }
+  /// False when it was not known.
+  bool forget(const Table& table, long key) {
     const auto keys = keys_.find(&table);
-    if (keys != keys_.end()) keys->second.erase(key);
+    return keys != keys_.end() && keys->second.erase(key) > 0;
   }
   [[nodiscard]] bool has(const Table& table, long key) const {
     const auto keys = keys_.find(&table);

@@ -131,7 +131,7 @@ long RecordStore::write_row(Model& model, const Record& record, const OwnRow* ro
     if (!update_row(model, record, saved)) record.table().insert(database, id, values_.get());
     if (!saved.empty()) log_.reverted->forget(record);
   }
-  if (model.seen_rows()) model.seen_rows()->add(record.table(), id);
+  note_seen(model, record.table(), id, true);
   return id;
 }
 
@@ -143,6 +143,20 @@ void RecordStore::read_row(const Record& record, const OwnRow* row) {
   } else {
     values_.read_for_update(record);
   }
+}
+
+/// Notes that the row was written or deleted, until the change that does so is taken back.
+void RecordStore::note_seen(Model& model, const Table& table, long id, bool is_there) {
+  const auto& rows = model.seen_rows();
+  if (!rows) return;
+  if (!(is_there ? rows->add(table, id) : rows->forget(table, id))) return;
+  log_.touched.emplace_back(ChangeLog::Undo([rows, &table, id, is_there] {
+    if (is_there) {
+      rows->forget(table, id);
+    } else {
+      rows->add(table, id);
+    }
+  }));
 }
 
 /// Writes the row over that of the record's ID; false when there is none.
@@ -158,8 +172,9 @@ bool RecordStore::update_row(Model& model, const Record& record, const std::wstr
     if (!model.seen_rows()->has(table, id)) return false;
     fail(kChangedByOthers,
          record.name() +
-             L" cannot be saved: somebody else has deleted it. Set its ID to 0 to save it as a "
-             L"new one, or set Overwrite of the model database to True to bring it back.");
+             L" cannot be saved: its row has been deleted since, by somebody else or by a "
+             L"statement. Set its ID to 0 to save it as a new one, or set Overwrite of the model "
+             L"database to True to bring it back.");
   }
   fail(kChangedByOthers,
        record.name() +
@@ -178,7 +193,7 @@ STDMETHODIMP RecordStore::DeleteRecord(IDispatch* record) {
 bool RecordStore::remove_row(Model& model, const Record& record) {
   try {
     const bool is_removed = remove_own_row(*model.database(), record);
-    if (is_removed && model.seen_rows()) model.seen_rows()->forget(record.table(), record.id());
+    if (is_removed) note_seen(model, record.table(), record.id(), false);
     return is_removed;
   } catch (const com::Error& error) {
     fail_to_delete(error, *model.database(), model.catalogue(), record);

@@ -127,7 +127,7 @@ TEST_F(TeamTest, DeletionsAndChangesOfOthersAreNotUndoneUnasked) {
   theirs->put_Magnitude(20);
   ASSERT_EQ(save_in(other, theirs), S_OK);
 
-  EXPECT_SENTENCE(save(gone), HasSubstr("NodalForce 1 cannot be saved: somebody else has deleted"));
+  EXPECT_SENTENCE(save(gone), HasSubstr("NodalForce 1 cannot be saved: its row has been deleted"));
   EXPECT_SENTENCE(changed->Delete(database.get()),
                   HasSubstr("NodalForce 2 cannot be deleted: its row is not what it was"));
   EXPECT_EQ(value(L"SELECT sum(Magnitude) FROM NodalForces"), "23");
@@ -166,6 +166,25 @@ TEST_F(TeamTest, RollbackIsNoChangeOfSomebodyElse) {
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "3");
   ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
   EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "4");
+}
+
+TEST_F(TeamTest, RowThatARollbackTookWasNotDeletedBySomebodyElse) {
+  const auto force = make_force(1);
+  force->put_ID(7);
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(execute(L"ROLLBACK TRANSACTION"), S_OK);
+  force->put_Magnitude(2);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces WHERE NodalForceID = 7"), "2");
+
+  // A deletion that was taken back does not make the next one this program's own.
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(force->Delete(database.get()), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(execute(L"ROLLBACK TRANSACTION"), S_OK);
+  const auto other = open_other(file.path());
+  ASSERT_EQ(force_of(other, 7)->Delete(other.get()), S_OK) << model_test::last_sentence();
+  EXPECT_SENTENCE(save(force), HasSubstr("NodalForce 7 cannot be saved: its row has been deleted"));
 }
 
 TEST_F(TeamTest, LockOfAnotherIsWaitedForAsLongAsTheTimeoutSays) {

@@ -6,7 +6,7 @@ program=("$@")
 
 orv() {
   echo "\$ orv $*"
-  "${program[@]}" "$@" 2>&1 | sed 's/"Z:[^"]*\\/"/'
+  "${program[@]}" "$@" 2>&1 | sed 's|"/[^"]*/|"|'
   local status=${PIPESTATUS[0]}
   ((status == 0)) || echo "(exit status $status)"
 }
@@ -72,6 +72,8 @@ orv frobnicate
 orv list "$model" force --where '1=1) UNION ALL SELECT 1 FROM LoadSets WHERE (1=1'
 orv draw "$model" --deck "$deck" -o "$deck"
 orv csv-export "$model" force "$model"
+orv csv-export "$model" force ''
+orv draw "$model" -o "$(printf '%0256d' 0)" | grep -o 'is too long.*'
 printf 'VertexID;LoadSets;Description\r\n1;"""a;b""; snow";"two\nlines \033[31m 漢ü"\r\n' >names.csv
 printf "2;;O'Neill \"x\"\n" >>names.csv
 orv csv-import "$model" force names.csv

@@ -1,5 +1,6 @@
 #include "tools/content/file_trouble.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace content {
@@ -7,11 +8,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::string utf8(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
 std::string full_path(const fs::path& path) {
   std::error_code error;
   const fs::path full = fs::absolute(path, error);
-  const std::u8string text = (error ? path : full).u8string();
-  return {text.begin(), text.end()};
+  return utf8(error ? path : full);
+}
+
+/// In characters, or bytes where names are bytes, of usual file systems.
+constexpr std::size_t kLongestName = 255;
+
+bool is_blank(const fs::path& path) {
+  return std::ranges::all_of(path.native(), [](auto c) { return c == ' '; });
 }
 
 std::string named(const fs::path& path) { return '"' + full_path(path) + '"'; }
@@ -23,6 +35,10 @@ bool has_folder(const fs::path& path) {
 
 /// What is wrong with the path, be it to read or to write; empty if nothing is.
 std::string why_no_file(const fs::path& path) {
+  if (is_blank(path)) return "The path is empty. Give the path of a file.";
+  if (path.filename().native().size() > kLongestName) {
+    return "The name \"" + utf8(path.filename()) + "\" is too long for a file.";
+  }
   std::error_code error;
   if (is_device(path)) {
     return "The path " + named(path) + " is that of a device. Give the path of a file.";
@@ -59,8 +75,7 @@ std::string why_not_written(const fs::path& path) {
   }
   return "The file " + named(path) +
          " cannot be written. May you write there, is there room, and does no other program have "
-         "it "
-         "open?";
+         "it open?";
 }
 
 }  // namespace content

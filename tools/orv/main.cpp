@@ -16,6 +16,7 @@
 #include "tools/orv/command.h"
 #include "tools/orv/exit_status.h"
 #include "tools/orv/standard_output.h"
+#include "tools/orv/system_path.h"
 #include "tools/text/utf8.h"
 #include "version.h"
 
@@ -65,7 +66,7 @@ ExitStatus fail_with(const std::string& sentence) {
     // The failure at hand is told, whatever became of the output.
   }
   std::cout.exceptions(std::ios::goodbit);
-  std::cerr << "orv: " << content::without_controls(sentence) << '\n';
+  std::cerr << "orv: " << content::without_controls(with_system_paths(sentence)) << '\n';
   return kFailed;
 }
 

@@ -19,7 +19,7 @@ namespace {
 struct Options {
   std::string model;
   std::string kind;
-  std::string out;
+  std::optional<std::string> out;
 };
 
 /// A stream that writes into a new file.
@@ -46,14 +46,14 @@ void run(const Options& options) {
   const ModelFile model = ModelFile::open(options.model);
   model::Database database = model.database();
   Listing listing(database, options.kind);
-  if (options.out.empty()) {
+  if (!options.out) {
     std::optional<Progress> progress;
     if (!is_terminal(STD_OUTPUT_HANDLE)) progress.emplace("Writing " + options.kind);
     write_csv(std::cout, listing);
     return;
   }
-  const Progress progress("Writing " + options.out);
-  text::NewFile file(options.out);
+  const Progress progress("Writing " + *options.out);
+  text::NewFile file(*options.out);
   FileBuffer buffer(file);
   std::ostream stream(&buffer);
   stream.exceptions(std::ios::badbit);  // the file's own sentence
