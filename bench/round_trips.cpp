@@ -71,6 +71,33 @@ void measure_saving(const Proxy& proxy, const ScratchServerModel& scratch) {
                 [&] { return saving(model, kCollection); });
 }
 
+/// The save of a collection of forces that were loaded and changed.
+auto saving_changed(const Model& model) {
+  const auto forces = load_all(model);
+  for (long index = 0; index < kCollection; ++index) {
+    const auto force = item(*forces.get(), index);
+    double magnitude = 0;
+    force->get_Magnitude(&magnitude);
+    force->put_Magnitude(magnitude + 1);
+  }
+  return [&model, forces] { save_all(model, *forces.get(), com::Variant::omitted()); };
+}
+
+/// The deletion of a collection of forces, which are saved first.
+auto deleting(const Model& model) {
+  const auto forces = make_new_forces(model, kCollection);
+  save_all(model, *forces.get(), com::Variant::omitted());
+  return [&model, forces] { delete_all(model, *forces.get()); };
+}
+
+void measure_changing(const Proxy& proxy, const ScratchServerModel& scratch) {
+  saving(Model(scratch.location()), kCollection)();
+  const Model model(scratch.location(proxy.port()));
+  measure_trips("Save of 1,000 forces that have changed", proxy, 100,
+                [&] { return saving_changed(model); });
+  measure_trips("Delete of 1,000 forces", proxy, 100, [&] { return deleting(model); });
+}
+
 void measure_loading(const Proxy& proxy, const ScratchServerModel& scratch) {
   saving(Model(scratch.location()), kCollection)();
   const Model model(scratch.location(proxy.port()));
@@ -88,6 +115,7 @@ void print_round_trips() {
   const Proxy proxy(server_port());
   measure_saving(proxy, ScratchServerModel());
   measure_loading(proxy, ScratchServerModel());
+  measure_changing(proxy, ScratchServerModel());
 }
 
 }  // namespace bench

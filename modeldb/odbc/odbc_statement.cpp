@@ -100,7 +100,7 @@ OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trus
       only_reads_(is_query(text_)),
       is_direct_(is_direct),
       insertion_(RowInsertion::of(trust == Trust::kHost ? sql_ : text_)),
-      deletion_(RowDeletion::of(text_)),
+      change_(RowChange::of(text_)),
       handle_(session.allocate(this)) {
   if (auto query = QueryByKey::of(text_)) by_key_.emplace(session_.rows_ahead(), std::move(*query));
   try {
@@ -248,6 +248,19 @@ bool OdbcStatement::finds_rows_ahead() {
   return true;
 }
 
+/// Whether it reads the row of a number, as a transaction reads one after the other.
+bool OdbcStatement::finds_rows_behind() {
+  const bool is_by_number =
+      session_.is_in_transaction() && !by_key_->query().table.empty() && parameters_.size() == 1 &&
+      parameters_.front().type == Type::kInteger &&
+      session_.queue().is_key(by_key_->query().table, by_key_->query().column);
+  if (!is_by_number) return false;
+  auto found = by_key_->fetch_on(parameters_.front().integer);
+  if (!found.rows) return false;
+  take(std::move(found));
+  return true;
+}
+
 void OdbcStatement::take(RowsOfQuery::Found found) {
   ahead_ = std::move(found);
   next_ = ahead_.range.begin;
@@ -275,7 +288,7 @@ bool OdbcStatement::is_queued() {
   queued_rows_.reset();
   if (!is_planned_) {
     if (insertion_) insertion_plan_ = session_.queue().plan(*insertion_);
-    if (deletion_) deletion_plan_ = session_.queue().plan(*deletion_);
+    if (change_) change_plan_ = session_.queue().plan(*change_);
     is_planned_ = true;
   }
   if (insertion_plan_ && insertion_plan_->types.size() == parameters_.size()) {
@@ -285,10 +298,12 @@ bool OdbcStatement::is_queued() {
     session_.rows_ahead().forget(insertion_->table);
     session_.add_changes(1);
     queued_rows_ = 1;
-  } else if (deletion_plan_ && parameters_.size() == 1 &&
-             parameters_.front().type == Type::kInteger &&
-             deletion_plan_->unlinked.contains(parameters_.front().integer)) {
-    queued_rows_ = 0;
+  } else if (change_plan_) {
+    queued_rows_ = session_.queue().change(*change_plan_, row_values());
+    if (queued_rows_) {
+      session_.rows_ahead().forget(change_->table);
+      session_.add_changes(*queued_rows_);
+    }
   }
   return queued_rows_.has_value();
 }
@@ -356,13 +371,17 @@ void OdbcStatement::execute() {
   session_.require_alive();
   has_run_ = true;
   if (finds_rows_ahead() || is_queued()) return;
-  if (!only_reads_) session_.rows_ahead().forget();
+  if (!only_reads_) {
+    session_.rows_ahead().forget();
+    session_.queue().note_change();
+  }
   // Who reads one table alone needs only the rows of that.
   const bool reads_beside = by_key_ && !by_key_->query().table.empty() &&
                             !session_.queue().has_rows_of(by_key_->query().table);
   // For one that is direct, whoever wanted it has done that.
   if (!reads_beside && !is_direct_) session_.queue().flush(!only_reads_);
   if (looks_up_a_set()) return look_up_a_set();
+  if (reads_beside && finds_rows_behind()) return;
   session_.prepare_to_run();
   const SQLRETURN result = send();
   if (result == SQL_NO_DATA) return;

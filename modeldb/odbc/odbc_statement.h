@@ -89,6 +89,7 @@ class OdbcStatement final : public Statement {
   void execute();
   SQLRETURN send();
   [[nodiscard]] bool finds_rows_ahead();
+  [[nodiscard]] bool finds_rows_behind();
   [[nodiscard]] bool is_queued();
   [[nodiscard]] std::span<const RowValue> row_values();
   [[nodiscard]] bool looks_up_a_set() const;
@@ -110,7 +111,7 @@ class OdbcStatement final : public Statement {
   const bool is_direct_;
   std::optional<RowsOfQuery> by_key_;
   const std::optional<RowInsertion> insertion_;
-  const std::optional<RowDeletion> deletion_;
+  const std::optional<RowChange> change_;
   StatementHandle handle_;
   std::deque<Parameter> parameters_;
   std::vector<Type> types_;
@@ -128,7 +129,7 @@ class OdbcStatement final : public Statement {
   std::size_t row_ = 0;         // at which it stands
   std::size_t next_ = 0;        // of its rows, or of those ahead
   RowPlan* insertion_plan_ = nullptr;
-  const KeysInUse* deletion_plan_ = nullptr;
+  ChangePlan* change_plan_ = nullptr;
   bool is_planned_ = false;  // tables are known once a model is open
   std::vector<RowValue> row_values_;
   std::optional<std::int64_t> queued_rows_;  // that it changed, when it did not go to the server

@@ -154,14 +154,29 @@ RowsOfQuery::Found RowsOfQuery::find(std::int64_t key) {
   if (const auto known = remembered_.find(key); known != remembered_.end()) {
     return {known->second, *known->second->find(key)};
   }
-  if (!expected_) return {};
   if (fetched_) {
-    if (const auto range = fetched_->find(key)) return {fetched_, *range};
+    if (const auto range = fetched_->find(key)) {
+      reach_.note_use();
+      return {fetched_, *range};
+    }
   }
+  if (!expected_) return {};
   auto keys = expected_->from(key);
   if (keys.empty()) return {};
   fetched_ = fetch(std::move(keys));
   return {fetched_, *fetched_->find(key)};
+}
+
+RowsOfQuery::Found RowsOfQuery::fetch_on(std::int64_t key) {
+  const std::size_t count = reach_.next();
+  if (count == 1) return {};
+  ResultRows rows = OdbcStatement::rows_of(
+      ahead_.session(), query_.select + query_.path + L" >= " + std::to_wstring(key) +
+                            L" ORDER BY " + query_.path + L" LIMIT " + std::to_wstring(count));
+  std::vector<std::int64_t> keys(rows.count());
+  for (std::size_t row = 0; row < keys.size(); ++row) keys[row] = rows.integer(row, 0);
+  fetched_ = std::make_shared<KeyedRows>(std::move(keys), std::move(rows));
+  return find(key);
 }
 
 std::shared_ptr<KeyedRows> RowsOfQuery::fetch(std::vector<std::int64_t> keys) {
@@ -184,6 +199,12 @@ void RowsOfQuery::expect(std::shared_ptr<ExpectedKeys> keys) {
 void RowsOfQuery::forget() noexcept {
   fetched_.reset();
   remembered_.clear();
+  reach_.forget();
+}
+
+void RowsOfQuery::reset() noexcept {
+  forget();
+  reach_ = {};
 }
 
 // --- Of all queries ---
@@ -211,6 +232,10 @@ void RowsAhead::end() noexcept {
 
 void RowsAhead::forget() noexcept {
   for (RowsOfQuery* const each : queries_) each->forget();
+}
+
+void RowsAhead::reset() noexcept {
+  for (RowsOfQuery* const each : queries_) each->reset();
 }
 
 void RowsAhead::forget(std::wstring_view table) noexcept {

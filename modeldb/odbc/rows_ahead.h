@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "modeldb/engine/fetch_ahead.h"
+#include "modeldb/odbc/reach.h"
 #include "modeldb/odbc/result_rows.h"
 
 namespace modeldb {
@@ -94,6 +95,9 @@ class RowsOfQuery {
 
   /// Those of one key: remembered, or fetched with others that will be asked for.
   [[nodiscard]] Found find(std::int64_t key);
+  /// The row of one key and those behind it, which a transaction may ask for next. They are what
+  /// they were until it has changed something by itself.
+  [[nodiscard]] Found fetch_on(std::int64_t key);
   /// Sets are looked up for every record that is saved in them: within a transaction they are what
   /// they were.
   void remember(std::int64_t key, std::shared_ptr<KeyedRows> rows);
@@ -101,6 +105,8 @@ class RowsOfQuery {
   /// Which keys will be asked for; null for the end of that.
   void expect(std::shared_ptr<ExpectedKeys> keys);
   void forget() noexcept;
+  /// A transaction begins.
+  void reset() noexcept;
 
  private:
   [[nodiscard]] std::shared_ptr<KeyedRows> fetch(std::vector<std::int64_t> keys);
@@ -109,6 +115,7 @@ class RowsOfQuery {
   const QueryByKey query_;
   std::shared_ptr<ExpectedKeys> expected_;
   std::shared_ptr<KeyedRows> fetched_;
+  Reach reach_;
   std::unordered_map<std::int64_t, std::shared_ptr<KeyedRows>> remembered_;
 };
 
@@ -125,6 +132,8 @@ class RowsAhead final : public FetchAhead {
   void forget() noexcept;
   /// Something may have changed in that table.
   void forget(std::wstring_view table) noexcept;
+  /// A transaction begins.
+  void reset() noexcept;
 
   [[nodiscard]] Session& session() const { return session_; }
   /// A query takes part until it leaves.

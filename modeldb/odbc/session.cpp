@@ -151,7 +151,7 @@ void Session::begin() {
   prepare_to_run();
   set_automatic(false);
   queue_.reset();
-  rows_ahead_.forget();
+  rows_ahead_.reset();
   is_undone_ = false;
   is_begun_ = true;
   is_told_within_ = has_failed_ = false;

@@ -103,15 +103,51 @@ std::optional<RowInsertion> RowInsertion::of(std::wstring_view sql) {
   return row;
 }
 
-std::optional<RowDeletion> RowDeletion::of(std::wstring_view sql) {
+std::optional<RowChange> RowChange::of(std::wstring_view sql) {
   const auto tokens = tokens_of(sql);
-  if (tokens.size() != 7 || !is_word(tokens[0], L"delete") || !is_word(tokens[1], L"from") ||
-      tokens[2].kind != TokenKind::kName || !is_word(tokens[3], L"where") ||
-      tokens[4].kind != TokenKind::kName || !tokens[5].is_operator(L'=') ||
-      tokens[6].kind != TokenKind::kParameter) {
+  std::size_t next = 0;
+  const auto takes_word = [&](std::wstring_view word) {
+    const bool is = next < tokens.size() && is_word(tokens[next], word);
+    next += is ? 1 : 0;
+    return is;
+  };
+  const auto takes_name = [&](std::wstring& name) {
+    if (next >= tokens.size() || tokens[next].kind != TokenKind::kName) return false;
+    name = folded_name(tokens[next++].text);
+    return true;
+  };
+  const auto takes_parameter = [&] {
+    return next < tokens.size() && tokens[next++].kind == TokenKind::kParameter;
+  };
+  const auto takes_operator = [&](wchar_t which) {
+    const bool is = next < tokens.size() && tokens[next].is_operator(which);
+    next += is ? 1 : 0;
+    return is;
+  };
+  RowChange change;
+  if (takes_word(L"delete")) {
+    if (!takes_word(L"from") || !takes_name(change.table)) return {};
+  } else {
+    if (!takes_word(L"update") || !takes_name(change.table) || !takes_word(L"set")) return {};
+    do {
+      if (!takes_name(change.columns.emplace_back()) || !takes_operator(L'=') ||
+          !takes_parameter()) {
+        return {};
+      }
+    } while (takes_operator(L','));
+  }
+  if (!takes_word(L"where") || !takes_name(change.key) || !takes_operator(L'=') ||
+      !takes_parameter()) {
     return {};
   }
-  return RowDeletion{folded_name(tokens[2].text), folded_name(tokens[4].text)};
+  while (takes_word(L"and")) {
+    if (!takes_name(change.had.emplace_back()) || !takes_word(L"is") || !takes_word(L"not") ||
+        !takes_word(L"distinct") || !takes_word(L"from") || !takes_parameter()) {
+      return {};
+    }
+  }
+  if (next != tokens.size()) return {};
+  return change;
 }
 
 void WriteQueue::learn(const TableDefinition& table) { tables_[folded_name(table.name)] = table; }
@@ -154,9 +190,56 @@ RowPlan* WriteQueue::plan(const RowInsertion& insertion) {
   return &plans_.try_emplace(insertion.table + L" " + plan.columns, plan).first->second;
 }
 
-const KeysInUse* WriteQueue::plan(const RowDeletion& deletion) {
-  const TableDefinition* const links = find(deletion.table);
-  return links && links->is_link_table() ? keys_of(deletion.column) : nullptr;
+const TableDefinition* WriteQueue::records_of(std::wstring_view key_column) const {
+  const auto links = std::ranges::find_if(tables_, [&](const auto& each) {
+    const TableDefinition& table = each.second;
+    return table.is_link_table() && folded_name(table.columns.back().name) == key_column;
+  });
+  if (links == tables_.end()) return nullptr;
+  const auto records = std::ranges::find_if(tables_, [&](const auto& each) {
+    return !each.second.key.empty() && folded_name(each.second.key) == key_column;
+  });
+  return records == tables_.end() ? nullptr : &records->second;
+}
+
+LockedRows& WriteQueue::locked_rows(const TableDefinition& table) {
+  std::wstring columns = table.key;
+  for (const Column& column : table.columns) columns += L", " + column.name;
+  return locked_
+      .try_emplace(folded_name(table.name), session_, table.name, std::move(columns), table.key)
+      .first->second;
+}
+
+ChangePlan* WriteQueue::plan(const RowChange& change) {
+  const TableDefinition* const table = find(change.table);
+  const TableDefinition* const records = records_of(change.key);
+  if (!table || !records) return nullptr;
+  const bool are_links = table->is_link_table();
+  if (are_links ? !change.columns.empty() || !change.had.empty() : table != records) return nullptr;
+  ChangePlan plan{.table = table, .columns = change.columns};
+  const auto place_of = [&](const std::wstring& name) {
+    return static_cast<std::size_t>(
+        std::ranges::find(table->columns, name,
+                          [](const Column& each) { return folded_name(each.name); }) -
+        table->columns.begin());
+  };
+  std::wstring name = change.table;
+  for (const std::wstring& column : change.columns) {
+    const std::size_t place = place_of(column);
+    if (place == table->columns.size()) return nullptr;
+    plan.types.push_back(table->columns[place].type);
+    name += L" " + column;
+  }
+  name += L" had";
+  for (const std::wstring& column : change.had) {
+    const std::size_t place = place_of(column);
+    if (place == table->columns.size()) return nullptr;
+    plan.compared.push_back(place + 1);  // behind the key
+    name += L" " + column;
+  }
+  plan.keys = keys_of(change.key);
+  plan.rows = &locked_rows(*records);
+  return &change_plans_.try_emplace(name, std::move(plan)).first->second;
 }
 
 void WriteQueue::reset() noexcept {
@@ -165,6 +248,7 @@ void WriteQueue::reset() noexcept {
   waiting_ = 0;
   forget_rows();
   for (auto& [table, keys] : keys_) keys.next_draw = 1;
+  for (auto& [table, rows] : locked_) rows.reset();
 }
 
 /// What is undone is nobody's own any more, and locked no more.
@@ -174,33 +258,37 @@ void WriteQueue::forget_rows() noexcept {
     keys.unlinked.clear();
     keys.linked.clear();
   }
+  note_change();
+}
+
+void WriteQueue::note_change() noexcept {
+  for (auto& [table, rows] : locked_) rows.forget();
 }
 
 // --- Rows ---
 
-bool WriteQueue::fits(const RowPlan& plan, std::span<const RowValue> values) {
+bool WriteQueue::fit(std::span<const ColumnType> types, std::span<const RowValue> values) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     const RowValue& value = values[i];
-    // The key alone, which is given then.
-    if (std::holds_alternative<std::nullptr_t>(value)) {
-      if (i != 0 || !plan.keys) return false;
-      continue;
-    }
+    if (std::holds_alternative<std::nullptr_t>(value)) return false;
     const auto* const number = std::get_if<std::int64_t>(&value);
     const bool is_text = std::holds_alternative<std::wstring_view>(value);
-    if (is_text != (plan.types[i] == ColumnType::kText)) return false;
-    if (plan.types[i] != ColumnType::kInteger) continue;
+    if (is_text != (types[i] == ColumnType::kText)) return false;
+    if (types[i] != ColumnType::kInteger) continue;
     if (!number || *number < INT32_MIN || *number > INT32_MAX) return false;
   }
   return true;
 }
 
 std::optional<std::int64_t> WriteQueue::insert(RowPlan& plan, std::span<const RowValue> values) {
-  if (!session_.is_in_transaction() || !fits(plan, values)) return {};
+  // The key alone may be left to be given.
+  const std::size_t left = plan.keys && std::holds_alternative<std::nullptr_t>(values[0]) ? 1 : 0;
+  const std::span<const ColumnType> types(plan.types);
+  if (!session_.is_in_transaction() || !fit(types.subspan(left), values.subspan(left))) return {};
   std::int64_t key = 0;
   if (plan.keys) {
     // A key that the row brings may be taken.
-    if (!std::holds_alternative<std::nullptr_t>(values[0])) return {};
+    if (left == 0) return {};
     key = draw_key(*plan.keys);
     if (key == 0) return {};
     plan.keys->own.insert(key);
@@ -218,8 +306,12 @@ std::optional<std::int64_t> WriteQueue::insert(RowPlan& plan, std::span<const Ro
     append_value(array, i == 0 && key != 0 ? RowValue(key) : values[i]);
   }
   ++rows.count;
-  if (++waiting_ >= kMostWaiting) flush(false);
+  count_one_more();
   return key;
+}
+
+void WriteQueue::count_one_more() {
+  if (++waiting_ >= kMostWaiting) flush(false);
 }
 
 WriteQueue::Rows& WriteQueue::rows_for(Piece& piece, const RowPlan& plan) {
@@ -232,6 +324,86 @@ void WriteQueue::add(std::wstring_view statement) {
   pieces_.back().statements.append(statement).append(L"; ");
 }
 
+// --- Changes ---
+
+namespace {
+
+/// Whether a value is what "IS NOT DISTINCT FROM" takes for the same.
+bool is_same(const ResultRows& rows, std::size_t row, std::size_t column, const RowValue& value) {
+  switch (rows.type(row, column)) {
+    case ResultRows::Type::kNull:
+      return std::holds_alternative<std::nullptr_t>(value);
+    case ResultRows::Type::kText: {
+      const auto* const text = std::get_if<std::wstring_view>(&value);
+      return text && *text == rows.text(row, column);
+    }
+    case ResultRows::Type::kInteger:
+    case ResultRows::Type::kReal: {
+      if (const auto* const whole = std::get_if<std::int64_t>(&value)) {
+        return static_cast<double>(*whole) == rows.real(row, column);
+      }
+      const auto* const real = std::get_if<double>(&value);
+      return real && *real == rows.real(row, column);
+    }
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+bool WriteQueue::is_as_before(const ChangePlan& plan, std::int64_t key,
+                              std::span<const RowValue> had) {
+  const std::size_t row = plan.rows->row(key);
+  for (std::size_t i = 0; i < had.size(); ++i) {
+    if (!is_same(plan.rows->rows(), row, plan.compared[i], had[i])) return false;
+  }
+  return true;
+}
+
+/// The values are those that are set, the key, and those that the row has had.
+std::optional<std::int64_t> WriteQueue::change(ChangePlan& plan, std::span<const RowValue> values) {
+  const std::size_t set = plan.columns.size();
+  if (values.size() != set + 1 + plan.compared.size() || !session_.is_in_transaction()) return {};
+  const auto* const key = std::get_if<std::int64_t>(&values[set]);
+  if (!key) return {};
+  if (plan.table->is_link_table()) return change_links(plan, *key);
+  if (plan.keys->own.contains(*key) || !plan.rows->reach(*key)) return {};
+  const bool fits = fit(plan.types, values.first(set));
+  if (!fits || !is_as_before(plan, *key, values.subspan(set + 1))) return {};
+  plan.rows->take(*key);
+  keep(plan, *key, values.first(set));
+  return 1;
+}
+
+std::optional<std::int64_t> WriteQueue::change_links(ChangePlan& plan, std::int64_t key) {
+  if (plan.keys->unlinked.contains(key)) return 0;
+  if (plan.keys->own.contains(key)) return {};
+  const std::wstring& table = plan.table->name;
+  auto links = plan.rows->links(table, key);
+  if (!links && plan.rows->reach(key)) links = plan.rows->links(table, key);
+  if (!links) return {};
+  plan.rows->take_links(table, key);
+  if (*links > 0) keep(plan, key, {});
+  return links;
+}
+
+void WriteQueue::keep(const ChangePlan& plan, std::int64_t key, std::span<const RowValue> values) {
+  std::vector<Changes>& all = pieces_.back().changes;
+  auto found = std::ranges::find(all, &plan, &Changes::plan);
+  if (found == all.end()) {
+    all.push_back({&plan, {}, std::vector<std::wstring>(values.size())});
+    found = all.end() - 1;
+  }
+  if (found->count++ > 0) {
+    found->keys += L',';
+    for (std::wstring& array : found->values) array += L',';
+  }
+  append_number(found->keys, key);
+  for (std::size_t i = 0; i < values.size(); ++i) append_value(found->values[i], values[i]);
+  count_one_more();
+}
+
 // --- Links ---
 
 bool WriteQueue::has_column(std::wstring_view table, std::wstring_view column) const {
@@ -240,6 +412,11 @@ bool WriteQueue::has_column(std::wstring_view table, std::wstring_view column) c
                    std::ranges::any_of(found->columns, [&](const Column& each) {
                      return folded_name(each.name) == column;
                    }));
+}
+
+bool WriteQueue::is_key(std::wstring_view table, std::wstring_view column) const {
+  const TableDefinition* const found = find(table);
+  return found && folded_name(found->key) == column;
 }
 
 void WriteQueue::note_locked(std::wstring_view table, std::int64_t key) {
@@ -332,6 +509,18 @@ void WriteQueue::append(Piece& to, Piece&& from) {
     }
   }
   to.statements += from.statements;
+  for (Changes& changes : from.changes) {
+    const auto there = std::ranges::find(to.changes, changes.plan, &Changes::plan);
+    if (there == to.changes.end()) {
+      to.changes.push_back(std::move(changes));
+      continue;
+    }
+    there->keys.append(L",").append(changes.keys);
+    for (std::size_t i = 0; i < changes.values.size(); ++i) {
+      there->values[i].append(L",").append(changes.values[i]);
+    }
+    there->count += changes.count;
+  }
 }
 
 bool WriteQueue::restart_savepoint() noexcept {
@@ -348,6 +537,7 @@ bool WriteQueue::undo_savepoint() noexcept {
 
 void WriteQueue::drop(Piece& piece) noexcept {
   for (const Rows& rows : piece.rows) waiting_ -= rows.count;
+  for (const Changes& changes : piece.changes) waiting_ -= changes.count;
   piece = {};
 }
 
@@ -355,14 +545,18 @@ void WriteQueue::drop(Piece& piece) noexcept {
 
 bool WriteQueue::has_rows_of(std::wstring_view table) const {
   return waiting_ > 0 && std::ranges::any_of(pieces_, [&](const Piece& piece) {
-           return std::ranges::any_of(piece.rows, [&](const Rows& rows) {
-             return folded_name(rows.plan->table->name) == table;
-           });
+           return std::ranges::any_of(piece.rows,
+                                      [&](const Rows& rows) {
+                                        return folded_name(rows.plan->table->name) == table;
+                                      }) ||
+                  std::ranges::any_of(piece.changes, [&](const Changes& changes) {
+                    return folded_name(changes.plan->table->name) == table;
+                  });
          });
 }
 
 bool WriteQueue::is_empty(const Piece& piece) {
-  return piece.rows.empty() && piece.statements.empty();
+  return piece.changes.empty() && piece.rows.empty() && piece.statements.empty();
 }
 
 void WriteQueue::flush(bool all) {
@@ -385,16 +579,45 @@ void WriteQueue::send(std::size_t pieces, std::wstring_view behind) {
   pieces_.erase(pieces_.begin(), end - 1);
   pieces_.front() = {};
   waiting_ = 0;
+  for (auto& [table, rows] : locked_) rows.note_sent();
   for (std::size_t i = 0; i < pieces; ++i) {
     if (i > 0) session_.send(L"SAVEPOINT level", L"SAVEPOINT");
     if (!is_empty(sending[i])) send(sending[i], i + 1 == pieces ? behind : L"");
   }
 }
 
-/// The rows of records, vertices and sets first, which links refer to.
+std::wstring WriteQueue::text_of(const Changes& changes) {
+  const ChangePlan& plan = *changes.plan;
+  const std::wstring& table = plan.table->name;
+  const std::wstring key =
+      plan.table->is_link_table() ? plan.table->columns.back().name : plan.table->key;
+  const std::wstring keys = L"'{" + changes.keys + L"}'::integer[]";
+  if (plan.columns.empty()) {
+    return L"DELETE FROM " + table + L" WHERE " + key + L" = ANY (" + keys + L"); ";
+  }
+  std::wstring assignments;
+  std::wstring arrays = keys;
+  std::wstring names = L"orv_key";
+  for (std::size_t i = 0; i < plan.columns.size(); ++i) {
+    const std::wstring name = L"orv_" + std::to_wstring(i);
+    assignments += (i == 0 ? L"" : L", ") + plan.columns[i] + L" = " + name;
+    arrays += L", '{" + changes.values[i] + L"}'::" + array_type(plan.types[i]);
+    names += L", " + name;
+  }
+  return L"UPDATE " + table + L" SET " + assignments + L" FROM unnest(" + arrays +
+         L") AS orv_new (" + names + L") WHERE " + key + L" = orv_key; ";
+}
+
+/// What is changed first, then the rows of records, vertices and sets, which links refer to.
 void WriteQueue::send(const Piece& piece, std::wstring_view behind) {
   std::wstring sql;
   std::wstring tables;
+  for (const Changes& changes : piece.changes) {
+    sql += text_of(changes);
+    tables += (tables.empty() ? L"" : L", ") +
+              std::wstring(changes.plan->columns.empty() ? L"DELETE FROM " : L"UPDATE ") +
+              changes.plan->table->name;
+  }
   for (const bool are_links : {false, true}) {
     for (const Rows& rows : piece.rows) {
       const RowPlan& plan = *rows.plan;
@@ -406,7 +629,7 @@ void WriteQueue::send(const Piece& piece, std::wstring_view behind) {
       }
       sql += L"INSERT INTO " + plan.table->name + L" (" + plan.columns +
              L") SELECT * FROM unnest(" + arrays + L"); ";
-      tables += (tables.empty() ? L"INSERT INTO " : L", ") + plan.table->name;
+      tables += (tables.empty() ? L"INSERT INTO " : L", INSERT INTO ") + plan.table->name;
     }
   }
   session_.send(sql.append(piece.statements).append(behind), tables);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "modeldb/engine/table_definition.h"
+#include "modeldb/odbc/locked_rows.h"
 
 namespace modeldb {
 
@@ -28,12 +29,16 @@ struct RowInsertion {
   static std::optional<RowInsertion> of(std::wstring_view sql);
 };
 
-/// "DELETE FROM table WHERE column = ?"
-struct RowDeletion {
-  std::wstring table;
-  std::wstring column;
+/// "DELETE FROM table WHERE column = ?", or the same of "UPDATE table SET column = ?, …"; a further
+/// "AND column IS NOT DISTINCT FROM ?" asks for what the row has had.
+struct RowChange {
+  std::wstring table;                 ///< in small letters, as the columns
+  std::vector<std::wstring> columns;  ///< that are set; none of a row that is deleted
+  std::wstring key;
+  std::vector<std::wstring> had;
 
-  static std::optional<RowDeletion> of(std::wstring_view sql);
+  /// Nothing when the text is anything else.
+  static std::optional<RowChange> of(std::wstring_view sql);
 };
 
 /// The keys of a table, as a transaction has to do with them.
@@ -56,11 +61,22 @@ struct RowPlan {
   KeysInUse* records = nullptr;  ///< of the records that they come from
 };
 
-/// Rows that a transaction has inserted and that the server does not have yet, since a way to it
-/// and back costs more than they do. They reach it with the transaction's next statement that could
-/// see them, or with its end, many at once. Only rows that nothing can be wrong with are kept back:
-/// under a key that the server has given for them, with values that fit, and links to sets that are
-/// locked or the transaction's own.
+/// How changes and deletions of records' rows, or deletions of their links, go there with others.
+struct ChangePlan {
+  const TableDefinition* table = nullptr;
+  std::vector<std::wstring> columns = {};
+  std::vector<ColumnType> types = {};      ///< of these, as they are set
+  std::vector<std::size_t> compared = {};  ///< of what the row has had: columns of the locked rows
+  KeysInUse* keys = nullptr;               ///< of the records
+  LockedRows* rows = nullptr;              ///< likewise
+};
+
+/// What a transaction has written and the server does not have yet, since a way to it and back
+/// costs more than a row does. It reaches it with the transaction's next statement that could see
+/// it, or with its end, many rows at once. Only what nothing can be wrong with is kept back: new
+/// rows under a key that the server has given for them, with values that fit; links to sets that
+/// are locked or the transaction's own; and changes and deletions of records' rows that are locked
+/// and known.
 ///
 /// Savepoints reach it with the rows behind them, if ever.
 class WriteQueue {
@@ -75,13 +91,18 @@ class WriteQueue {
 
   /// The way of rows; it stays as long as this. Null: there is none but their own statements.
   RowPlan* plan(const RowInsertion& insertion);
-  const KeysInUse* plan(const RowDeletion& deletion);
+  ChangePlan* plan(const RowChange& change);
 
   /// Takes a row over, and tells its key, or 0 of a table without; nothing when the row has to be
   /// inserted by its own statement. That it was is told by
   /// note_inserted().
   std::optional<std::int64_t> insert(RowPlan& plan, std::span<const RowValue> values);
   void note_inserted(RowPlan& plan, std::span<const RowValue> values);
+  /// Takes a change over, and tells how many rows it concerns; nothing when its own statement has
+  /// to be run.
+  std::optional<std::int64_t> change(ChangePlan& plan, std::span<const RowValue> values);
+  /// A statement is about to change the server's rows by itself.
+  void note_change() noexcept;
   /// A statement of the engine's own, without parameters, that nobody waits for.
   void add(std::wstring_view statement);
 
@@ -93,6 +114,8 @@ class WriteQueue {
 
   /// Whether that table of the model has that column; both in small letters.
   [[nodiscard]] bool has_column(std::wstring_view table, std::wstring_view column) const;
+  /// Whether that column is what gives the rows of that table their numbers; likewise.
+  [[nodiscard]] bool is_key(std::wstring_view table, std::wstring_view column) const;
   /// A row that is there, and locked until the transaction ends.
   void note_locked(std::wstring_view table, std::int64_t key);
   /// Whether records belong to the rows of that table.
@@ -110,22 +133,41 @@ class WriteQueue {
     std::vector<std::wstring> values;  // of each column, with commas between them
     std::size_t count = 0;
   };
+  struct Changes {
+    const ChangePlan* plan;
+    std::wstring keys;  // with commas between them, like the values
+    std::vector<std::wstring> values;
+    std::size_t count = 0;
+  };
   /// What waits behind a savepoint that the server does not know of; in front of all stands what
-  /// waits behind none.
+  /// waits behind none. Of a record and its links, which are there already, nothing is changed
+  /// twice.
   struct Piece {
+    std::vector<Changes> changes;
     std::vector<Rows> rows;
     std::wstring statements;
   };
 
   [[nodiscard]] const TableDefinition* find(std::wstring_view table) const;
   KeysInUse* keys_of(std::wstring_view key_column);
-  [[nodiscard]] static bool fits(const RowPlan& plan, std::span<const RowValue> values);
+  /// The table of records that have links, by their key.
+  [[nodiscard]] const TableDefinition* records_of(std::wstring_view key_column) const;
+  LockedRows& locked_rows(const TableDefinition& table);
+  std::optional<std::int64_t> change_links(ChangePlan& plan, std::int64_t key);
+  [[nodiscard]] static bool is_as_before(const ChangePlan& plan, std::int64_t key,
+                                         std::span<const RowValue> had);
+  void keep(const ChangePlan& plan, std::int64_t key, std::span<const RowValue> values);
+  void count_one_more();
+  /// Whether values go into columns of these types as they are.
+  [[nodiscard]] static bool fit(std::span<const ColumnType> types,
+                                std::span<const RowValue> values);
   /// 0: there are none left.
   std::int64_t draw_key(KeysInUse& keys);
   void draw_keys_for(const KeysInUse& needed);
   static void note_link(RowPlan& plan, std::span<const RowValue> values);
   static Rows& rows_for(Piece& piece, const RowPlan& plan);
   static void append(Piece& to, Piece&& from);
+  static std::wstring text_of(const Changes& changes);
   void forget_rows() noexcept;
   void send(std::size_t pieces, std::wstring_view behind);
   [[nodiscard]] static bool is_empty(const Piece& piece);
@@ -136,6 +178,8 @@ class WriteQueue {
   std::map<std::wstring, TableDefinition, std::less<>> tables_;
   std::map<std::wstring, KeysInUse, std::less<>> keys_;  // by table, in small letters
   std::map<std::wstring, RowPlan, std::less<>> plans_;   // by table and columns
+  std::map<std::wstring, ChangePlan, std::less<>> change_plans_;
+  std::map<std::wstring, LockedRows, std::less<>> locked_;  // by table, in small letters
   std::vector<Piece> pieces_ = std::vector<Piece>(1);
   std::size_t waiting_ = 0;
 };

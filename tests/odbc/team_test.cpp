@@ -145,6 +145,153 @@ TEST_F(TeamTest, DeletionsAndChangesOfOthersAreNotUndoneUnasked) {
   EXPECT_EQ(value(L"SELECT sum(NodalForceID) FROM NodalForces"), "1");
 }
 
+/// Collections that are there already are changed and deleted many at a time.
+class TeamCollectionTest : public TeamTest {
+ protected:
+  static constexpr long kCount = 40;
+
+  /// Forces 1 to 40 of those magnitudes, each in two sets, as they are in the model.
+  com::Ptr<INodalForces> make_forces() {
+    const auto first = make_load_set(L"Wind");
+    const auto second = make_load_set(L"Snow");
+    const auto forces = model_test::create<NodalForces, INodalForces>();
+    for (int number = 1; number <= kCount; ++number) {
+      const auto force = make_force(number);
+      load_sets_of(force)->Add(first.get());
+      load_sets_of(force)->Add(second.get());
+      forces->Add(force.get());
+    }
+    EXPECT_EQ(save(forces), S_OK) << model_test::last_sentence();
+    return load_forces();
+  }
+  static com::Ptr<INodalForce> item(const com::Ptr<INodalForces>& forces, long index) {
+    com::Ptr<INodalForce> force;
+    EXPECT_EQ(forces->Item(static_cast<int>(index), force.put()), S_OK);
+    return force;
+  }
+  static void strengthen(const com::Ptr<INodalForces>& forces) {
+    long count = 0;
+    forces->get_Count(&count);
+    for (long i = 0; i < count; ++i) {
+      const auto force = item(forces, i);
+      double magnitude = 0;
+      force->get_Magnitude(&magnitude);
+      force->put_Magnitude(magnitude + 1000);
+    }
+  }
+  /// The sentences about the records of the last collection that failed.
+  std::vector<std::string> failures() {
+    com::Ptr<IFailures> failures;
+    EXPECT_EQ(database->get_Failures(failures.put()), S_OK);
+    long count = 0;
+    failures->get_Count(&count);
+    std::vector<std::string> sentences;
+    for (long i = 0; i < count; ++i) {
+      com::Ptr<IFailure> failure;
+      failures->Item(i, failure.put());
+      com::Bstr sentence;
+      failure->get_Sentence(sentence.put());
+      sentences.push_back(model_test::narrow(sentence.view()));
+    }
+    return sentences;
+  }
+  std::string links() {
+    return value(
+        L"SELECT count(*) || ' of ' || count(DISTINCT NodalForceID) FROM NodalForceLoadSets");
+  }
+};
+
+TEST_F(TeamCollectionTest, RecordsThatOthersHaveChangedAreRefusedAloneAndNamed) {
+  const auto mine = make_forces();
+  const auto other = open_other(file.path());
+  ASSERT_EQ(execute_in(other, L"UPDATE NodalForces SET Vx = 7 WHERE NodalForceID = 20"), S_OK);
+  ASSERT_EQ(execute_in(other, L"DELETE FROM NodalForces WHERE NodalForceID = 30"), S_OK);
+  strengthen(mine);
+  ASSERT_EQ(save(mine), S_OK) << model_test::last_sentence();
+  EXPECT_THAT(failures(),
+              testing::ElementsAre(HasSubstr("NodalForce 20 cannot be saved: its row is not"),
+                                   HasSubstr("NodalForce 30 cannot be saved: somebody else")));
+  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude = NodalForceID + 1000"), "38");
+  EXPECT_EQ(links(), "78 of 39");
+
+  ASSERT_EQ(mine->Delete(database.get()), S_OK) << model_test::last_sentence();
+  EXPECT_THAT(failures(), testing::ElementsAre(HasSubstr("NodalForce 20 cannot be deleted"),
+                                               HasSubstr("NodalForce 30 is not in the model")));
+  EXPECT_EQ(value(L"SELECT sum(NodalForceID) FROM NodalForces"), "20");
+}
+
+TEST_F(TeamCollectionTest, ChangesAndDeletionsShareTheirWaysToTheServer) {
+  (void)make_forces();
+  const bench::Proxy proxy(server_port());
+  const auto other = open_other(location_by(proxy.port()));
+  com::Ptr<IDispatch> object;
+  ASSERT_EQ(other->Load(bstr(L"NodalForces").get(), com::Variant::omitted(),
+                        com::Variant::omitted(), object.put()),
+            S_OK);
+  const auto theirs = object.query<INodalForces>();
+  strengthen(theirs);
+  long before = proxy.round_trips();
+  ASSERT_EQ(theirs->Save(other.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+  EXPECT_LT(proxy.round_trips() - before, kCount);
+  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude > 1000"), "40");
+  before = proxy.round_trips();
+  ASSERT_EQ(theirs->Delete(other.get()), S_OK);
+  EXPECT_LT(proxy.round_trips() - before, kCount);
+  EXPECT_EQ(count(L"NodalForces") + count(L"NodalForceLoadSets"), "00");
+  other->Close();
+}
+
+TEST_F(TeamCollectionTest, RowsThatOthersHaveLockedAreWaitedForAlone) {
+  const auto mine = make_forces();
+  const auto other = open_other(file.path());
+  ASSERT_EQ(execute_in(other, L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(execute_in(other, L"UPDATE NodalForces SET Vx = 7 WHERE NodalForceID = 20"), S_OK);
+  com::Ptr<IDispatch> connection;
+  database->get_Connection(connection.put());
+  connection.query<Connection15>()->put_CommandTimeout(3);
+  strengthen(mine);
+  ASSERT_EQ(save(mine), S_OK) << model_test::last_sentence();
+  EXPECT_THAT(failures(), testing::ElementsAre(HasSubstr("is in use: another program")));
+  ASSERT_EQ(execute_in(other, L"ROLLBACK TRANSACTION"), S_OK);
+  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude > 1000"), "39");
+}
+
+TEST_F(TeamCollectionTest, WhatWaitsIsSeenByTheSameTransactionAndUndoneWithIt) {
+  const auto mine = make_forces();
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  for (int round = 1; round <= 2; ++round) {
+    strengthen(mine);
+    ASSERT_EQ(save(mine), S_OK) << model_test::last_sentence();
+    EXPECT_THAT(failures(), testing::IsEmpty());
+  }
+  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude = NodalForceID + 2000"), "40");
+  EXPECT_EQ(links(), "80 of 40");
+  // One by one, and by statements on rows that wait.
+  for (long id = 1; id <= 12; ++id) {
+    const auto force = item(mine, id - 1);
+    force->put_Magnitude(static_cast<double>(-id));
+    ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+    ASSERT_EQ(execute(L"UPDATE NodalForces SET Vz = Magnitude WHERE NodalForceID = " +
+                      std::to_wstring(id)),
+              S_OK);
+    ASSERT_EQ(execute(L"UPDATE NodalForces SET Vy = 3 WHERE NodalForceID = " + std::to_wstring(id)),
+              S_OK);
+    ASSERT_EQ(
+        execute(L"DELETE FROM NodalForceLoadSets WHERE NodalForceID = " + std::to_wstring(id)),
+        S_OK);
+  }
+  EXPECT_EQ(value(L"SELECT count(*) || ':' || sum(Vz) FROM NodalForces WHERE Vy = 3"), "12:-78");
+  EXPECT_EQ(links(), "56 of 28");
+  ASSERT_EQ(execute(L"ROLLBACK TRANSACTION"), S_OK);
+  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude = NodalForceID"), "40");
+  EXPECT_EQ(links(), "80 of 40");
+
+  ASSERT_EQ(save(mine), S_OK) << model_test::last_sentence();
+  EXPECT_THAT(failures(), testing::IsEmpty());
+  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude = NodalForceID + 2000"), "28");
+  EXPECT_EQ(links(), "80 of 40");
+}
+
 TEST_F(TeamTest, RollbackIsNoChangeOfSomebodyElse) {
   const auto force = make_force(1);
   ASSERT_EQ(save(force), S_OK);
