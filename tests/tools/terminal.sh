@@ -110,7 +110,8 @@ orv csv-import "$model" NodalRigidBoundaries rigid.csv
 orv list nothing.orvdb
 
 echo 'An import is undone:'
-"${program[@]}" import "$deck" again.orvdb >/dev/null
+cp "$deck" "l'åme.inp"
+"${program[@]}" import "l'åme.inp" again.orvdb >/dev/null
 orv undo again.orvdb
 orv list again.orvdb
 orv redo again.orvdb 1
