@@ -137,6 +137,8 @@ STDMETHODIMP ModelDatabase::Load(BSTR bstrCollection, VARIANT vWhere, VARIANT vO
                                  IDispatch** pVal) {
   return model_call(turns_, [&] {
     *pVal = nullptr;
+    const com::Ptr<RecordStore> store = store_;
+    if (store) store->hear_first();
     const std::shared_ptr<Model> open_model = model();
     const Kind& kind = kind_of_table(open_model->catalogue(), com::Bstr::view(bstrCollection));
     *pVal = read_collection(*open_model, this, kind, selection_of(vWhere, vOrder)).detach();

@@ -24,6 +24,9 @@ constexpr std::wstring_view kNoOneThere =
 /// The driver has one state for all of it, so that the words decide, which are those of
 /// PostgreSQL's client library and server in English; the first that fits counts.
 constexpr Reason kReasons[] = {
+    {L"pg_hba.conf",
+     L"the server's pg_hba.conf has no line that lets this user into that database from this "
+     L"machine, or only with SSLmode=require. Have one added."},
     {L"no password supplied",
      L"the server asks for a password, and was given none. Add Pwd, or a line for the server to "
      L"the "
@@ -32,9 +35,6 @@ constexpr Reason kReasons[] = {
      L"the server refuses the user or the password. Correct Uid and Pwd."},
     {L"role \"", L"the server knows no such user. Correct Uid, or have the user made first."},
     {L"database \"", L"the server has no such database. Correct Database, or have it made first."},
-    {L"pg_hba.conf",
-     L"the server lets this user into that database from no such machine, or not unencrypted. Have "
-     L"a line added to its pg_hba.conf."},
     {L"translate host name", L"there is no machine of the name that Server gives. Correct Server."},
     {L"connection option \"port\"", L"Port is to be a whole number. Correct it."},
     {L"invalid port number", L"Port is to be a number from 1 to 65535. Correct it."},

@@ -132,12 +132,14 @@ void require_no_connection_text(std::wstring_view location) {
 ConnectionText read_connection_text(std::wstring_view location) {
   const auto given = location.substr(kOdbcPrefix.size());
   if (given.find(L'\0') != std::wstring_view::npos) refuse();
+  bool is_told_elsewhere = false;  // whether to encrypt
   ConnectionText result{
       .complete = {}, .shown = std::wstring(kOdbcPrefix), .driver = {}, .source = {}};
   for (const auto& [name, value] : settings_of(given)) {
     const auto is_name = [&](std::wstring_view known) { return same_name(known, name); };
     if (std::ranges::any_of(kOwn, [&](const auto& own) { return is_name(own.first); })) continue;
     append(result.complete, name, value);
+    is_told_elsewhere |= is_name(L"SSLmode") || is_name(L"DSN") || is_name(L"FileDSN");
     if (!std::ranges::any_of(kShown, is_name)) continue;
     const std::wstring meaning = meaning_of(value);
     require_no_address(name, meaning);
@@ -146,6 +148,8 @@ ConnectionText read_connection_text(std::wstring_view location) {
     if (is_name(L"DSN")) result.source = meaning;
   }
   for (const auto& [name, value] : kOwn) append(result.complete, name, value);
+  // The driver would not even try to, and a server that asks for it would refuse to talk.
+  if (!is_told_elsewhere) append(result.complete, L"SSLmode", L"prefer");
   return result;
 }
 

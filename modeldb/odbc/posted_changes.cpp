@@ -8,6 +8,9 @@
 namespace modeldb {
 namespace {
 
+constexpr std::wstring_view kFirstOpenTransaction =
+    L"pg_snapshot_xmin(pg_current_snapshot())::text::bigint";
+
 /// "1,2,3"
 std::wstring list_of(const std::vector<long>& keys) {
   std::wstring list;
@@ -65,35 +68,32 @@ void PostedChanges::post(std::span<const ChangedRecords> changes) {
                        rows);
 }
 
-std::int64_t PostedChanges::first_open_transaction() {
-  OdbcStatement row(session_, L"SELECT pg_snapshot_xmin(pg_current_snapshot())::text::bigint",
-                    Trust::kHost);
-  return row.step() ? row.integer(0) : 0;
-}
-
 void PostedChanges::follow() {
-  if (!read_up_to_) read_up_to_ = first_open_transaction();
+  if (read_up_to_) return;
+  const ResultRows row =
+      OdbcStatement::rows_of(session_, L"SELECT " + std::wstring(kFirstOpenTransaction));
+  read_up_to_ = row.integer(0, 0);
 }
 
+/// In one way: transactions before the first that is open in the statement's snapshot have ended,
+/// and what they committed is seen by it.
 std::vector<ChangedRecords> PostedChanges::read() {
   std::vector<ChangedRecords> changes;
   if (!read_up_to_) return changes;
-  // Those before it have ended, and what they committed is seen by a statement that begins now.
-  const std::int64_t end = first_open_transaction();
-  if (end == *read_up_to_) return changes;
-  OdbcStatement rows(session_,
-                     L"SELECT AreDeleted, EventType, Keys FROM orv_changes WHERE TransactionID >= "
-                     L"? AND TransactionID < ? AND Author <> ? ORDER BY TransactionID, ChangeID",
-                     Trust::kHost);
-  rows.bind(1, *read_up_to_);
-  rows.bind(2, end);
-  rows.bind(3, author_);
-  while (rows.step()) {
-    changes.push_back({.are_deleted = rows.integer(0) != 0,
-                       .event_type = static_cast<long>(rows.integer(1)),
-                       .keys = keys_of(rows.text(2))});
+  const ResultRows rows = OdbcStatement::rows_of(
+      session_, L"SELECT orv_end, AreDeleted, EventType, Keys FROM (SELECT " +
+                    std::wstring(kFirstOpenTransaction) +
+                    L" AS orv_end) AS orv_now LEFT JOIN orv_changes ON TransactionID < orv_end AND "
+                    L"TransactionID >= " +
+                    std::to_wstring(*read_up_to_) + L" AND Author <> " + std::to_wstring(author_) +
+                    L" ORDER BY TransactionID, ChangeID");
+  for (std::size_t row = 0; row < rows.count(); ++row) {
+    if (rows.type(row, 1) == ResultRows::Type::kNull) continue;  // nobody has changed anything
+    changes.push_back({.are_deleted = rows.integer(row, 1) != 0,
+                       .event_type = static_cast<long>(rows.integer(row, 2)),
+                       .keys = keys_of(rows.text(row, 3))});
   }
-  read_up_to_ = end;
+  read_up_to_ = rows.integer(0, 0);
   return changes;
 }
 

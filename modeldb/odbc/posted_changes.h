@@ -24,9 +24,6 @@ class PostedChanges final : public ChangeBoard {
   std::vector<ChangedRecords> read() override;
 
  private:
-  /// All transactions with a smaller number have ended.
-  [[nodiscard]] std::int64_t first_open_transaction();
-
   Session& session_;
   const std::int64_t author_ = new_author();
   std::optional<std::int64_t> read_up_to_;

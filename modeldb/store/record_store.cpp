@@ -78,6 +78,7 @@ void RecordStore::save(IDispatch* record, const OwnRow* row, const VARIANT& down
 
 template <class Work>
 void RecordStore::run_for_client(IDispatch* record, Work&& work) {
+  hear_first();
   // A vertex or set that a record saves is part of the record.
   if (suspended_ && !is_changing()) {
     attempt_in_batch(record, work);
@@ -272,6 +273,12 @@ long RecordStore::hear_others() {
   return static_cast<long>(changes.size());
 }
 
+void RecordStore::hear_first() {
+  const bool is_part = suspended_ || is_changing() || log_.is_undoing ||
+                       model()->database()->transactions().is_open();
+  if (!is_part) (void)hear_others();
+}
+
 void RecordStore::send_queued() {
   if (is_changing() || log_.events.empty()) return;
   for (const Event& event : std::exchange(log_.events, {})) {
@@ -307,14 +314,14 @@ void RecordStore::tell_of_steps(const wchar_t* method, const std::vector<Step>& 
 
 STDMETHODIMP RecordStore::RecordsSaved(long eventObjectType, VARIANT ids) {
   return model_call(turns_, [&] {
-    (void)model();
+    hear_first();
     send_batch(L"RecordsSaved", eventObjectType, ids);
   });
 }
 
 STDMETHODIMP RecordStore::RecordsDeleted(long eventObjectType, VARIANT ids) {
   return model_call(turns_, [&] {
-    (void)model();
+    hear_first();
     send_batch(L"RecordsDeleted", eventObjectType, ids);
   });
 }

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "bench/proxy.h"
+#include "com/sentence.h"
 #include "modeldb/base/failure.h"
+#include "modeldb/odbc/connection_failure.h"
 #include "modeldb/odbc/odbc_statement.h"
 #include "modeldb/odbc/session.h"
 #include "tests/modeldb/listener.h"
@@ -208,9 +210,10 @@ TEST_F(TeamCollectionTest, RecordsThatOthersHaveChangedAreRefusedAloneAndNamed) 
   ASSERT_EQ(execute_in(other, L"DELETE FROM NodalForces WHERE NodalForceID = 30"), S_OK);
   strengthen(mine);
   ASSERT_EQ(save(mine), S_OK) << model_test::last_sentence();
-  EXPECT_THAT(failures(),
-              testing::ElementsAre(HasSubstr("NodalForce 20 cannot be saved: its row is not"),
-                                   HasSubstr("NodalForce 30 cannot be saved: somebody else")));
+  EXPECT_THAT(
+      failures(),
+      testing::ElementsAre(HasSubstr("NodalForce 20 cannot be saved: its row is not"),
+                           HasSubstr("NodalForce 30 cannot be saved: its row has been deleted")));
   EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude = NodalForceID + 1000"), "38");
   EXPECT_EQ(links(), "78 of 39");
 
@@ -600,6 +603,29 @@ TEST_F(TeamTest, ListenersHearOfEachBatchOfOthersOnce) {
   ASSERT_EQ(execute_in(other, L"COMMIT TRANSACTION"), S_OK);
   EXPECT_THAT(heard(), testing::ElementsAre(testing::MatchesRegex("RecordsDeleted .* \\[1\\]")));
   EXPECT_THAT(heard(), testing::IsEmpty());
+
+  // Whoever reads or writes hears of the others first, but not inside a transaction.
+  const auto hears_by = [&](auto&& work) {
+    const auto known = make_force(7);
+    EXPECT_EQ(save_in(other, known), S_OK);
+    const std::string theirs = "[" + std::to_string(id_of(known)) + "]";
+    listener.calls.clear();
+    work();
+    return std::ranges::count_if(listener.calls, [&](const std::string& call) {
+      return call.starts_with("RecordsSaved 1 ") && call.ends_with(theirs);
+    });
+  };
+  EXPECT_EQ(hears_by([&] { (void)load_forces(); }), 1);
+  EXPECT_EQ(hears_by([&] { EXPECT_EQ(save(make_force(8)), S_OK); }), 1);
+  EXPECT_EQ(hears_by([&] { EXPECT_EQ(save(forces), S_OK); }), 1);
+  EXPECT_THAT(heard(), testing::IsEmpty());
+  EXPECT_EQ(hears_by([&] {
+              EXPECT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+              EXPECT_EQ(save(make_force(9)), S_OK);
+              EXPECT_EQ(save(forces), S_OK);
+            }),
+            0);
+  ASSERT_EQ(execute(L"COMMIT TRANSACTION"), S_OK);
   EXPECT_EQ(store().query<IObservableRecordStore>()->Unadvise(&listener), S_OK);
 }
 
@@ -677,6 +703,33 @@ TEST_F(TeamTest, CopyThatCannotBeWholeCopiesNothing) {
   EXPECT_SENTENCE(database->CopyTo(bstr(file.path()).get(), &rows),
                   HasSubstr("the row 3000000000 of NodalForces"));
   EXPECT_EQ(asked(L"SELECT count(*) FROM Vertices"), "0");
+}
+
+TEST(ConnectionFailureTest, WhatTheServerSaysIsToldApart) {
+  const auto sentence_of = [](std::wstring_view says) {
+    modeldb::ConnectionText text{};
+    text.driver = L"PostgreSQL Unicode";
+    try {
+      modeldb::fail_to_connect({.state = L"08001", .message = std::wstring(says)}, text,
+                               modeldb::EnvironmentHandle(nullptr));
+    } catch (const com::Error& error) {
+      return model_test::narrow(com::sentence_of(error));
+    }
+  };
+  const std::wstring at = L"connection to server at \"dbhost\", port 5432 failed: ";
+  EXPECT_THAT(sentence_of(at + L"FATAL:  no pg_hba.conf entry for host \"192.168.7.9\", user "
+                               L"\"anna\", database \"bridge\", no encryption"),
+              HasSubstr("pg_hba.conf has no line"));
+  EXPECT_THAT(sentence_of(at + L"FATAL:  database \"brigde\" does not exist"),
+              HasSubstr("no such database"));
+  EXPECT_THAT(sentence_of(at + L"FATAL:  password authentication failed for user \"anna\""),
+              HasSubstr("refuses the user or the password"));
+  EXPECT_THAT(sentence_of(at + L"fe_sendauth: no password supplied"), HasSubstr("Add Pwd"));
+  EXPECT_THAT(sentence_of(at + L"server does not support SSL, but SSL was required"),
+              HasSubstr("SSLmode"));
+  EXPECT_THAT(sentence_of(L"invalid integer value \"x\" for connection option \"port\""),
+              HasSubstr("Port is to be"));
+  EXPECT_THAT(sentence_of(L"ganz etwas anderes"), HasSubstr("the connection string"));
 }
 
 TEST_F(TeamTest, PasswordIsNeverShown) {
