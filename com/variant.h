@@ -19,10 +19,14 @@ inline VARIANT* mutable_address(const VARIANT& value) { return const_cast<VARIAN
 /// Owning VARIANT. Converts to VARIANT for calls that take one by value: the callee borrows it.
 class Variant {
  public:
-  Variant() { VariantInit(&value_); }
+  Variant() = default;
   /// A copy of `source`; a failing copy is raised.
-  explicit Variant(const VARIANT& source) : Variant() {
-    check(VariantCopy(&value_, mutable_address(source)));
+  explicit Variant(const VARIANT& source) {
+    if (is_plain(source.vt)) {
+      value_ = source;
+    } else {
+      check(VariantCopy(&value_, mutable_address(source)));
+    }
   }
   explicit Variant(std::int16_t number) : Variant() {
     value_.vt = VT_I2;
@@ -110,9 +114,10 @@ class Variant {
   operator const VARIANT&() const { return value_; }
 
  private:
-  /// The platform's function looks at every type there is; what holds nothing needs no look.
-  void clear() {
-    switch (value_.vt) {
+  /// Whether a value of the type holds nothing. The platform's functions look at every type there
+  /// is; such a value needs no look.
+  static bool is_plain(VARTYPE type) {
+    switch (type) {
       case VT_EMPTY:
       case VT_NULL:
       case VT_I2:
@@ -120,14 +125,21 @@ class Variant {
       case VT_R8:
       case VT_BOOL:
       case VT_ERROR:
-        value_.vt = VT_EMPTY;
-        break;
+        return true;
       default:
-        VariantClear(&value_);
+        return false;
     }
   }
 
-  VARIANT value_;
+  void clear() {
+    if (is_plain(value_.vt)) {
+      value_.vt = VT_EMPTY;
+    } else {
+      VariantClear(&value_);
+    }
+  }
+
+  VARIANT value_{};
 };
 
 /// An optional truth value: whether it stands for true, and how its conversion went. What does not

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
 #include "com/automation.h"
@@ -259,7 +258,7 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
   void before_save(const FileOperation& operation, com::Outcome& outcome) {
     if (operation.cascades_down()) {
       const auto node = vertex();
-      outcome.set(com::check(node->Save(operation.database(), cascade_on(), cascade_on()), node));
+      outcome.set(com::check(node->Save(operation.database(), kCascadeOn, kCascadeOn), node));
     }
     vertex_id_.current = current_vertex_id();
   }
@@ -268,6 +267,12 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
     description_.commit();
     vertex_id_.commit();
     KindCommitFields();
+  }
+
+  /// Asked for at each insert.
+  static std::wstring_view column_list() {
+    static constexpr auto kList = orv::column_list([] { return Self::columns(); });
+    return {kList.data(), kList.size()};
   }
 
   static void append_key_column(Text& text) { text << KindObjectName() << L"ID"; }
@@ -296,16 +301,6 @@ class COrvelDbRecord : public com::AutomationObject<Interface, kLibrary> {
         append_assignments(text, saved_common(), values(kSaved));
         break;
     }
-  }
-
-  /// The same for every record of the kind, and asked for at each insert.
-  static std::wstring_view column_list() {
-    static const std::wstring list = [] {
-      Text text;
-      append_columns(text, Self::columns());
-      return std::wstring(text.view());
-    }();
-    return list;
   }
 
   [[nodiscard]] CommonValues current_common() const {

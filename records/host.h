@@ -37,7 +37,7 @@ com::Ptr<IModelDatabase> model_database(IDispatch* argument);
 com::Ptr<IRecordStore> record_store(const com::Ptr<IModelDatabase>& database);
 
 /// What the host's objects get as both cascade flags when a record saves them.
-inline com::Variant cascade_on() { return com::Variant(std::int16_t{VARIANT_TRUE}); }
+inline const com::Variant kCascadeOn{std::int16_t{VARIANT_TRUE}};
 
 /// One run of FileOpHelper: the flags as truth values and the host's command for link tables.
 class FileOperation {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <string_view>
 
 #include "records/text.h"
@@ -7,7 +10,7 @@
 namespace orv {
 
 // The texts of a record's row. Each begins with the columns that all kinds have; `for_each` calls
-// what it is given with every further column and its value, `columns` are these columns.
+// what it is given with every further column and its value.
 
 inline constexpr std::wstring_view kDescriptionColumn = L"Description";
 inline constexpr std::wstring_view kVertexColumn = L"VertexID";
@@ -18,10 +21,31 @@ struct CommonValues {
   long vertex_id;
 };
 
+/// Calls `visit` with each piece of the list of columns: their names, and what separates them.
+template <class Columns, class Visit>
+constexpr void for_each_piece(const Columns& columns, Visit visit) {
+  visit(kDescriptionColumn);
+  visit(std::wstring_view(L", "));
+  visit(kVertexColumn);
+  for (const auto& column : columns) {
+    visit(std::wstring_view(L", "));
+    visit(column.name);
+  }
+}
+
+/// The list of columns, in an array that the compiler makes; `columns` gives them.
 template <class Columns>
-void append_columns(Text& text, const Columns& columns) {
-  text << kDescriptionColumn << L", " << kVertexColumn;
-  for (const auto& column : columns) text << L", " << column.name;
+consteval auto column_list(Columns columns) {
+  constexpr std::size_t kLength = [columns] {
+    std::size_t length = 0;
+    for_each_piece(columns(), [&](std::wstring_view piece) { length += piece.size(); });
+    return length;
+  }();
+  std::array<wchar_t, kLength> list{};
+  auto end = list.begin();
+  for_each_piece(columns(),
+                 [&](std::wstring_view piece) { end = std::ranges::copy(piece, end).out; });
+  return list;
 }
 
 /// The description goes between its quotes as it stands; doubling the quotes inside it, or binding

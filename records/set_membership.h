@@ -84,7 +84,7 @@ class SetMembership {
             com::Outcome& outcome) const {
     if (operation.cascades_up()) {
       const auto sets = collection();
-      outcome.set(com::check(sets->Save(operation.database(), cascade_on(), cascade_on()), sets));
+      outcome.set(com::check(sets->Save(operation.database(), kCascadeOn, kCascadeOn), sets));
     }
     remove(operation, object, id, outcome);
     // The count is asked for again each time: a set may change its collection.

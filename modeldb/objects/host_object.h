@@ -75,7 +75,7 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
           if (dirty_ != 0) keep_for_undo(*store);
           dirty_ = 0;
         } else {
-          store->save_own(this, Row(image_), vCascadeDown, vCascadeUp);
+          store->save_own(this, Row(*this), vCascadeDown, vCascadeUp);
         }
         return S_OK;
       }
@@ -96,22 +96,8 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   }
 
   STDMETHODIMP FileOpHelper(IDispatch* pModelDatabase, long fohType, VARIANT, VARIANT) override {
-    return com::boundary([&] {
-      switch (static_cast<host::FileOp>(fohType)) {
-        case host::FileOp::kBeforeSave:
-          complete(pModelDatabase);
-          break;
-        case host::FileOp::kAfterSave:
-          after_save(own_store(pModelDatabase).get());
-          break;
-        case host::FileOp::kDelete:
-          if (const auto store = own_store(pModelDatabase)) {
-            const Turn turn(store->turns());
-            (void)stored_row(*store);
-          }
-          break;
-      }
-    });
+    return com::boundary(
+        [&] { take_part(own_store(pModelDatabase).get(), static_cast<host::FileOp>(fohType)); });
   }
 
   STDMETHODIMP get_EventObjectType(long* pVal) override {
@@ -146,11 +132,16 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
  private:
   class Row final : public OwnRow {
    public:
-    explicit Row(const RowImage& image) : image_(image) {}
-    void append_values(std::vector<Literal>& out) const override { image_.append_values(out); }
+    explicit Row(HostObject& object) : object_(object) {}
+    void take_part(RecordStore& store, host::FileOp operation) const override {
+      object_.take_part(&store, operation);
+    }
+    void append_values(std::vector<Literal>& out) const override {
+      object_.image_.append_values(out);
+    }
 
    private:
-    const RowImage& image_;
+    HostObject& object_;
   };
 
   Self& self() { return static_cast<Self&>(*this); }
@@ -165,11 +156,23 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
     return same;
   }
 
-  /// `store` is null when another module's has saved it.
-  void after_save(RecordStore* store) {
-    if (store) keep_for_undo(*store);
-    image_.commit();
-    remember(store);
+  /// `store` is null when it is that of another module.
+  void take_part(RecordStore* store, host::FileOp operation) {
+    switch (operation) {
+      case host::FileOp::kBeforeSave:
+        if (store) complete(*store);
+        break;
+      case host::FileOp::kAfterSave:
+        if (store) keep_for_undo(*store);
+        image_.commit();
+        remember(store);
+        break;
+      case host::FileOp::kDelete:
+        if (!store) break;
+        const Turn turn(store->turns());
+        (void)stored_row(*store);
+        break;
+    }
   }
 
   /// The object's row; empty when there is none. Raises, with a sentence, when the row is that of

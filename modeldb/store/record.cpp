@@ -27,6 +27,13 @@ std::wstring hexadecimal(HRESULT result) {
   return L"0x" + std::wstring(digits, end);
 }
 
+// Flags as arguments. They are there beforehand: one that was just written is slow to pass, since
+// it is read in other pieces than it was written.
+const com::Variant kYes = com::Variant::boolean(true);
+const com::Variant kNo = com::Variant::boolean(false);
+
+const VARIANT& argument(bool flag) { return flag ? kYes : kNo; }
+
 /// Every interface of a persistent object begins with the members of IPersistentObject.
 com::Ptr<IPersistentObject> query(IDispatch* object, const Kind& kind) {
   com::Ptr<IPersistentObject> found;
@@ -90,9 +97,8 @@ com::Bstr Record::text(host::SqlPiece piece) const {
 
 void Record::file_operation(IModelDatabase* database, host::FileOp operation, bool cascade_down,
                             bool cascade_up) const {
-  const HRESULT result =
-      object_->FileOpHelper(database, static_cast<long>(operation),
-                            com::Variant::boolean(cascade_down), com::Variant::boolean(cascade_up));
+  const HRESULT result = object_->FileOpHelper(database, static_cast<long>(operation),
+                                               argument(cascade_down), argument(cascade_up));
   // By the contract a record that lacks its vertex or its sets answers E_POINTER, and one that
   // holds some other object in their place E_NOINTERFACE, both without words.
   if (result == E_POINTER || result == E_NOINTERFACE) {

@@ -95,14 +95,21 @@ void RecordStore::save(Model& model, const Record& record, const OwnRow* row, bo
   begin_change(true);
   Change change(log_, *model.database());
   const long dirty_before = record.dirty();
-  record.file_operation(database.get(), host::FileOp::kBeforeSave, cascade_down, cascade_up);
+  const auto take_part = [&](host::FileOp operation) {
+    if (row) {
+      row->take_part(*this, operation);
+    } else {
+      record.file_operation(database.get(), operation, cascade_down, cascade_up);
+    }
+  };
+  take_part(host::FileOp::kBeforeSave);
   std::wstring saved = saved_values(*model.database(), record);
   const long id = write_row(model, record, row, saved);
   auto kept = saved.empty() ? nullptr : std::make_unique<const std::wstring>(std::move(saved));
   log_.touched.emplace_back(ChangeLog::Touched{record, id, dirty_before, std::move(kept)});
   if (record.id() == 0) record.set_id(id);
   try {
-    record.file_operation(database.get(), host::FileOp::kAfterSave, cascade_down, cascade_up);
+    take_part(host::FileOp::kAfterSave);
   } catch (const com::Error& error) {
     fail_to_link(error, *model.database(), model.catalogue(), record);
   }
