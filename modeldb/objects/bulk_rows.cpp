@@ -107,14 +107,14 @@ class VertexRows {
 
   /// The key of the vertex `id`; of a new one for 0.
   long provide(long id) {
-    if (id == 0) return insert(0);
-    if (seen_.insert(id).second && !vertices_.find(database_, id)) insert(id);
+    if (id == 0) return vertices_.insert(database_, 0, blank_.values());
+    if (seen_.insert(id).second && !vertices_.find(database_, id)) {
+      vertices_.provide(database_, id, blank_.values());
+    }
     return id;
   }
 
  private:
-  long insert(long id) { return vertices_.insert(database_, id, blank_.values()); }
-
   Database& database_;
   const Table& vertices_;
   Sample blank_;

@@ -19,6 +19,7 @@ Table::Table(Kind kind) : kind_(std::move(kind)) {
   const std::wstring where = L" WHERE " + kind_.key + L" = ?";
   insert_ = FixedText(L"INSERT INTO " + kind_.table + L" (" + kind_.key + L", " + column_list_ +
                       L") VALUES (?" + parameters + L")");
+  provide_ = FixedText(insert_.text() + merging());
   append_ = FixedText(L"INSERT INTO " + kind_.table + L" (" + column_list_ + L") VALUES (" +
                       parameters.substr(kComma.size()) + L")");
   update_ = FixedText(L"UPDATE " + kind_.table + L" SET " + assignments_ + where);
@@ -52,6 +53,30 @@ long Table::insert(Database& database, long id, std::span<const Literal> values)
   const std::int64_t key = database.engine().last_insert_id();
   if (key > std::numeric_limits<long>::max()) fail_as_used_up(kind_.table);
   return static_cast<long>(key);
+}
+
+std::wstring Table::merging() const {
+  std::wstring text = L" ON CONFLICT (" + kind_.key + L") DO UPDATE SET ";
+  const wchar_t* separator = L"";
+  for (const Column& column : kind_.columns) {
+    const std::wstring theirs = kind_.table + L"." + column.name;
+    std::wstring ours = L"EXCLUDED." + column.name;
+    if (column.type == ColumnType::kText) ours = L"NULLIF(" + ours + L", '')";
+    text += separator + column.name + L" = COALESCE(" + ours + L", " + theirs + L")";
+    separator = L", ";
+  }
+  return text;
+}
+
+void Table::provide(Database& database, long id, std::span<const Literal> values) const {
+  if (!database.engine().is_shared()) {
+    insert(database, id, values);
+    return;
+  }
+  const StatementLease statement = database.prepare(provide_);
+  statement->bind(1, id);
+  statement->bind_all(values, 2);
+  statement->step();
 }
 
 bool Table::update(Database& database, long id, std::span<const Literal> values) const {

@@ -22,6 +22,9 @@ class Table {
 
   /// Inserts a row under the key `id`, or under a new one when that is 0; returns the key.
   long insert(Database& database, long id, std::span<const Literal> values) const;
+  /// As insert(), under a key that no row had. Where several programs insert rows at the same time
+  /// and one of them has just made that row, what is not empty or NULL here is written into it.
+  void provide(Database& database, long id, std::span<const Literal> values) const;
   /// False when no row has that key.
   bool update(Database& database, long id, std::span<const Literal> values) const;
   /// False when no row has that key, or its values are not those that are `saved` any more.
@@ -36,6 +39,7 @@ class Table {
   [[nodiscard]] StatementLease find(Database& database, long id) const;
 
  private:
+  [[nodiscard]] std::wstring merging() const;
   /// The statement that inserts the row, with all that it needs.
   StatementLease insertion(Database& database, long id, std::span<const Literal> values) const;
 
@@ -44,6 +48,7 @@ class Table {
   std::wstring assignments_;
   FixedText insert_;
   FixedText append_;
+  FixedText provide_;
   FixedText update_;
   FixedText update_unchanged_;
   FixedText remove_;

@@ -136,11 +136,20 @@ long RecordStore::write_row(Model& model, const Record& record, const OwnRow* ro
   if (id == 0) {
     id = record.table().insert(database, 0, values_.get());
   } else {
-    if (!update_row(model, record, saved)) record.table().insert(database, id, values_.get());
+    if (!update_row(model, record, saved)) insert_under(database, record, id);
     if (!saved.empty()) log_.reverted->forget(record);
   }
   note_seen(model, record.table(), id, true);
   return id;
+}
+
+/// Nodes and sets of a number are the same ones to everybody; records are not.
+void RecordStore::insert_under(Database& database, const Record& record, long id) {
+  if (stands_on_vertex(record.kind())) {
+    record.table().insert(database, id, values_.get());
+  } else {
+    record.table().provide(database, id, values_.get());
+  }
 }
 
 void RecordStore::read_row(const Record& record, const OwnRow* row) {

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -335,6 +337,38 @@ TEST_F(TeamTest, RowThatARollbackTookWasNotDeletedBySomebodyElse) {
   const auto other = open_other(file.path());
   ASSERT_EQ(force_of(other, 7)->Delete(other.get()), S_OK) << model_test::last_sentence();
   EXPECT_SENTENCE(save(force), HasSubstr("NodalForce 7 cannot be saved: its row has been deleted"));
+}
+
+TEST_F(TeamTest, NodeThatSomebodyElseMakesAtTheSameTimeIsTheSame) {
+  owner_.begin();
+  owner_.run(L"INSERT INTO Vertices (VertexID, Description, X, Y, Z) VALUES (77, 'pier', 1, 2, 3)");
+  std::atomic<HRESULT> saved = E_PENDING;
+  std::string sentence;
+  std::thread other([&] {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    {
+      const auto model = model_test::create<ModelDatabase, IModelDatabaseFile>();
+      model->Open(bstr(file.path()).get());
+      const auto force = model_test::create<NodalForce, INodalForce>();
+      com::Ptr<IDispatch> vertex;
+      force->get_Vertex(vertex.put());
+      vertex.query<ICoordinateVertex>()->put_ID(77);
+      const HRESULT result = save_in(model, force);
+      sentence = model_test::last_sentence();
+      saved = result;
+      model->Close();
+    }
+    CoUninitialize();
+  });
+  // It has looked for the node, found none, and waits to insert it.
+  while (saved == E_PENDING && asked(L"SELECT count(*) FROM pg_locks WHERE NOT granted") == "0") {
+    Sleep(10);
+  }
+  owner_.commit();
+  other.join();
+  EXPECT_EQ(saved, S_OK) << sentence;
+  EXPECT_EQ(value(L"SELECT VertexID FROM NodalForces"), "77");
+  EXPECT_EQ(value(L"SELECT X + Y + Z FROM Vertices WHERE Description = 'pier'"), "6");
 }
 
 TEST_F(TeamTest, LockOfAnotherIsWaitedForAsLongAsTheTimeoutSays) {
