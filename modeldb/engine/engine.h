@@ -87,6 +87,10 @@ class Engine {
   /// Tells what other programs change; null when the engine does not know.
   [[nodiscard]] virtual ChangeBoard* change_board() { return nullptr; }
 
+  /// All rows of another table are about to go into this one, under their keys: until the
+  /// transaction ends nobody else writes to it.
+  virtual void reserve(const TableDefinition& table) { (void)table; }
+
   /// Takes hints of what is asked for next; null when the engine has no use for them.
   [[nodiscard]] virtual FetchAhead* fetch_ahead() { return nullptr; }
 

@@ -129,6 +129,7 @@ class Copying {
 
  private:
   void require_possible(const TableDefinition& table) {
+    target_.engine().reserve(table);
     const auto there = target_.query(L"SELECT 1 FROM " + table.name + L" LIMIT 1");
     if (there->step()) {
       fail(kIllegalOperation, L"Nothing can be copied into the model " +

@@ -81,6 +81,11 @@ class OdbcEngine final : public Engine {
     session_.run_quietly(kRelease);
   }
 
+  void reserve(const TableDefinition& table) override {
+    session_.run(L"LOCK TABLE " + table.name + L" IN EXCLUSIVE MODE");
+    session_.queue().reserve(table);
+  }
+
   [[nodiscard]] bool has_table(std::wstring_view name) override {
     // Tables are not taken away while a model is open.
     const std::wstring folded = folded_name(name);

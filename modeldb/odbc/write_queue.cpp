@@ -51,7 +51,9 @@ void append_text(std::wstring& array, std::wstring_view text) {
 }
 
 void append_value(std::wstring& array, const RowValue& value) {
-  if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
+  if (std::holds_alternative<std::nullptr_t>(value)) {
+    array += L"NULL";
+  } else if (const auto* const text = std::get_if<std::wstring_view>(&value)) {
     append_text(array, *text);
   } else if (const auto* const real = std::get_if<double>(&value)) {
     append_number(array, *real);
@@ -257,6 +259,7 @@ void WriteQueue::forget_rows() noexcept {
     keys.own.clear();
     keys.unlinked.clear();
     keys.linked.clear();
+    keys.are_reserved = false;
   }
   note_change();
 }
@@ -270,7 +273,7 @@ void WriteQueue::note_change() noexcept {
 bool WriteQueue::fit(std::span<const ColumnType> types, std::span<const RowValue> values) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     const RowValue& value = values[i];
-    if (std::holds_alternative<std::nullptr_t>(value)) return false;
+    if (std::holds_alternative<std::nullptr_t>(value)) continue;
     const auto* const number = std::get_if<std::int64_t>(&value);
     const bool is_text = std::holds_alternative<std::wstring_view>(value);
     if (is_text != (types[i] == ColumnType::kText)) return false;
@@ -288,15 +291,17 @@ std::optional<std::int64_t> WriteQueue::insert(RowPlan& plan, std::span<const Ro
   std::int64_t key = 0;
   if (plan.keys) {
     // A key that the row brings may be taken.
-    if (left == 0) return {};
-    key = draw_key(*plan.keys);
+    if (left == 0 && !plan.keys->are_reserved) return {};
+    key = left == 0 ? std::get<std::int64_t>(values[0]) : draw_key(*plan.keys);
     if (key == 0) return {};
     plan.keys->own.insert(key);
     plan.keys->unlinked.insert(key);
   } else {
     // A set that stays there until the transaction ends.
-    const std::int64_t set = std::get<std::int64_t>(values[0]);
-    if (!plan.sets->linked.contains(set) && !plan.sets->own.contains(set)) return {};
+    const auto* const set = std::get_if<std::int64_t>(&values[0]);
+    const bool is_link = set && std::holds_alternative<std::int64_t>(values[1]);
+    if (!is_link || (!plan.sets->linked.contains(*set) && !plan.sets->own.contains(*set)))
+      return {};
     note_link(plan, values);
   }
   Rows& rows = rows_for(pieces_.back(), plan);
@@ -318,6 +323,10 @@ WriteQueue::Rows& WriteQueue::rows_for(Piece& piece, const RowPlan& plan) {
   const auto found = std::ranges::find(piece.rows, &plan, &Rows::plan);
   if (found != piece.rows.end()) return *found;
   return piece.rows.emplace_back(Rows{&plan, std::vector<std::wstring>(plan.types.size()), 0});
+}
+
+void WriteQueue::reserve(const TableDefinition& table) {
+  if (!table.key.empty()) keys_[folded_name(table.name)].are_reserved = true;
 }
 
 void WriteQueue::add(std::wstring_view statement) {

@@ -46,6 +46,7 @@ struct KeysInUse {
   std::vector<std::int64_t> drawn;  // for rows to come, the last first
   long next_draw = 1;
   bool are_in_use = false;                    // rows were inserted in this session
+  bool are_reserved = false;                  // nobody else takes any until the transaction ends
   std::unordered_set<std::int64_t> own;       // rows that the transaction has inserted
   std::unordered_set<std::int64_t> unlinked;  // of these, those without a link
   std::unordered_set<std::int64_t> linked;    // sets to which it has linked, and so locked
@@ -103,6 +104,8 @@ class WriteQueue {
   std::optional<std::int64_t> change(ChangePlan& plan, std::span<const RowValue> values);
   /// A statement is about to change the server's rows by itself.
   void note_change() noexcept;
+  /// Nobody else writes to the table until the transaction ends: rows may bring their keys.
+  void reserve(const TableDefinition& table);
   /// A statement of the engine's own, without parameters, that nobody waits for.
   void add(std::wstring_view statement);
 

@@ -87,7 +87,9 @@ class TeamTest : public model_test::ModelTest {
   }
   /// The model by another port.
   [[nodiscard]] std::wstring location_by(std::uint16_t port) const {
-    std::wstring location = file.path();
+    return at_port(file.path(), port);
+  }
+  static std::wstring at_port(std::wstring location, std::uint16_t port) {
     const auto begin = location.find(L"Port=");
     return location.replace(begin, location.find(L';', begin) - begin,
                             L"Port=" + std::to_wstring(port));
@@ -725,6 +727,29 @@ TEST_F(TeamTest, ModelIsCopiedWholeToAFileAndBack) {
   const auto next = make_force(3);
   ASSERT_EQ(save(next), S_OK) << model_test::last_sentence();
   EXPECT_EQ(id_of(next), 3);
+}
+
+TEST_F(TeamTest, CopySharesItsWaysToTheServer) {
+  const model_test::TemporaryFile on_disk;
+  const model_test::TemporaryModel target;
+  database->Close();
+  ASSERT_EQ(open(on_disk.path()), S_OK);
+  const auto forces = model_test::create<NodalForces, INodalForces>();
+  for (int number = 1; number <= 1000; ++number) forces->Add(make_force(number).get());
+  ASSERT_EQ(save(forces), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(execute(L"DELETE FROM NodalForces WHERE NodalForceID % 2 = 0"), S_OK);
+
+  const bench::Proxy proxy(server_port());
+  const std::wstring location = at_port(target.path(), proxy.port());
+  const auto tables = model_test::create<ModelDatabase, IModelDatabaseFile>();
+  ASSERT_EQ(tables->Open(bstr(location).get()), S_OK);  // which makes them
+  tables->Close();
+  const long before = proxy.round_trips();
+  long rows = 0;
+  ASSERT_EQ(database->CopyTo(bstr(location).get(), &rows), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(rows, 1500);
+  // Some for each table.
+  EXPECT_LT(proxy.round_trips() - before, 1000);
 }
 
 TEST_F(TeamTest, CopyThatCannotBeWholeCopiesNothing) {
