@@ -150,7 +150,10 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
     if (id_ == 0) return false;
     const Turn turn(store.turns());
     const auto row = stored_row(store);
-    if (!row) return false;
+    if (!row) {
+      if constexpr (identity == Identity::kInOneModel) require_not_deleted(store);
+      return false;
+    }
     const bool same = image_.complete(*row);
     remember(&store);
     return same;
@@ -197,6 +200,19 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
                                 quoted(model) + L" " + object + L" is " + quoted(row.text(0)) +
                                 L". Set its ID to 0 to save it there as a new one, or take the one "
                                 L"that this model has.");
+  }
+
+  /// An object that has no row any more would come back with each record that is saved with it.
+  void require_not_deleted(const RecordStore& store) const {
+    const auto model = store.model();
+    const bool was_stored_here = home_ && *home_ == *model->shared_location() && dirty_ == 0;
+    if (!was_stored_here || !model->database()->engine().is_shared() || store.overwrites()) return;
+    const std::wstring object = Self::table().kind().object + L" " + std::to_wstring(id_);
+    fail(kChangedByOthers,
+         object + L" " + quoted(image_.stored_description()) +
+             L" has been deleted since, by somebody else or by a statement. Take it from the sets "
+             L"of the record, load the record anew, or set Overwrite of the model database to True "
+             L"to bring the set back.");
   }
 
   /// What is about to be taken for stored is not, should it be rolled back.

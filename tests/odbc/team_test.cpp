@@ -341,6 +341,23 @@ TEST_F(TeamTest, RowThatARollbackTookWasNotDeletedBySomebodyElse) {
   EXPECT_SENTENCE(save(force), HasSubstr("NodalForce 7 cannot be saved: its row has been deleted"));
 }
 
+TEST_F(TeamTest, SetThatSomebodyElseHasDeletedDoesNotComeBackWithARecord) {
+  const auto force = make_force(1);
+  const auto set = make_load_set(L"East");
+  ASSERT_EQ(load_sets_of(force)->Add(set.get()), S_OK);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  const auto stale = load_force(1);
+  const auto other = open_other(file.path());
+  ASSERT_EQ(execute_in(other, L"DELETE FROM LoadSets"), S_OK) << model_test::last_sentence();
+
+  stale->put_Magnitude(2);
+  EXPECT_SENTENCE(save(stale), HasSubstr("LoadSet 1 \"East\" has been deleted since"));
+  EXPECT_EQ(value(L"SELECT Magnitude FROM NodalForces"), "1");
+  ASSERT_EQ(database->put_Overwrite(VARIANT_TRUE), S_OK);
+  ASSERT_EQ(save(stale), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(count(L"NodalForceLoadSets"), "1");
+}
+
 TEST_F(TeamTest, NodeThatSomebodyElseMakesAtTheSameTimeIsTheSame) {
   owner_.begin();
   owner_.run(L"INSERT INTO Vertices (VertexID, Description, X, Y, Z) VALUES (77, 'pier', 1, 2, 3)");
