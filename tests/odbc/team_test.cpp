@@ -390,6 +390,15 @@ TEST_F(TeamTest, NodeThatSomebodyElseMakesAtTheSameTimeIsTheSame) {
   EXPECT_EQ(value(L"SELECT X + Y + Z FROM Vertices WHERE Description = 'pier'"), "6");
 }
 
+TEST_F(TeamTest, StatementThatFailsIsUndoneAloneAndItsTransactionCommitted) {
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
+  EXPECT_SENTENCE(execute(L"INSERT INTO NodalForceLoadSets VALUES (7, 8)"), HasSubstr("link"));
+  ASSERT_EQ(save(make_force(2)), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(execute(L"COMMIT TRANSACTION"), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(asked(L"SELECT count(*) FROM NodalForces"), "2");
+}
+
 TEST_F(TeamTest, LockOfAnotherIsWaitedForAsLongAsTheTimeoutSays) {
   ASSERT_EQ(save(make_force(1)), S_OK);
   const auto other = open_other(file.path());
