@@ -577,15 +577,15 @@ TEST_F(TeamTest, RecordsGetTheirOwnVerticesAndSetsInWhateverOrderTheyAreLoaded) 
                       L"), (2, " + id + L")"),
               S_OK);
   }
-  for (const auto* const order : {L"NodalForceID", L"VertexID DESC", L"Vx, NodalForceID DESC"}) {
+  const auto load = [&](const wchar_t* condition, const wchar_t* order, int count) {
     SCOPED_TRACE(model_test::narrow(order));
     com::Ptr<IDispatch> object;
-    ASSERT_EQ(database->Load(bstr(L"NodalForces").get(), com::Variant::omitted(),
+    ASSERT_EQ(database->Load(bstr(L"NodalForces").get(), com::Variant(com::Bstr(condition)),
                              com::Variant(com::Bstr(order)), object.put()),
               S_OK)
         << model_test::last_sentence();
     const auto forces = object.query<INodalForces>();
-    for (int i = 0; i < 7; ++i) {
+    for (int i = 0; i < count; ++i) {
       com::Ptr<INodalForce> force;
       ASSERT_EQ(forces->Item(i, force.put()), S_OK);
       double magnitude = 0;
@@ -599,7 +599,12 @@ TEST_F(TeamTest, RecordsGetTheirOwnVerticesAndSetsInWhateverOrderTheyAreLoaded) 
       load_sets_of(force)->get_Count(&sets);
       EXPECT_EQ(sets, id_of(force) % 2 == 1 ? 0 : 2) << id_of(force);
     }
+  };
+  for (const auto* const order : {L"NodalForceID", L"VertexID DESC", L"Vx, NodalForceID DESC"}) {
+    load(L"1 = 1", order, 7);
   }
+  // The vertex between those two comes along.
+  load(L"VertexID IN (1, 3)", L"NodalForceID", 4);
 }
 
 TEST(ExpectedKeysTest, EveryKeyIsGivenInItsTurnAndNoOther) {
