@@ -29,6 +29,10 @@ TEST_F(UndoTest, EveryOutermostChangeIsAStepWithANameOfItsOwnOrTheScripts) {
   forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
   execute(L"BEGIN TRANSACTION");
   save(make_force(2));
+  const auto unlinked = make_force(3);
+  load_sets_of(unlinked)->Add(create<LoadSet, ILoadSet>().get());
+  EXPECT_TRUE(FAILED(
+      unlinked->Save(database.get(), com::Variant::boolean(false), com::Variant::boolean(false))));
   execute(L"DELETE FROM NodalForces WHERE NodalForceID = 1");
   execute(L"COMMIT TRANSACTION");
   execute(L"UPDATE LoadSets SET Description = 'Gale'");
@@ -230,7 +234,8 @@ TEST_F(UndoTest, TextsOfMegabytesAndValuesOfEveryTypeComeBack) {
   other.run("CREATE TABLE Values_ (A, B BLOB, C REAL, D TEXT COLLATE NOCASE)");
   execute(
       L"INSERT INTO Values_ VALUES (1, x'00ff', 3, 'a'), (1.0, x'', -0.5, 'A'), (NULL, NULL, "
-      L"1e300, char(0)), (-0.0, x'', -0.0, ''), (9223372036854775807, 'text', 0.1, '\u00e4')");
+      L"1e300, char(0)), (0.0, x'', 0.0, ''), (-0.0, x'', -0.0, ''), (9223372036854775807, 'text', "
+      L"0.1, '\u00e4')");
   const std::string small = all_rows();
   execute(L"UPDATE Values_ SET A = printf('%.3000000c', 'x'), C = '250', D = upper(D)");
   const std::string large = all_rows();
