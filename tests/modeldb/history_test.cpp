@@ -236,6 +236,8 @@ TEST_F(UndoTest, TextsOfMegabytesAndValuesOfEveryTypeComeBack) {
       L"INSERT INTO Values_ VALUES (1, x'00ff', 3, 'a'), (1.0, x'', -0.5, 'A'), (NULL, NULL, "
       L"1e300, char(0)), (0.0, x'', 0.0, ''), (-0.0, x'', -0.0, ''), (9223372036854775807, 'text', "
       L"0.1, '\u00e4')");
+  const std::string first = all_rows();
+  execute(L"UPDATE Values_ SET D = D || 'z'");
   const std::string small = all_rows();
   execute(L"UPDATE Values_ SET A = printf('%.3000000c', 'x'), C = '250', D = upper(D)");
   const std::string large = all_rows();
@@ -243,6 +245,9 @@ TEST_F(UndoTest, TextsOfMegabytesAndValuesOfEveryTypeComeBack) {
   EXPECT_TRUE(all_rows() == small);
   ASSERT_EQ(redo(), S_OK) << model_test::last_sentence();
   EXPECT_TRUE(all_rows() == large);
+  ASSERT_EQ(undo(), S_OK);
+  ASSERT_EQ(undo(), S_OK) << model_test::last_sentence();
+  EXPECT_TRUE(all_rows() == first);
 }
 
 TEST_F(UndoTest, TableThatCannotBePutBackEndsTheHistoryBeforeIt) {
