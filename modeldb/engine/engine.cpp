@@ -23,4 +23,10 @@ void fail_as_used_up(std::wstring_view table) {
                                 L"with the greatest one. Give the record a free ID of your own.");
 }
 
+void fail_as_damaged_history() {
+  fail(kCannotReadFile,
+       L"The history of the model is damaged. Clear it (History.Clear) to go on without what can "
+       L"be undone, or take a copy of the file that was saved earlier.");
+}
+
 }  // namespace modeldb

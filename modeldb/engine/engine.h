@@ -109,5 +109,7 @@ class Engine {
 [[noreturn]] void fail_as_lost(std::wstring_view location);
 /// Raises kIntegrityViolation: the table has no keys left for new rows.
 [[noreturn]] void fail_as_used_up(std::wstring_view table);
+/// Raises kCannotReadFile: what was recorded for undoing is not what was written.
+[[noreturn]] void fail_as_damaged_history();
 
 }  // namespace modeldb

@@ -117,6 +117,8 @@ long HistoryTables::next_number() {
 }
 
 std::string HistoryTables::bytes_of(long number) {
+  const auto size =
+      number_of(L"SELECT Bytes FROM orv_steps WHERE StepID = " + std::to_wstring(number));
   std::string bytes;
   const auto rows =
       database_.query(L"SELECT Changes FROM orv_step_rows WHERE StepID = ? ORDER BY Part", number);
@@ -124,6 +126,8 @@ std::string HistoryTables::bytes_of(long number) {
     const auto piece = rows->blob(0);
     bytes.append(reinterpret_cast<const char*>(piece.data()), piece.size());
   }
+  // Without one of its parts a step could be read, and half of it be undone.
+  if (!size || bytes.size() != static_cast<std::size_t>(*size)) fail_as_damaged_history();
   return bytes;
 }
 

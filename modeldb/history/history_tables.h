@@ -47,7 +47,7 @@ class HistoryTables {
   [[nodiscard]] std::vector<Step> between(long first, long last);
   /// The number that the next step gets, if nobody else makes one.
   [[nodiscard]] long next_number();
-  /// What the step has recorded.
+  /// What the step has recorded. kCannotReadFile: not all of it is there.
   [[nodiscard]] std::string bytes_of(long number);
 
   void add(const Step& step, const Recording& recording);

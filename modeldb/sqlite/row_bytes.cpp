@@ -5,7 +5,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "modeldb/base/failure.h"
+#include "modeldb/engine/engine.h"
 
 namespace modeldb {
 namespace {
@@ -45,12 +45,6 @@ bool is_whole(double real) {
 }
 
 }  // namespace
-
-void fail_as_damaged() {
-  fail(kCannotReadFile,
-       L"The history of the model is damaged. Clear it (History.Clear) to go on without what can "
-       L"be undone, or take a copy of the file that was saved earlier.");
-}
 
 void RowWriter::make_room(std::size_t size) {
   if (static_cast<std::size_t>(std::end(buffer_) - end_) < size) flush();
@@ -134,7 +128,7 @@ std::uint64_t RowBytes::count() {
     number |= (group % kMore) << shift;
     if (group < kMore) return number;
   }
-  fail_as_damaged();
+  fail_as_damaged_history();
 }
 
 std::int64_t RowBytes::integer() { return unfolded_sign(count()); }
@@ -162,11 +156,11 @@ RowValue RowBytes::value() {
     case Tag::kKey:
       return {.type = kKey};
   }
-  fail_as_damaged();
+  fail_as_damaged_history();
 }
 
 std::string_view RowBytes::bytes(std::uint64_t size) {
-  if (size > rest_.size()) fail_as_damaged();
+  if (size > rest_.size()) fail_as_damaged_history();
   const auto result = rest_.substr(0, static_cast<std::size_t>(size));
   rest_.remove_prefix(static_cast<std::size_t>(size));
   return result;

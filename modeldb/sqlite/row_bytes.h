@@ -58,9 +58,6 @@ class RowWriter {
   char* end_ = buffer_;
 };
 
-/// Raises kCannotReadFile: the bytes are none that were written so.
-[[noreturn]] void fail_as_damaged();
-
 /// Reads them again, or fails as damaged.
 class RowBytes {
  public:

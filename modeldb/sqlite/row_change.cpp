@@ -1,5 +1,7 @@
 #include "modeldb/sqlite/row_change.h"
 
+#include "modeldb/engine/engine.h"
+
 namespace modeldb {
 namespace {
 
@@ -14,7 +16,7 @@ RowChange::Kind kind_of(char letter) {
     case RowChange::Kind::kDeleted:
       return kind;
   }
-  fail_as_damaged();
+  fail_as_damaged_history();
 }
 
 void skip_row(RowBytes& bytes) {
@@ -31,7 +33,7 @@ void read_row(RowBytes& bytes, const KeptRow& other, KeptRow& row) {
     if (value.type == RowValue::Type::kKey) {
       value = {.type = RowValue::Type::kInteger, .integer = row.key};
     } else if (value.type == RowValue::Type::kSame) {
-      if (row.values.size() >= other.values.size()) fail_as_damaged();
+      if (row.values.size() >= other.values.size()) fail_as_damaged_history();
       value = other.values[row.values.size()];
     }
     row.values.push_back(value);

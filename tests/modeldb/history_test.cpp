@@ -153,14 +153,17 @@ TEST_F(UndoTest, StepWhoseRowsAnotherProgramChangedIsRefusedAsAWhole) {
 TEST_F(UndoTest, DamagedHistoryIsRefusedAndChangesNothing) {
   saved_force(1);
   const std::string rows = all_rows();
-  // Cut short, of a kind that there is not, and a first value that is that of the row before.
-  for (const std::string damaged :
-       {"substr(Changes, 1, length(Changes) - 1)", "CAST('?' || substr(Changes, 2) AS BLOB)",
-        "CAST(substr(Changes, 1, 4) || 's' || substr(Changes, 6) AS BLOB)"}) {
+  const std::string all_of = "UPDATE orv_step_rows SET Changes = ";
+  // Cut short, of a kind that there is not, a first value that is that of the row before, and gone.
+  for (const std::string& damaged :
+       {all_of + "substr(Changes, 1, length(Changes) - 1)",
+        all_of + "CAST('?' || substr(Changes, 2) AS BLOB)",
+        all_of + "CAST(substr(Changes, 1, 4) || 's' || substr(Changes, 6) AS BLOB)",
+        std::string("DELETE FROM orv_step_rows")}) {
     SCOPED_TRACE(damaged);
     reopen();
     const std::string intact = file.read();
-    OtherProgram(file.path()).run(("UPDATE orv_step_rows SET Changes = " + damaged).c_str());
+    OtherProgram(file.path()).run(damaged.c_str());
     EXPECT_SENTENCE(undo(), HasSubstr("The history of the model is damaged"));
     EXPECT_EQ(all_rows(), rows);
     database->Close();
