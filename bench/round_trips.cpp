@@ -47,6 +47,20 @@ auto saving(const Model& model, long count) {
   };
 }
 
+/// The save of a collection of new forces on nodes that are put under numbers from `first` on, with
+/// coordinates of their own.
+auto saving_on_numbers(const Model& model, long first) {
+  const auto forces = make_new_forces(model, kCollection);
+  static double lifted = 0;
+  ++lifted;
+  for (long index = 0; index < kCollection; ++index) {
+    const auto node = vertex_of(*item(*forces.get(), index).get()).query<ICoordinateVertex>();
+    node->put_ID(first + index);
+    node->put_Z(lifted);
+  }
+  return [&model, forces] { save_all(model, *forces.get(), com::Variant::omitted()); };
+}
+
 /// The same of a force on its own.
 auto saving_one(const Model& model) {
   return [&model, force = item(*make_new_forces(model, 1).get(), 0)] {
@@ -69,6 +83,12 @@ void measure_saving(const Proxy& proxy, const ScratchServerModel& scratch) {
   measure_trips("Save of a force", proxy, 3, [&] { return saving_one(model); });
   measure_trips("Save of a collection of 1,000 forces", proxy, 100,
                 [&] { return saving(model, kCollection); });
+  constexpr long kFirst = 1'000'000;
+  long next = kFirst;
+  measure_trips("... on new nodes with numbers of their own", proxy, 100,
+                [&] { return saving_on_numbers(model, next += kCollection); });
+  measure_trips("... on nodes that are there, put elsewhere", proxy, 100,
+                [&] { return saving_on_numbers(model, kFirst + kCollection); });
 }
 
 /// The save of a collection of forces that were loaded and changed.

@@ -18,10 +18,9 @@ bool LockedRows::reach(std::int64_t key) {
   if (places_.contains(key)) return true;
   if (changed_.contains(key)) return false;
   clear();
-  const std::size_t count = reach_.next();
-  if (count == 1) return false;
+  if (reach_.next(key) == 1) return false;
   try {
-    lock(key, count);
+    lock();
   } catch (const com::Error&) {
     // The row's own statement tells what is wrong.
     forget();
@@ -29,11 +28,9 @@ bool LockedRows::reach(std::int64_t key) {
   return places_.contains(key);
 }
 
-void LockedRows::lock(std::int64_t key, std::size_t count) {
+void LockedRows::lock() {
   rows_ = OdbcStatement::rows_of(session_, L"SELECT " + columns_ + L" FROM " + table_ + L" WHERE " +
-                                               key_ + L" >= " + std::to_wstring(key) +
-                                               L" ORDER BY " + key_ + L" LIMIT " +
-                                               std::to_wstring(count) + L" FOR UPDATE SKIP LOCKED");
+                                               reach_.condition(key_) + L" FOR UPDATE SKIP LOCKED");
   for (std::size_t row = 0; row < rows_.count(); ++row) {
     const std::int64_t each = rows_.integer(row, 0);
     if (changed_.contains(each)) continue;

@@ -23,8 +23,8 @@ class LockedRows {
   /// `columns` begins with the key.
   LockedRows(Session& session, std::wstring table, std::wstring columns, std::wstring key);
 
-  /// Locks the row with that key, and others behind it, if it is not locked yet; false when its own
-  /// statement has to do that.
+  /// Locks the row with that key, and others next to it, if it is not locked yet; false when its
+  /// own statement has to do that.
   [[nodiscard]] bool reach(std::int64_t key);
   /// The row of a key that reach() has found: its number in rows().
   [[nodiscard]] std::size_t row(std::int64_t key) const { return places_.at(key); }
@@ -47,7 +47,7 @@ class LockedRows {
  private:
   using Counts = std::unordered_map<std::int64_t, std::int64_t>;
 
-  void lock(std::int64_t key, std::size_t count);
+  void lock();
   void clear() noexcept;
 
   Session& session_;

@@ -99,7 +99,7 @@ OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trus
       gives_key_(trust == Trust::kHost && !first_column(sql).empty()),
       only_reads_(is_query(text_)),
       is_direct_(is_direct),
-      insertion_(RowInsertion::of(trust == Trust::kHost ? sql_ : text_)),
+      insertion_(RowInsertion::of(trust == Trust::kHost ? sql_ : text_, trust == Trust::kHost)),
       change_(RowChange::of(text_)),
       handle_(session.allocate(this)) {
   if (auto query = QueryByKey::of(text_)) by_key_.emplace(session_.rows_ahead(), std::move(*query));
@@ -248,13 +248,16 @@ bool OdbcStatement::finds_rows_ahead() {
   return true;
 }
 
+/// Whether it reads the row of a number.
+bool OdbcStatement::asks_for_a_row() const {
+  return by_key_ && !by_key_->query().table.empty() && parameters_.size() == 1 &&
+         parameters_.front().type == Type::kInteger &&
+         session_.queue().is_key(by_key_->query().table, by_key_->query().column);
+}
+
 /// Whether it reads the row of a number, as a transaction reads one after the other.
 bool OdbcStatement::finds_rows_behind() {
-  const bool is_by_number =
-      session_.is_in_transaction() && !by_key_->query().table.empty() && parameters_.size() == 1 &&
-      parameters_.front().type == Type::kInteger &&
-      session_.queue().is_key(by_key_->query().table, by_key_->query().column);
-  if (!is_by_number) return false;
+  if (!session_.is_in_transaction() || !asks_for_a_row()) return false;
   auto found = by_key_->fetch_on(parameters_.front().integer);
   if (!found.rows) return false;
   take(std::move(found));
@@ -295,13 +298,16 @@ bool OdbcStatement::is_queued() {
     const auto key = session_.queue().insert(*insertion_plan_, row_values());
     if (!key) return false;
     if (*key != 0) session_.set_last_insert_id(*key);
-    session_.rows_ahead().forget(insertion_->table);
+    // Of the row itself nobody asks until it is sent.
+    const std::wstring_view column = insertion_->columns.front();
+    session_.rows_ahead().forget_beside(insertion_->table,
+                                        *key != 0 ? column : std::wstring_view());
     session_.add_changes(1);
     queued_rows_ = 1;
   } else if (change_plan_) {
     queued_rows_ = session_.queue().change(*change_plan_, row_values());
     if (queued_rows_) {
-      session_.rows_ahead().forget(change_->table);
+      session_.rows_ahead().forget_beside(change_->table, change_->key);
       session_.add_changes(*queued_rows_);
     }
   }
@@ -370,14 +376,18 @@ SQLRETURN OdbcStatement::send() {
 void OdbcStatement::execute() {
   session_.require_alive();
   has_run_ = true;
-  if (finds_rows_ahead() || is_queued()) return;
+  const bool asks_what_waits =
+      session_.queue().has_rows() && asks_for_a_row() &&
+      session_.queue().is_waiting(by_key_->query().table, parameters_.front().integer);
+  if ((!asks_what_waits && finds_rows_ahead()) || is_queued()) return;
   if (!only_reads_) {
     session_.rows_ahead().forget();
     session_.queue().note_change();
   }
-  // Who reads one table alone needs only the rows of that.
-  const bool reads_beside = by_key_ && !by_key_->query().table.empty() &&
-                            !session_.queue().has_rows_of(by_key_->query().table);
+  // Who reads one table alone needs only the rows of that, and of a row by its number only that.
+  const bool reads_beside =
+      by_key_ && !by_key_->query().table.empty() && !asks_what_waits &&
+      (asks_for_a_row() || !session_.queue().has_rows_of(by_key_->query().table));
   // For one that is direct, whoever wanted it has done that.
   if (!reads_beside && !is_direct_) session_.queue().flush(!only_reads_);
   if (looks_up_a_set()) return look_up_a_set();

@@ -90,6 +90,7 @@ class OdbcStatement final : public Statement {
   SQLRETURN send();
   [[nodiscard]] bool finds_rows_ahead();
   [[nodiscard]] bool finds_rows_behind();
+  [[nodiscard]] bool asks_for_a_row() const;
   [[nodiscard]] bool is_queued();
   [[nodiscard]] std::span<const RowValue> row_values();
   [[nodiscard]] bool looks_up_a_set() const;

@@ -2,20 +2,32 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <string>
 
 namespace modeldb {
 
-/// How many rows to take at once where a transaction asks for one after the other, mostly in the
-/// order of their keys: one at first, and more as long as those that were taken were wanted.
+/// Which rows to take at once where a transaction asks for one after the other, mostly in the order
+/// of their keys or the reverse: one at first, and more as long as those that were taken were
+/// wanted.
 class Reach {
  public:
-  /// For a row that is not among those that were taken last.
-  std::size_t next() {
+  /// How many, for a row that is not among those that were taken last.
+  std::size_t next(std::int64_t key) {
+    is_downward_ = last_ > key;
+    last_ = key;
     if (taken_ > 1 && 2 * used_ < taken_) is_useless_ = true;
     taken_ = is_useless_ ? 1 : next_;
     used_ = 0;
     next_ = std::min(kFactor * next_, kMost);
     return taken_;
+  }
+  /// Whether they are those down from its key.
+  [[nodiscard]] bool is_downward() const { return is_downward_; }
+  /// The condition on the column that asks for them, and what stands behind it.
+  [[nodiscard]] std::wstring condition(const std::wstring& column) const {
+    return column + (is_downward_ ? L" <= " : L" >= ") + std::to_wstring(last_) + L" ORDER BY " +
+           column + (is_downward_ ? L" DESC LIMIT " : L" LIMIT ") + std::to_wstring(taken_);
   }
   /// One of those that were taken was wanted.
   void note_use() { ++used_; }
@@ -26,6 +38,8 @@ class Reach {
   static constexpr std::size_t kFactor = 4;
   static constexpr std::size_t kMost = 1024;
 
+  std::int64_t last_ = INT64_MIN;  // for which they were taken
+  bool is_downward_ = false;
   std::size_t next_ = 1;
   std::size_t taken_ = 0;
   std::size_t used_ = 0;

@@ -114,8 +114,12 @@ KeyedRows::KeyedRows(std::int64_t key, ResultRows rows)
   std::iota(order_.begin(), order_.end(), 0U);
 }
 
-KeyedRows::KeyedRows(std::vector<std::int64_t> keys, ResultRows rows)
-    : rows_(std::move(rows)), first_column_(1), keys_(std::move(keys)), order_(rows_.count()) {
+KeyedRows::KeyedRows(std::vector<std::int64_t> keys, ResultRows rows, KeySpan complete)
+    : rows_(std::move(rows)),
+      first_column_(1),
+      keys_(std::move(keys)),
+      complete_(complete),
+      order_(rows_.count()) {
   std::iota(order_.begin(), order_.end(), 0U);
   const auto key_of = [&](std::uint32_t row) { return rows_.integer(row, 0); };
   if (!std::ranges::is_sorted(order_, {}, key_of)) std::ranges::stable_sort(order_, {}, key_of);
@@ -134,7 +138,10 @@ std::optional<KeyedRows::Range> KeyedRows::find(std::int64_t key) {
   std::size_t place = next_;
   if (place >= keys_.size() || keys_[place] != key) {
     const auto found = std::ranges::lower_bound(keys_, key);
-    if (found == keys_.end() || *found != key) return {};
+    if (found == keys_.end() || *found != key) {
+      if (key < complete_.first || key > complete_.last) return {};
+      return Range{0, 0};
+    }
     place = static_cast<std::size_t>(found - keys_.begin());
   }
   next_ = place + 1;
@@ -168,14 +175,18 @@ RowsOfQuery::Found RowsOfQuery::find(std::int64_t key) {
 }
 
 RowsOfQuery::Found RowsOfQuery::fetch_on(std::int64_t key) {
-  const std::size_t count = reach_.next();
-  if (count == 1) return {};
-  ResultRows rows = OdbcStatement::rows_of(
-      ahead_.session(), query_.select + query_.path + L" >= " + std::to_wstring(key) +
-                            L" ORDER BY " + query_.path + L" LIMIT " + std::to_wstring(count));
+  const std::size_t count = reach_.next(key);
+  ResultRows rows =
+      OdbcStatement::rows_of(ahead_.session(), query_.select + reach_.condition(query_.path));
   std::vector<std::int64_t> keys(rows.count());
   for (std::size_t row = 0; row < keys.size(); ++row) keys[row] = rows.integer(row, 0);
-  fetched_ = std::make_shared<KeyedRows>(std::move(keys), std::move(rows));
+  // As far as the last of them, or all of the table.
+  KeySpan complete{key, keys.size() < count ? INT64_MAX : keys.back()};
+  if (reach_.is_downward()) {
+    complete = {keys.size() < count ? INT64_MIN : keys.back(), key};
+    std::ranges::reverse(keys);
+  }
+  fetched_ = std::make_shared<KeyedRows>(std::move(keys), std::move(rows), complete);
   return find(key);
 }
 
@@ -236,6 +247,12 @@ void RowsAhead::forget() noexcept {
 
 void RowsAhead::reset() noexcept {
   for (RowsOfQuery* const each : queries_) each->reset();
+}
+
+void RowsAhead::forget_beside(std::wstring_view table, std::wstring_view column) noexcept {
+  for (RowsOfQuery* const each : queries_) {
+    if (each->query().table == table && each->query().column != column) each->forget();
+  }
 }
 
 void RowsAhead::forget(std::wstring_view table) noexcept {

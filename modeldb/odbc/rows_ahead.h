@@ -46,6 +46,12 @@ class ExpectedKeys {
   std::size_t next_ = 0;              // behind those that were given last
 };
 
+/// Keys from `first` to `last`; none by itself.
+struct KeySpan {
+  std::int64_t first = 1;
+  std::int64_t last = 0;
+};
+
 /// Rows that were fetched for keys, some of which may have none.
 class KeyedRows {
  public:
@@ -58,21 +64,22 @@ class KeyedRows {
   /// All rows of one key, which is not among their columns.
   KeyedRows(std::int64_t key, ResultRows rows);
   /// Rows with their keys in their first column, in any order; `keys` are sorted. Rows of other
-  /// keys do not count.
-  KeyedRows(std::vector<std::int64_t> keys, ResultRows rows);
+  /// keys do not count. Keys in `complete` that are not among `keys` are known to have no rows.
+  KeyedRows(std::vector<std::int64_t> keys, ResultRows rows, KeySpan complete = {});
 
   [[nodiscard]] const ResultRows& rows() const { return rows_; }
   /// The first of the query's own columns.
   [[nodiscard]] std::size_t first_column() const { return first_column_; }
   /// The row of that number within a range.
   [[nodiscard]] std::size_t row(std::size_t number) const { return order_[number]; }
-  /// Nothing when it was not asked for.
+  /// Nothing when it is not known.
   [[nodiscard]] std::optional<Range> find(std::int64_t key);
 
  private:
   ResultRows rows_;
   std::size_t first_column_ = 0;
   std::vector<std::int64_t> keys_;
+  KeySpan complete_;
   std::vector<std::uint32_t> begins_;  // of each key, and the end of the last
   std::vector<std::uint32_t> order_;   // of rows by key
   std::size_t next_ = 0;               // behind the key that was found last
@@ -95,7 +102,7 @@ class RowsOfQuery {
 
   /// Those of one key: remembered, or fetched with others that will be asked for.
   [[nodiscard]] Found find(std::int64_t key);
-  /// The row of one key and those behind it, which a transaction may ask for next. They are what
+  /// The row of one key and those next to it, which a transaction may ask for next. They are what
   /// they were until it has changed something by itself.
   [[nodiscard]] Found fetch_on(std::int64_t key);
   /// Sets are looked up for every record that is saved in them: within a transaction they are what
@@ -132,6 +139,8 @@ class RowsAhead final : public FetchAhead {
   void forget() noexcept;
   /// Something may have changed in that table.
   void forget(std::wstring_view table) noexcept;
+  /// Something may have changed in that table, in rows of whose keys, in that column, nobody asks.
+  void forget_beside(std::wstring_view table, std::wstring_view column) noexcept;
   /// A transaction begins.
   void reset() noexcept;
 

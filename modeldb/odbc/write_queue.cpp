@@ -77,12 +77,12 @@ std::vector<Token> tokens_of(std::wstring_view sql) {
 
 }  // namespace
 
-std::optional<RowInsertion> RowInsertion::of(std::wstring_view sql) {
+std::optional<RowInsertion> RowInsertion::of(std::wstring_view sql, bool may_merge) {
   const auto tokens = tokens_of(sql);
   if (tokens.size() < 9 || !is_word(tokens[0], L"insert") || !is_word(tokens[1], L"into")) {
     return {};
   }
-  RowInsertion row{.table = folded_name(tokens[2].text), .columns = {}};
+  RowInsertion row{.table = folded_name(tokens[2].text), .columns = {}, .merging = {}};
   std::size_t next = 3;
   const auto take_list = [&](auto&& take) {
     if (next >= tokens.size() || !tokens[next].is_operator(L'(')) return false;
@@ -101,7 +101,10 @@ std::optional<RowInsertion> RowInsertion::of(std::wstring_view sql) {
     ++count;
     return token.kind == TokenKind::kParameter;
   });
-  if (!has_values || next != tokens.size() || count != row.columns.size()) return {};
+  if (!has_values || count != row.columns.size()) return {};
+  if (next == tokens.size()) return row;
+  if (!may_merge || !is_word(tokens[next], L"on")) return {};
+  row.merging = sql.substr(tokens[next].text.data() - sql.data());
   return row;
 }
 
@@ -169,7 +172,7 @@ KeysInUse* WriteQueue::keys_of(std::wstring_view key_column) {
 RowPlan* WriteQueue::plan(const RowInsertion& insertion) {
   const TableDefinition* const table = find(insertion.table);
   if (!table) return nullptr;
-  RowPlan plan{.table = table};
+  RowPlan plan{.table = table, .merging = insertion.merging};
   for (const std::wstring& name : insertion.columns) {
     const auto column = std::ranges::find_if(
         table->columns, [&](const Column& each) { return folded_name(each.name) == name; });
@@ -188,8 +191,10 @@ RowPlan* WriteQueue::plan(const RowInsertion& insertion) {
   } else {
     if (insertion.columns[0] != folded_name(table->key)) return nullptr;
     plan.keys = &keys_[insertion.table];
+    plan.has_links = records_of(insertion.columns[0]) != nullptr;
   }
-  return &plans_.try_emplace(insertion.table + L" " + plan.columns, plan).first->second;
+  return &plans_.try_emplace(insertion.table + L" " + plan.columns + plan.merging, plan)
+              .first->second;
 }
 
 const TableDefinition* WriteQueue::records_of(std::wstring_view key_column) const {
@@ -214,10 +219,18 @@ LockedRows& WriteQueue::locked_rows(const TableDefinition& table) {
 
 ChangePlan* WriteQueue::plan(const RowChange& change) {
   const TableDefinition* const table = find(change.table);
+  if (!table) return nullptr;
+  const bool is_deletion = change.columns.empty();
   const TableDefinition* const records = records_of(change.key);
-  if (!table || !records) return nullptr;
-  const bool are_links = table->is_link_table();
-  if (are_links ? !change.columns.empty() || !change.had.empty() : table != records) return nullptr;
+  const TableDefinition* rows = records;
+  if (table->is_link_table()) {
+    if (!records || !is_deletion || !change.had.empty()) return nullptr;
+  } else {
+    // The server may refuse to delete what is no record, and sets are locked by who links to them.
+    const bool is_sure = table == records || (!is_deletion && !is_of_sets(change.table));
+    if (!is_sure || folded_name(table->key) != change.key) return nullptr;
+    rows = table;
+  }
   ChangePlan plan{.table = table, .columns = change.columns};
   const auto place_of = [&](const std::wstring& name) {
     return static_cast<std::size_t>(
@@ -240,7 +253,7 @@ ChangePlan* WriteQueue::plan(const RowChange& change) {
     name += L" " + column;
   }
   plan.keys = keys_of(change.key);
-  plan.rows = &locked_rows(*records);
+  plan.rows = &locked_rows(*rows);
   return &change_plans_.try_emplace(name, std::move(plan)).first->second;
 }
 
@@ -249,7 +262,10 @@ void WriteQueue::reset() noexcept {
   pieces_.front() = {};
   waiting_ = 0;
   forget_rows();
-  for (auto& [table, keys] : keys_) keys.next_draw = 1;
+  for (auto& [table, keys] : keys_) {
+    keys.next_draw = 1;
+    keys.waiting.clear();
+  }
   for (auto& [table, rows] : locked_) rows.reset();
 }
 
@@ -290,12 +306,13 @@ std::optional<std::int64_t> WriteQueue::insert(RowPlan& plan, std::span<const Ro
   if (!session_.is_in_transaction() || !fit(types.subspan(left), values.subspan(left))) return {};
   std::int64_t key = 0;
   if (plan.keys) {
-    // A key that the row brings may be taken.
-    if (left == 0 && !plan.keys->are_reserved) return {};
+    // A key that the row brings may be taken, and no statement merges two rows into one.
+    const bool is_sure = plan.keys->are_reserved || !plan.merging.empty();
+    if (left == 0 && !is_sure) return {};
     key = left == 0 ? std::get<std::int64_t>(values[0]) : draw_key(*plan.keys);
-    if (key == 0) return {};
+    if (key == 0 || !plan.keys->waiting.insert(key).second) return {};
     plan.keys->own.insert(key);
-    plan.keys->unlinked.insert(key);
+    if (plan.has_links) plan.keys->unlinked.insert(key);
   } else {
     // A set that stays there until the transaction ends.
     const auto* const set = std::get_if<std::int64_t>(&values[0]);
@@ -381,6 +398,7 @@ std::optional<std::int64_t> WriteQueue::change(ChangePlan& plan, std::span<const
   const bool fits = fit(plan.types, values.first(set));
   if (!fits || !is_as_before(plan, *key, values.subspan(set + 1))) return {};
   plan.rows->take(*key);
+  plan.keys->waiting.insert(*key);
   keep(plan, *key, values.first(set));
   return 1;
 }
@@ -564,6 +582,12 @@ bool WriteQueue::has_rows_of(std::wstring_view table) const {
          });
 }
 
+bool WriteQueue::is_waiting(std::wstring_view table, std::int64_t key) const {
+  if (waiting_ == 0) return false;
+  const auto keys = keys_.find(table);
+  return keys != keys_.end() && keys->second.waiting.contains(key);
+}
+
 bool WriteQueue::is_empty(const Piece& piece) {
   return piece.changes.empty() && piece.rows.empty() && piece.statements.empty();
 }
@@ -588,10 +612,20 @@ void WriteQueue::send(std::size_t pieces, std::wstring_view behind) {
   pieces_.erase(pieces_.begin(), end - 1);
   pieces_.front() = {};
   waiting_ = 0;
-  for (auto& [table, rows] : locked_) rows.note_sent();
+  note_sent();
   for (std::size_t i = 0; i < pieces; ++i) {
     if (i > 0) session_.send(L"SAVEPOINT level", L"SAVEPOINT");
     if (!is_empty(sending[i])) send(sending[i], i + 1 == pieces ? behind : L"");
+  }
+}
+
+/// What is known of a row from before it waited is not so any more.
+void WriteQueue::note_sent() noexcept {
+  for (auto& [table, rows] : locked_) rows.note_sent();
+  for (auto& [table, keys] : keys_) {
+    if (keys.waiting.empty()) continue;
+    keys.waiting.clear();
+    session_.rows_ahead().forget(table);
   }
 }
 
@@ -636,8 +670,10 @@ void WriteQueue::send(const Piece& piece, std::wstring_view behind) {
         arrays.append(i == 0 ? L"'{" : L", '{").append(rows.values[i]).append(L"}'::");
         arrays += array_type(plan.types[i]);
       }
+      // In the order of their keys, so that two programs with the same do not wait for each other.
       sql += L"INSERT INTO " + plan.table->name + L" (" + plan.columns +
-             L") SELECT * FROM unnest(" + arrays + L"); ";
+             L") SELECT * FROM unnest(" + arrays +
+             (plan.merging.empty() ? L")" : L") ORDER BY 1 " + plan.merging) + L"; ";
       tables += (tables.empty() ? L"INSERT INTO " : L", INSERT INTO ") + plan.table->name;
     }
   }

@@ -20,13 +20,15 @@ class Session;
 /// A value on its way into a row; nothing stands for NULL.
 using RowValue = std::variant<std::nullptr_t, std::int64_t, double, std::wstring_view>;
 
-/// "INSERT INTO table (column, …) VALUES (?, …)", one row.
+/// "INSERT INTO table (column, …) VALUES (?, …)", one row; with "ON CONFLICT (key) DO UPDATE …"
+/// behind it, it may find that row there.
 struct RowInsertion {
   std::wstring table;  ///< in small letters, as the columns
   std::vector<std::wstring> columns;
+  std::wstring merging;  ///< what stands behind the values
 
   /// Nothing when the text is anything else.
-  static std::optional<RowInsertion> of(std::wstring_view sql);
+  static std::optional<RowInsertion> of(std::wstring_view sql, bool may_merge);
 };
 
 /// "DELETE FROM table WHERE column = ?", or the same of "UPDATE table SET column = ?, …"; a further
@@ -50,34 +52,38 @@ struct KeysInUse {
   std::unordered_set<std::int64_t> own;       // rows that the transaction has inserted
   std::unordered_set<std::int64_t> unlinked;  // of these, those without a link
   std::unordered_set<std::int64_t> linked;    // sets to which it has linked, and so locked
+  std::unordered_set<std::int64_t> waiting;   // rows that the server does not have as they are
 };
 
 /// How rows of a table go there with others.
 struct RowPlan {
   const TableDefinition* table = nullptr;
   std::wstring columns = {};  ///< "NodalForceID, Description, …"
+  std::wstring merging = {};  ///< of rows that may be there
+  bool has_links = false;     ///< its rows may have
   std::vector<ColumnType> types = {};
   KeysInUse* keys = nullptr;     ///< of the table; null for one of links
   KeysInUse* sets = nullptr;     ///< of the sets that links lead to
   KeysInUse* records = nullptr;  ///< of the records that they come from
 };
 
-/// How changes and deletions of records' rows, or deletions of their links, go there with others.
+/// How changes of rows, deletions of records' rows, or deletions of their links, go there with
+/// others.
 struct ChangePlan {
   const TableDefinition* table = nullptr;
   std::vector<std::wstring> columns = {};
   std::vector<ColumnType> types = {};      ///< of these, as they are set
   std::vector<std::size_t> compared = {};  ///< of what the row has had: columns of the locked rows
-  KeysInUse* keys = nullptr;               ///< of the records
+  KeysInUse* keys = nullptr;               ///< of the rows, or of the records that have the links
   LockedRows* rows = nullptr;              ///< likewise
 };
 
 /// What a transaction has written and the server does not have yet, since a way to it and back
 /// costs more than a row does. It reaches it with the transaction's next statement that could see
 /// it, or with its end, many rows at once. Only what nothing can be wrong with is kept back: new
-/// rows under a key that the server has given for them, with values that fit; links to sets that
-/// are locked or the transaction's own; and changes and deletions of records' rows that are locked
-/// and known.
+/// rows under a key that the server has given for them, or that are merged into what is there, with
+/// values that fit; links to sets that are locked or the transaction's own; and changes of rows,
+/// and deletions of records' rows, that are locked and known.
 ///
 /// Savepoints reach it with the rows behind them, if ever.
 class WriteQueue {
@@ -123,8 +129,11 @@ class WriteQueue {
   void note_locked(std::wstring_view table, std::int64_t key);
   /// Whether records belong to the rows of that table.
   [[nodiscard]] bool is_of_sets(std::wstring_view table) const;
-  /// Whether rows of that table wait.
+  /// Whether rows wait; whether some of that table do.
+  [[nodiscard]] bool has_rows() const { return waiting_ > 0; }
   [[nodiscard]] bool has_rows_of(std::wstring_view table) const;
+  /// Whether the row of that key may be among them.
+  [[nodiscard]] bool is_waiting(std::wstring_view table, std::int64_t key) const;
   /// Sends what waits. Savepoints behind which nothing waits stay here, unless `all`.
   void flush(bool all);
   /// Sends what waits, and commits in the same way; false when nothing waits.
@@ -172,6 +181,7 @@ class WriteQueue {
   static void append(Piece& to, Piece&& from);
   static std::wstring text_of(const Changes& changes);
   void forget_rows() noexcept;
+  void note_sent() noexcept;
   void send(std::size_t pieces, std::wstring_view behind);
   [[nodiscard]] static bool is_empty(const Piece& piece);
   void send(const Piece& piece, std::wstring_view behind);

@@ -136,11 +136,19 @@ long RecordStore::write_row(Model& model, const Record& record, const OwnRow* ro
   if (id == 0) {
     id = record.table().insert(database, 0, values_.get());
   } else {
-    if (!update_row(model, record, saved)) insert_under(database, record, id);
+    if (is_known_as_missing(database, record) || !update_row(model, record, saved)) {
+      insert_under(database, record, id);
+    }
     if (!saved.empty()) log_.reverted->forget(record);
   }
   note_seen(model, record.table(), id, true);
   return id;
+}
+
+/// A node or set of which it was just asked whether it is there.
+bool RecordStore::is_known_as_missing(Database& database, const Record& record) {
+  return database.engine().is_shared() && !stands_on_vertex(record.kind()) &&
+         !record.table().find(database, record.id());
 }
 
 /// Nodes and sets of a number are the same ones to everybody; records are not.

@@ -114,6 +114,7 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   [[nodiscard]] std::wstring saved_values(Database& database, const Record& record) const;
   long write_row(Model& model, const Record& record, const OwnRow* row, const std::wstring& saved);
   void read_row(const Record& record, const OwnRow* row);
+  [[nodiscard]] static bool is_known_as_missing(Database& database, const Record& record);
   void insert_under(Database& database, const Record& record, long id);
   void note_seen(Model& model, const Table& table, long id, bool is_there);
   bool update_row(Model& model, const Record& record, const std::wstring& saved);

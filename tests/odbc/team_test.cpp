@@ -248,6 +248,35 @@ TEST_F(TeamCollectionTest, ChangesAndDeletionsShareTheirWaysToTheServer) {
   other->Close();
 }
 
+TEST_F(TeamCollectionTest, NodesWithNumbersOfTheirOwnShareTheirWaysToTheServer) {
+  const bench::Proxy proxy(server_port());
+  const auto other = open_other(location_by(proxy.port()));
+  // Two on each node, one of which has a number that the other node's neighbours do not have.
+  const auto trips_of_saving = [&](double x, int from, int to) {
+    const auto forces = model_test::create<NodalForces, INodalForces>();
+    for (int number = from; number != to; number += from < to ? 1 : -1) {
+      const auto force = make_force(number);
+      com::Ptr<IDispatch> vertex;
+      force->get_Vertex(vertex.put());
+      const auto node = vertex.query<ICoordinateVertex>();
+      node->put_ID(5000 + 3 * number);
+      node->put_X(x + number);
+      forces->Add(force.get());
+    }
+    const long before = proxy.round_trips();
+    EXPECT_EQ(forces->Save(other.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+    return proxy.round_trips() - before;
+  };
+  EXPECT_LT(trips_of_saving(0, 1, 1 + kCount), kCount);
+  EXPECT_EQ(value(L"SELECT count(*) FROM Vertices WHERE VertexID = 5000 + 3 * X"), "40");
+  EXPECT_LT(trips_of_saving(100, 1, 1 + kCount), kCount);
+  EXPECT_EQ(value(L"SELECT count(*) FROM Vertices WHERE VertexID = 5000 + 3 * (X - 100)"), "40");
+  EXPECT_LT(trips_of_saving(0, 2 * kCount, 0), 2 * kCount);
+  EXPECT_EQ(value(L"SELECT count(*) FROM Vertices WHERE VertexID = 5000 + 3 * X"), "80");
+  EXPECT_EQ(count(L"NodalForces"), "160");
+  other->Close();
+}
+
 TEST_F(TeamCollectionTest, RowsThatOthersHaveLockedAreWaitedForAlone) {
   const auto mine = make_forces();
   const auto other = open_other(file.path());
