@@ -174,6 +174,10 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
         if (!store) break;
         const Turn turn(store->turns());
         (void)stored_row(*store);
+        if constexpr (identity == Identity::kInOneModel) {
+          keep_for_undo(*store);
+          home_.is_deleted = true;
+        }
         break;
     }
   }
@@ -193,9 +197,9 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   /// An object that was stored in one model may be saved in another under its number, unless that
   /// stands for something else there.
   void require_same_object(const std::wstring& model, const Statement& row) const {
-    if (!home_ || *home_ == model || image_.was_stored_as(row)) return;
+    if (!home_.model || *home_.model == model || image_.was_stored_as(row)) return;
     const std::wstring object = Self::table().kind().object + L" " + std::to_wstring(id_);
-    fail(kIllegalOperation, object + L" of the model " + quoted(*home_) + L" is " +
+    fail(kIllegalOperation, object + L" of the model " + quoted(*home_.model) + L" is " +
                                 quoted(image_.stored_description()) + L", but in the model " +
                                 quoted(model) + L" " + object + L" is " + quoted(row.text(0)) +
                                 L". Set its ID to 0 to save it there as a new one, or take the one "
@@ -205,14 +209,14 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   /// An object that has no row any more would come back with each record that is saved with it.
   void require_not_deleted(const RecordStore& store) const {
     const auto model = store.model();
-    const bool was_stored_here = home_ && *home_ == *model->shared_location() && dirty_ == 0;
+    const bool was_stored_here = home_.model && *home_.model == *model->shared_location() &&
+                                 !home_.is_deleted && dirty_ == 0;
     if (!was_stored_here || !model->database()->engine().is_shared() || store.overwrites()) return;
     const std::wstring object = Self::table().kind().object + L" " + std::to_wstring(id_);
     fail(kChangedByOthers,
          object + L" " + quoted(image_.stored_description()) +
-             L" has been deleted since, by somebody else or by a statement. Take it from the sets "
-             L"of the record, load the record anew, or set Overwrite of the model database to True "
-             L"to bring the set back.");
+             L" has been deleted since. Take it from the sets of the record, load the record anew, "
+             L"or set Overwrite of the model database to True to bring the set back.");
   }
 
   /// What is about to be taken for stored is not, should it be rolled back.
@@ -221,10 +225,13 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
                          dirty = dirty_] { object->take_back(before, home, dirty); });
   }
 
+  struct InOneModel {
+    std::shared_ptr<const std::wstring> model;  // its path; null when none has the stored values
+    bool is_deleted = false;                    // there, by this object itself
+  };
   // A vertex needs none, and a model has as many of these as it has records.
   struct NoHome {};
-  using Home = std::conditional_t<identity == Identity::kInOneModel,
-                                  std::shared_ptr<const std::wstring>, NoHome>;
+  using Home = std::conditional_t<identity == Identity::kInOneModel, InOneModel, NoHome>;
 
   void take_back(const RowImage::Before& before, const Home& home, long dirty) {
     image_.take_back(before);
@@ -236,19 +243,19 @@ class HostObject : public com::FreeThreaded<com::DispatchObject<Interface, kLibr
   void remember(RecordStore* store) {
     if constexpr (identity == Identity::kInOneModel) {
       if (!store) {
-        home_.reset();
+        home_ = {};
         return;
       }
       const Turn turn(store->turns());
       const auto model = store->model();
-      if (home_ != model->shared_location()) home_ = model->shared_location();
+      if (home_.model != model->shared_location()) home_.model = model->shared_location();
+      home_.is_deleted = false;
     }
   }
 
   long id_ = 0;
   long dirty_ = 0;
   RowImage image_;
-  // The path of the model that has the stored values; null when there is none.
   [[no_unique_address]] Home home_;
 };
 

@@ -387,6 +387,24 @@ TEST_F(TeamTest, SetThatSomebodyElseHasDeletedDoesNotComeBackWithARecord) {
   EXPECT_EQ(count(L"NodalForceLoadSets"), "1");
 }
 
+TEST_F(TeamTest, SetThatItsOwnProgramHasDeletedMayBeSavedAgain) {
+  const auto set = make_load_set(L"East");
+  ASSERT_EQ(save(set), S_OK);
+  const auto remove = [&] { return set->Delete(database.get()); };
+  ASSERT_EQ(remove(), S_OK) << model_test::last_sentence();
+  const auto force = make_force(1);
+  ASSERT_EQ(load_sets_of(force)->Add(set.get()), S_OK);
+  ASSERT_EQ(save(force), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(count(L"LoadSets") + count(L"NodalForceLoadSets"), "11");
+
+  // A deletion that was taken back is none.
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(remove(), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(execute(L"ROLLBACK TRANSACTION"), S_OK);
+  owner_.run(L"DELETE FROM LoadSets");
+  EXPECT_SENTENCE(save(force), HasSubstr("LoadSet 1 \"East\" has been deleted since"));
+}
+
 TEST_F(TeamTest, NodeThatSomebodyElseMakesAtTheSameTimeIsTheSame) {
   owner_.begin();
   owner_.run(L"INSERT INTO Vertices (VertexID, Description, X, Y, Z) VALUES (77, 'pier', 1, 2, 3)");
