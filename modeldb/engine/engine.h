@@ -38,6 +38,8 @@ class Engine {
 
   /// Whether nothing can be written, as far as can be told without waiting.
   [[nodiscard]] virtual bool is_read_only() = 0;
+  /// kInvalidConnection: nobody is there any more.
+  virtual void require_reachable() {}
   /// kCannotWriteFile: it is known that nothing can be written.
   virtual void require_writable() const = 0;
 

@@ -65,18 +65,19 @@ void Transactions::open(bool is_client) {
                     .shares_savepoint = shares};
   levels_.reserve(levels_.size() + 1);
   if (levels_.empty()) {
-    open_outermost();
+    open_outermost(is_client);
   } else if (!shares) {
     database_.engine().begin_savepoint();
   }
   levels_.push_back(level);
 }
 
-void Transactions::open_outermost() {
+/// A client who cannot write learns it here, before he parts with what he would write.
+void Transactions::open_outermost(bool is_client) {
   database_.engine().begin();
-  if (!companion_) return;
   try {
-    companion_->on_begin();
+    if (is_client) database_.engine().require_reachable();
+    if (companion_) companion_->on_begin();
   } catch (...) {
     database_.engine().rollback();
     throw;

@@ -63,7 +63,7 @@ class Transactions {
   };
 
   void open(bool is_client);
-  void open_outermost();
+  void open_outermost(bool is_client);
   /// Undoes it when it fails.
   void keep_innermost();
   void undo_innermost() noexcept;

@@ -274,7 +274,7 @@ STDMETHODIMP ModelDatabase::Poll(long* pCalls) {
     *pCalls = 0;
     (void)model();
     const com::Ptr<RecordStore> store = store_;
-    *pCalls = store->hear_others();
+    *pCalls = store->poll();
   });
 }
 

@@ -36,6 +36,7 @@ class OdbcEngine final : public Engine {
     session_.set_read_only(asks_read_only());
     return session_.is_read_only();
   }
+  void require_reachable() override { session_.require_reachable(); }
   void require_writable() const override {
     session_.require_open();
     if (!session_.is_read_only()) return;

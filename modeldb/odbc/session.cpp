@@ -84,6 +84,13 @@ void Session::require_alive() const {
   if (is_undone_) fail_as_lost(location());
 }
 
+void Session::require_reachable() {
+  require_alive();
+  if (answers()) return;
+  is_lost_ = true;
+  fail_as_disconnected(location());
+}
+
 void Session::run(std::wstring_view sql) {
   require_alive();
   queue_.flush(true);

@@ -62,6 +62,8 @@ class Session {
   [[nodiscard]] bool is_in_transaction() const { return is_begun_; }
   /// As require_open. kInvalidTransaction: the transaction is lost.
   void require_alive() const;
+  /// As require_alive. kInvalidConnection: the server, which is asked, does not answer.
+  void require_reachable();
   /// What the transaction has written and the server does not know yet.
   [[nodiscard]] WriteQueue& queue() { return queue_; }
 

@@ -297,6 +297,11 @@ long RecordStore::hear_others() {
   return static_cast<long>(changes.size());
 }
 
+long RecordStore::poll() {
+  if (listeners_.empty()) model()->database()->engine().require_reachable();
+  return hear_others();
+}
+
 void RecordStore::hear_first() {
   const bool is_part = suspended_ || is_changing() || log_.is_undoing ||
                        model()->database()->transactions().is_open();

@@ -71,6 +71,8 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   /// Tells the listeners what other programs have changed since they began to listen, or were told
   /// last. Returns how often each was called.
   long hear_others();
+  /// The same; raises when nobody can be asked, though nobody listens.
+  long poll();
   /// The same before somebody reads or writes, unless that is a part of something.
   void hear_first();
   /// Calls method(number, name) of the listeners for each of the steps.

@@ -69,6 +69,12 @@ class TeamTest : public model_test::ModelTest {
     modeldb::OdbcStatement rows(owner_, sql, modeldb::Trust::kHost);
     return rows.step() ? std::to_string(rows.integer(0)) : "";
   }
+  /// Of everybody but the owner.
+  void break_connections() {
+    owner_.run(
+        L"DO $$ BEGIN PERFORM pg_terminate_backend(pid, 60000) FROM pg_stat_activity WHERE datname "
+        L"= current_database() AND pid <> pg_backend_pid(); END $$");
+  }
   /// Where a user of that name, who is made with those rights, finds the model.
   std::wstring location_of(const std::wstring& user, const std::wstring& rights) {
     owner_.run(L"DROP ROLE IF EXISTS " + user);
@@ -469,9 +475,7 @@ TEST_F(TeamTest, BrokenConnectionLeavesNothingHalfWritten) {
   ASSERT_EQ(save(make_force(1)), S_OK);
   ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
   ASSERT_EQ(save(make_force(2)), S_OK);
-  owner_.run(
-      L"DO $$ BEGIN PERFORM pg_terminate_backend(pid, 60000) FROM pg_stat_activity WHERE datname = "
-      L"current_database() AND pid <> pg_backend_pid(); END $$");
+  break_connections();
   EXPECT_SENTENCE(save(make_force(3)), AllOf(HasSubstr("was lost"), HasSubstr("open it again")));
   EXPECT_SENTENCE(execute(L"COMMIT TRANSACTION"), HasSubstr("was lost"));
   reopen();
@@ -479,6 +483,23 @@ TEST_F(TeamTest, BrokenConnectionLeavesNothingHalfWritten) {
   EXPECT_EQ(asked(L"SELECT count(*) FROM pg_stat_activity WHERE state LIKE 'idle in transaction%'"),
             "0");
   ASSERT_EQ(save(make_force(4)), S_OK) << model_test::last_sentence();
+}
+
+TEST_F(TeamTest, BrokenConnectionIsToldBeforeACollectionIsEmptied) {
+  ASSERT_EQ(save(make_force(1)), S_OK);
+  const auto forces = load_forces();
+  break_connections();
+  for (int attempt = 1; attempt <= 2; ++attempt) {
+    EXPECT_SENTENCE(forces->Delete(database.get()), HasSubstr("was lost"));
+  }
+  long number = 0;
+  EXPECT_EQ(forces->get_Count(&number), S_OK);
+  EXPECT_EQ(number, 1);
+  reopen();
+  ASSERT_EQ(forces->Delete(database.get()), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(count(L"NodalForces"), "0");
+  break_connections();
+  EXPECT_SENTENCE(database->Poll(&number), HasSubstr("was lost"));
 }
 
 TEST_F(TeamTest, BreakDuringACommitLeavesItOpenWhetherItWas) {
