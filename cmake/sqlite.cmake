@@ -7,7 +7,7 @@ cmake_path(SET ORV_SQLITE_DIR NORMALIZE ${CMAKE_BINARY_DIR}/../sqlite)
 add_custom_command(
   OUTPUT ${ORV_SQLITE_DIR}/sqlite3.c ${ORV_SQLITE_DIR}/sqlite3.h
   COMMAND ${CMAKE_SOURCE_DIR}/cmake/fetch-sqlite ${ORV_SQLITE_DIR}
-  DEPENDS ${CMAKE_SOURCE_DIR}/cmake/fetch-sqlite
+  DEPENDS ${CMAKE_SOURCE_DIR}/cmake/fetch-sqlite ${CMAKE_SOURCE_DIR}/cmake/sqlite.patch
   COMMENT "Fetching SQLite"
   VERBATIM)
 add_custom_target(orv_sqlite_sources DEPENDS ${ORV_SQLITE_DIR}/sqlite3.c)

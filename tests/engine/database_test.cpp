@@ -159,6 +159,19 @@ TEST_F(Clients, AreToldWhenThereIsNoMemoryToDecideWhatTheyMay) {
   EXPECT_GT(refused, 0);
 }
 
+TEST_F(Clients, DoNotWaitForATextThatIsLongerThanAnyMayBe) {
+  for (int i = 0; i < 10; ++i) write(L"INSERT INTO Forces (Magnitude) VALUES (1)");
+  // Written out, the first one alone would take longer than a statement may.
+  const auto rows = database_
+                        ->execute_text(
+                            L"SELECT count(*) FROM Forces A, Forces B WHERE length("
+                            L"printf('%.*c', 2000000000 + A.ForceID, 'x')) IS NULL",
+                            Trust::kRead)
+                        .query;
+  ASSERT_TRUE(rows->step());
+  EXPECT_EQ(rows->integer(0), 100);
+}
+
 // --- Texts that are stored -----------------------------------------------------------------------
 
 using Texts = WithDatabase;
