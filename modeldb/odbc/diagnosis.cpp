@@ -196,6 +196,20 @@ void fail_as_server(const Diagnosis& diagnosis, std::wstring_view location, std:
   fail_on_text(answer->result, subject, std::wstring(answer->clause));
 }
 
+void fail_as_not_kept(std::wstring_view sql) {
+  fail(
+      kIntegrityViolation,
+      L"The statement " + quoted(sql) +
+          L" was not carried out by the server as it stands: a rule or trigger that was added to a "
+          L"table leaves rows out. Have the owner of the model take it away.");
+}
+
+std::wstring kept_whole(std::wstring_view change, std::size_t rows) {
+  std::wstring text = L"WITH orv_kept AS (";
+  text.append(change).append(L" RETURNING 1) SELECT ln((count(*) = ");
+  return text.append(std::to_wstring(rows)).append(L")::integer) FROM orv_kept; ");
+}
+
 void fail_as_disconnected(std::wstring_view location) {
   fail(kInvalidConnection,
        L"The connection to the model " + quoted(location) +

@@ -32,6 +32,13 @@ struct Diagnosis {
 /// Raises kInvalidConnection: it was lost, and with it what was not committed.
 [[noreturn]] void fail_as_disconnected(std::wstring_view location);
 
+/// Raises kIntegrityViolation: the server has left out rows that it was given.
+[[noreturn]] void fail_as_not_kept(std::wstring_view sql);
+/// `change`, which returns a row for each that it writes, as a text that fails with kNotKeptState
+/// when there are not as many.
+std::wstring kept_whole(std::wstring_view change, std::size_t rows);
+inline constexpr std::wstring_view kNotKeptState = L"2201E";  // that of ln(0)
+
 // What the model's own triggers answer with.
 
 /// Records stand on the row.

@@ -122,7 +122,7 @@ void OdbcStatement::abandon() noexcept {
 
 void OdbcStatement::check(SQLRETURN result) const {
   if (SQL_SUCCEEDED(result)) return;
-  session_.fail_with(handle_.get(), expanded_sql());
+  session_.fail_with(handle_.get(), expanded_sql(), gives_key_);
 }
 
 std::wstring OdbcStatement::expanded_sql() const {
@@ -394,15 +394,26 @@ void OdbcStatement::execute() {
   if (reads_beside && finds_rows_behind()) return;
   session_.prepare_to_run();
   const SQLRETURN result = send();
+  if (result != SQL_NO_DATA) {
+    check(result);
+    describe();
+    if (!types_.empty()) read_rows();
+  }
+  if (insertion_ && !has_inserted()) fail_as_not_kept(expanded_sql());
   if (result == SQL_NO_DATA) return;
-  check(result);
-  describe();
-  if (!types_.empty()) read_rows();
   if (insertion_plan_) session_.queue().note_inserted(*insertion_plan_, row_values());
   if (!gives_key_) return;
-  if (has_rows_) session_.set_last_insert_id(own_.integer(0, 0));
+  session_.set_last_insert_id(own_.integer(0, 0));
   session_.add_changes(1);
   has_rows_ = false;
+}
+
+/// Its one row.
+bool OdbcStatement::has_inserted() const {
+  if (gives_key_) return has_rows_;
+  SQLLEN rows = 0;
+  odbc().SQLRowCount(handle_.get(), &rows);
+  return rows == 1;
 }
 
 void OdbcStatement::describe() {

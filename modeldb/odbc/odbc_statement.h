@@ -92,6 +92,7 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] bool finds_rows_behind();
   [[nodiscard]] bool asks_for_a_row() const;
   [[nodiscard]] bool is_queued();
+  [[nodiscard]] bool has_inserted() const;
   [[nodiscard]] std::span<const RowValue> row_values();
   [[nodiscard]] bool looks_up_a_set() const;
   void look_up_a_set();

@@ -103,7 +103,7 @@ void Session::send(std::wstring_view sql, std::wstring_view shown) {
   require_alive();
   prepare_to_run();
   try {
-    run_alone(sql, shown);
+    run_alone(sql, shown, true);
   } catch (...) {
     is_undone_ = true;
     throw;
@@ -133,10 +133,10 @@ std::vector<std::wstring> Session::ask(std::wstring_view sql) noexcept {
   return texts;
 }
 
-void Session::run_alone(std::wstring_view sql, std::wstring_view shown) {
+void Session::run_alone(std::wstring_view sql, std::wstring_view shown, bool writes_rows) {
   const SQLRETURN result = odbc().SQLExecDirectW(own_.get(), characters(sql.data()),
                                                  static_cast<SQLINTEGER>(sql.size()));
-  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) fail_with(own_.get(), shown);
+  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) fail_with(own_.get(), shown, writes_rows);
   odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
 }
 
@@ -222,7 +222,7 @@ void Session::prepare_to_run() {
   run_alone(sql, sql);
 }
 
-void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
+void Session::fail_with(SQLHANDLE statement, std::wstring_view sql, bool writes_rows) {
   const auto diagnosis = Diagnosis::of(SQL_HANDLE_STMT, statement);
   odbc().SQLFreeStmt(statement, SQL_CLOSE);
   if (is_lost(diagnosis)) is_lost_ = true;
@@ -233,6 +233,8 @@ void Session::fail_with(SQLHANDLE statement, std::wstring_view sql) {
     run_quietly(L"SELECT pg_advisory_unlock_all()");
   }
   if (is_lost_) fail_as_disconnected(location());
+  // Of a table with a rule the server cannot tell what was written.
+  if (writes_rows && (diagnosis.is(kNotKeptState) || diagnosis.is(L"0A000"))) fail_as_not_kept(sql);
   fail_as_server(diagnosis, location(), sql);
 }
 

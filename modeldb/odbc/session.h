@@ -75,8 +75,9 @@ class Session {
   [[nodiscard]] bool is_read_only() const { return is_read_only_; }
   void set_read_only(bool is) { is_read_only_ = is; }
 
-  /// Raises what the call on the handle of a statement answered, with a sentence.
-  [[noreturn]] void fail_with(SQLHANDLE statement, std::wstring_view sql);
+  /// Raises what the call on the handle of a statement answered, with a sentence. A text that
+  /// `writes_rows` tells whether they were kept.
+  [[noreturn]] void fail_with(SQLHANDLE statement, std::wstring_view sql, bool writes_rows = false);
 
   /// What was fetched before it is asked for.
   [[nodiscard]] RowsAhead& rows_ahead() { return rows_ahead_; }
@@ -94,7 +95,7 @@ class Session {
   void learn(const TableDefinition& table);
 
  private:
-  void run_alone(std::wstring_view sql, std::wstring_view shown);
+  void run_alone(std::wstring_view sql, std::wstring_view shown, bool writes_rows = false);
   void learn_spelling(std::wstring_view name);
   void set_automatic(bool is_automatic) noexcept;
   /// Whether the server is still there.

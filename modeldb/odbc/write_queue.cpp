@@ -636,7 +636,10 @@ std::wstring WriteQueue::text_of(const Changes& changes) {
       plan.table->is_link_table() ? plan.table->columns.back().name : plan.table->key;
   const std::wstring keys = L"'{" + changes.keys + L"}'::integer[]";
   if (plan.columns.empty()) {
-    return L"DELETE FROM " + table + L" WHERE " + key + L" = ANY (" + keys + L"); ";
+    const std::wstring text =
+        L"DELETE FROM " + table + L" WHERE " + key + L" = ANY (" + keys + L")";
+    // Of links there may be several to a key.
+    return plan.table->is_link_table() ? text + L"; " : kept_whole(text, changes.count);
   }
   std::wstring assignments;
   std::wstring arrays = keys;
@@ -647,8 +650,9 @@ std::wstring WriteQueue::text_of(const Changes& changes) {
     arrays += L", '{" + changes.values[i] + L"}'::" + array_type(plan.types[i]);
     names += L", " + name;
   }
-  return L"UPDATE " + table + L" SET " + assignments + L" FROM unnest(" + arrays +
-         L") AS orv_new (" + names + L") WHERE " + key + L" = orv_key; ";
+  return kept_whole(L"UPDATE " + table + L" SET " + assignments + L" FROM unnest(" + arrays +
+                        L") AS orv_new (" + names + L") WHERE " + key + L" = orv_key",
+                    changes.count);
 }
 
 /// What is changed first, then the rows of records, vertices and sets, which links refer to.
@@ -671,9 +675,10 @@ void WriteQueue::send(const Piece& piece, std::wstring_view behind) {
         arrays += array_type(plan.types[i]);
       }
       // In the order of their keys, so that two programs with the same do not wait for each other.
-      sql += L"INSERT INTO " + plan.table->name + L" (" + plan.columns +
-             L") SELECT * FROM unnest(" + arrays +
-             (plan.merging.empty() ? L")" : L") ORDER BY 1 " + plan.merging) + L"; ";
+      sql += kept_whole(L"INSERT INTO " + plan.table->name + L" (" + plan.columns +
+                            L") SELECT * FROM unnest(" + arrays +
+                            (plan.merging.empty() ? L")" : L") ORDER BY 1 " + plan.merging),
+                        rows.count);
       tables += (tables.empty() ? L"INSERT INTO " : L", INSERT INTO ") + plan.table->name;
     }
   }

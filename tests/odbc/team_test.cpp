@@ -765,6 +765,57 @@ TEST_F(TeamTest, ListenersHearOfEachBatchOfOthersOnce) {
   EXPECT_EQ(store().query<IObservableRecordStore>()->Unadvise(&listener), S_OK);
 }
 
+TEST_F(TeamCollectionTest, RowsThatTheServerLeavesOutAreNotToldAsSaved) {
+  const auto forces = make_forces();
+  owner_.run(
+      L"CREATE FUNCTION leave_out() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NULL; END "
+      L"$$");
+  const auto refuses = [&](auto&& work) {
+    EXPECT_SENTENCE(work(), HasSubstr("a rule or trigger that was added to a table"));
+    EXPECT_EQ(value(L"SELECT count(*) || ':' || max(Magnitude) FROM NodalForces"), "40:40");
+    EXPECT_EQ(links(), "80 of 40");
+  };
+  const auto save_one = [&] { return save(make_force(7)); };
+  const auto save_a_batch = [&] {
+    const auto batch = model_test::create<NodalForces, INodalForces>();
+    for (int number = 0; number < 5; ++number) batch->Add(make_force(number).get());
+    return save(batch);
+  };
+  const auto save_under_a_number = [&] {
+    const auto force = make_force(7);
+    force->put_ID(7000);
+    return save(force);
+  };
+  for (const auto* const table : {L"Vertices", L"NodalForces", L"NodalForceLoadSets"}) {
+    SCOPED_TRACE(model_test::narrow(table));
+    const std::wstring on = std::wstring(L" ON ") + table;
+    owner_.run(L"CREATE TRIGGER leave_out BEFORE INSERT" + on +
+               L" FOR EACH ROW EXECUTE FUNCTION leave_out()");
+    if (table != std::wstring_view(L"NodalForceLoadSets")) {
+      refuses(save_one);
+      refuses(save_a_batch);
+      refuses(save_under_a_number);
+    } else {
+      const auto force = make_force(7);
+      load_sets_of(force)->Add(make_load_set(L"Ice").get());
+      refuses([&] { return save(force); });
+    }
+    owner_.run(L"DROP TRIGGER leave_out" + on);
+    if (table == std::wstring_view(L"NodalForceLoadSets")) continue;
+    owner_.run(L"CREATE RULE leave_out AS ON INSERT TO " + std::wstring(table) +
+               L" DO INSTEAD NOTHING");
+    refuses(save_one);
+    refuses(save_a_batch);
+    refuses(save_under_a_number);
+    owner_.run(L"DROP RULE leave_out" + on);
+  }
+  owner_.run(
+      L"CREATE TRIGGER leave_out BEFORE UPDATE ON NodalForces FOR EACH ROW EXECUTE FUNCTION "
+      L"leave_out()");
+  strengthen(forces);
+  refuses([&] { return save(forces); });
+}
+
 TEST_F(TeamTest, TableThatSomebodyElseWidensIsReadOn) {
   ASSERT_EQ(save(make_load_set(L"Wind")), S_OK) << model_test::last_sentence();
   ASSERT_EQ(value(L"SELECT * FROM LoadSets"), "1");
