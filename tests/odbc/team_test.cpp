@@ -257,17 +257,19 @@ TEST_F(TeamCollectionTest, ChangesAndDeletionsShareTheirWaysToTheServer) {
 TEST_F(TeamCollectionTest, NodesWithNumbersOfTheirOwnShareTheirWaysToTheServer) {
   const bench::Proxy proxy(server_port());
   const auto other = open_other(location_by(proxy.port()));
-  // Two on each node, one of which has a number that the other node's neighbours do not have.
+  const auto force_on = [&](long node, double x) {
+    const auto force = make_force(1);
+    com::Ptr<IDispatch> vertex;
+    force->get_Vertex(vertex.put());
+    const auto there = vertex.query<ICoordinateVertex>();
+    there->put_ID(node);
+    there->put_X(x);
+    return force;
+  };
   const auto trips_of_saving = [&](double x, int from, int to) {
     const auto forces = model_test::create<NodalForces, INodalForces>();
     for (int number = from; number != to; number += from < to ? 1 : -1) {
-      const auto force = make_force(number);
-      com::Ptr<IDispatch> vertex;
-      force->get_Vertex(vertex.put());
-      const auto node = vertex.query<ICoordinateVertex>();
-      node->put_ID(5000 + 3 * number);
-      node->put_X(x + number);
-      forces->Add(force.get());
+      forces->Add(force_on(5000 + 3 * number, x + number).get());
     }
     const long before = proxy.round_trips();
     EXPECT_EQ(forces->Save(other.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
@@ -277,10 +279,27 @@ TEST_F(TeamCollectionTest, NodesWithNumbersOfTheirOwnShareTheirWaysToTheServer) 
   EXPECT_EQ(value(L"SELECT count(*) FROM Vertices WHERE VertexID = 5000 + 3 * X"), "40");
   EXPECT_LT(trips_of_saving(100, 1, 1 + kCount), kCount);
   EXPECT_EQ(value(L"SELECT count(*) FROM Vertices WHERE VertexID = 5000 + 3 * (X - 100)"), "40");
+  ASSERT_EQ(execute(L"UPDATE Vertices SET Y = 7"), S_OK);
   EXPECT_LT(trips_of_saving(0, 2 * kCount, 0), 2 * kCount);
   EXPECT_EQ(value(L"SELECT count(*) FROM Vertices WHERE VertexID = 5000 + 3 * X"), "80");
+  EXPECT_EQ(value(L"SELECT count(*) FROM Vertices WHERE Y = 7"), "40");
   EXPECT_EQ(count(L"NodalForces"), "160");
   other->Close();
+
+  // Of two that put the same node elsewhere the last one wins, new or not, and a rollback takes
+  // back both.
+  for (const bool is_kept : {false, true}) {
+    ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+    const auto forces = model_test::create<NodalForces, INodalForces>();
+    for (const long node : {7000, 5003, 7001, 5006}) {
+      for (const double x : {301, 302}) forces->Add(force_on(node, x).get());
+    }
+    ASSERT_EQ(save(forces), S_OK) << model_test::last_sentence();
+    EXPECT_THAT(failures(), testing::IsEmpty());
+    ASSERT_EQ(execute(is_kept ? L"COMMIT TRANSACTION" : L"ROLLBACK TRANSACTION"), S_OK);
+    EXPECT_EQ(value(L"SELECT count(*) || ':' || count(CASE WHEN X = 302 THEN 1 END) FROM Vertices"),
+              is_kept ? "82:4" : "80:0");
+  }
 }
 
 TEST_F(TeamCollectionTest, RowsThatOthersHaveLockedAreWaitedForAlone) {
