@@ -76,6 +76,9 @@ constexpr Answer kAnswers[] = {
     {L"54", kErrorsInCommand, Subject::kStatement,
      L" cannot be run: it is too long or too involved. Divide it."},
     {L"55P03", kLocked, Subject::kModel, kInUse},
+    {L"40P01", kLocked, Subject::kModel,
+     L" is in use: another program or person is changing the same rows, and waits for rows that "
+     L"this one has changed. Try again when they are done."},
     {L"40", kLocked, Subject::kModel, kInUse},
     {L"57014", kTimeout, Subject::kStatement,
      L" was ended, because it took longer than it may. Narrow it down, or give it more time by the "

@@ -142,7 +142,7 @@ void Session::run_alone(std::wstring_view sql, std::wstring_view shown, bool wri
 
 void Session::run_quietly(const wchar_t* sql) noexcept {
   if (!is_open_ || is_lost_) return;
-  if (is_told_within_) waiting_told_ = -1;
+  if (is_told_within_) waiting_told_.reset();
   rows_ahead_.forget();
   odbc().SQLExecDirectW(own_.get(), characters(sql), SQL_NTS);
   odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);
@@ -155,6 +155,7 @@ void Session::set_automatic(bool is_automatic) noexcept {
 
 void Session::begin() {
   require_open();
+  has_waited_in_vain_ = false;
   prepare_to_run();
   set_automatic(false);
   queue_.reset();
@@ -204,21 +205,26 @@ void Session::rollback() noexcept {
     odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
     set_automatic(true);
   }
-  if (is_told_within_) waiting_told_ = -1;
+  if (is_told_within_) waiting_told_.reset();
   is_begun_ = false;
 }
 
-void Session::prepare_to_run() {
-  if (waiting_told_ == waiting_) return;
-  waiting_told_ = waiting_;
-  is_told_within_ = is_begun_;
-  // A little less than a client's statement may take in all, so that a lock is what is told of.
+long long Session::milliseconds_to_wait() const {
+  constexpr long long kShortest = 1;
+  constexpr long long kLongest = 2'000'000'000;
   constexpr long long kThousand = 1000;
+  // A little less than a client's statement may take in all, so that a lock is what is told of.
   constexpr long long kLess = 100;
-  const std::wstring limit =
-      waiting_ == 0 ? L"0"
-                    : std::to_wstring(std::min(waiting_ * kThousand - kLess, 2'000'000'000LL));
-  const std::wstring sql = L"SET lock_timeout = " + limit;
+  if (is_begun_ && has_waited_in_vain_) return kShortest;
+  return waiting_ == 0 ? 0 : std::min(waiting_ * kThousand - kLess, kLongest);
+}
+
+void Session::prepare_to_run() {
+  const long long limit = milliseconds_to_wait();
+  if (waiting_told_ == limit) return;
+  waiting_told_ = limit;
+  is_told_within_ = is_begun_;
+  const std::wstring sql = L"SET lock_timeout = " + std::to_wstring(limit);
   run_alone(sql, sql);
 }
 
@@ -227,6 +233,7 @@ void Session::fail_with(SQLHANDLE statement, std::wstring_view sql, bool writes_
   odbc().SQLFreeStmt(statement, SQL_CLOSE);
   if (is_lost(diagnosis)) is_lost_ = true;
   has_failed_ = true;
+  if (diagnosis.is(L"55P03") || diagnosis.is(L"40P01")) has_waited_in_vain_ = true;
   if (diagnosis.is(L"25P02")) fail_as_lost(location());
   // A trigger that was stopped may have been about to let a lock go (key_rules.h).
   if (diagnosis.is(L"57014") || diagnosis.is(L"2200H")) {

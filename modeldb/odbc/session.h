@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -54,7 +55,8 @@ class Session {
 
   // Its transaction, which reaches the server with its first statement.
 
-  /// Statements within it wait for the locks of others.
+  /// Statements within it wait for the locks of others, until one has waited in vain: the others
+  /// may wait for this transaction, and rows would be refused one by one, each after its time.
   void begin();
   /// kInvalidTransaction: the server had to roll back by itself.
   void commit();
@@ -95,6 +97,7 @@ class Session {
   void learn(const TableDefinition& table);
 
  private:
+  [[nodiscard]] long long milliseconds_to_wait() const;
   void run_alone(std::wstring_view sql, std::wstring_view shown, bool writes_rows = false);
   void learn_spelling(std::wstring_view name);
   void set_automatic(bool is_automatic) noexcept;
@@ -119,9 +122,10 @@ class Session {
   bool is_begun_ = false;
   bool is_read_only_ = false;
   Seconds waiting_ = kDefaultTimeLimit;
-  Seconds waiting_told_ = -1;
-  bool is_told_within_ = false;  // the transaction, with which it would be undone
-  bool has_failed_ = false;      // a statement of the transaction
+  bool has_waited_in_vain_ = false;        // the transaction, which keeps others waiting
+  std::optional<long long> waiting_told_;  // in milliseconds
+  bool is_told_within_ = false;            // the transaction, with which it would be undone
+  bool has_failed_ = false;                // a statement of the transaction
   std::int64_t last_insert_id_ = 0;
   std::int64_t total_changes_ = 0;
   std::map<std::wstring, std::wstring, std::less<>> spelling_;

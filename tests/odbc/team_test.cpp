@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <barrier>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -315,6 +316,59 @@ TEST_F(TeamCollectionTest, RowsThatOthersHaveLockedAreWaitedForAlone) {
   EXPECT_THAT(failures(), testing::ElementsAre(HasSubstr("is in use: another program")));
   ASSERT_EQ(execute_in(other, L"ROLLBACK TRANSACTION"), S_OK);
   EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude > 1000"), "39");
+}
+
+TEST_F(TeamCollectionTest, WhoMeetsInOppositeOrdersWaitsForTheOtherOnceAtMost) {
+  const auto mine = make_forces();
+  std::barrier<> both_have_some(2);
+  struct Saved {
+    long records = 0;
+    std::vector<std::string> refusals = {};
+    HRESULT end = E_PENDING;
+  };
+  const auto save_all = [&](bool is_forward) {
+    Saved saved;
+    const auto model = model_test::create<ModelDatabase, IModelDatabaseFile>();
+    model->Open(bstr(file.path()).get());
+    com::Ptr<IDispatch> object;
+    model->get_Connection(object.put());
+    object.query<Connection15>()->put_CommandTimeout(0);
+    model->Load(bstr(L"NodalForces").get(), com::Variant::omitted(), com::Variant::omitted(),
+                object.put());
+    const auto forces = object.query<INodalForces>();
+    strengthen(forces);
+    execute_in(model, L"BEGIN TRANSACTION");
+    for (long number = 0; number < kCount; ++number) {
+      if (number == kCount / 4) both_have_some.arrive_and_wait();
+      const bool is_saved =
+          save_in(model, item(forces, is_forward ? number : kCount - 1 - number)) == S_OK;
+      saved.records += is_saved ? 1 : 0;
+      if (!is_saved) saved.refusals.push_back(model_test::last_sentence());
+    }
+    saved.end = execute_in(model, L"COMMIT TRANSACTION");
+    model->Close();
+    return saved;
+  };
+  Saved forward;
+  std::thread other([&] {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    forward = save_all(true);
+    CoUninitialize();
+  });
+  const Saved backward = save_all(false);
+  other.join();
+  long refused_by_deadlock = 0;
+  for (const Saved& saved : {forward, backward}) {
+    EXPECT_EQ(saved.end, S_OK);
+    const auto times = std::ranges::count_if(saved.refusals, [](const std::string& sentence) {
+      return sentence.find("waits for rows that this one has changed") != std::string::npos;
+    });
+    EXPECT_LE(times, 1) << testing::PrintToString(saved.refusals);
+    refused_by_deadlock += static_cast<long>(times);
+  }
+  EXPECT_GE(refused_by_deadlock, 1);
+  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude = NodalForceID + 1000"),
+            std::to_string(forward.records + backward.records));
 }
 
 TEST_F(TeamCollectionTest, WhatWaitsIsSeenByTheSameTransactionAndUndoneWithIt) {
