@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "com/sentence.h"
+#include "modeldb/base/characters.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/engine/savepoint.h"
 
@@ -46,6 +47,11 @@ History::History(Database& database, HistoryTerms terms)
   if (database.engine().recorder()) database.transactions().accompany(*this);
 }
 
+void History::name_next(std::wstring_view name) {
+  if (!is_of_characters(name)) fail_on_characters(name);
+  next_name_ = name;
+}
+
 RowRecorder& History::require_recorder() {
   database_.require_open();
   if (RowRecorder* const recorder = database_.engine().recorder()) return *recorder;
@@ -63,7 +69,9 @@ void History::on_begin() {
   counter_ = recorder.change_counter();
   bounds_ = tables_.bounds();
   is_step_made_ = false;
-  if (!is_own_change_ && !bounds_.is_off()) {
+  if (is_own_change_) return;
+  if (!bounds_.are_sound()) fail_as_damaged_history();
+  if (!bounds_.is_off()) {
     recorder.begin(static_cast<std::size_t>(bounds_.bytes));
   }
 }
@@ -142,6 +150,7 @@ std::vector<Step> History::undo(std::optional<long> first) {
   std::vector<Step> steps;
   change(L"undone", [&] {
     if (tables_.exist()) notice_others();
+    tables_.require_sound();
     steps = steps_to_undo(first);
     replay(steps, true);
   });
@@ -152,6 +161,7 @@ std::vector<Step> History::redo(std::optional<long> last) {
   std::vector<Step> steps;
   change(L"redone", [&] {
     if (tables_.exist()) notice_others();
+    tables_.require_sound();
     steps = steps_to_redo(last);
     replay(steps, false);
   });
@@ -234,13 +244,13 @@ void History::set_bounds(const HistoryBounds& bounds) {
   const bool was_changed = database_.is_changed();
   change(L"set in the history", [&] {
     tables_.make();
-    tables_.set_bounds(bounds);
+    tables_.set_bounds(bounds.sound());
     if (bounds.is_off()) {
       tables_.drop_all();
       tables_.set_note(L"The history is switched off: History.MaximumSteps is 0.");
     } else {
       if (bounds_.is_off()) tables_.set_note(L"");
-      tables_.drop_beyond(bounds);
+      tables_.drop_beyond(bounds.sound());
     }
   });
   // The model is as it was.
@@ -251,6 +261,7 @@ void History::clear() {
   const bool was_changed = database_.is_changed();
   change(L"cleared", [&] {
     if (!tables_.exist()) return;
+    if (!bounds_.are_sound()) tables_.set_bounds(bounds_.sound());
     tables_.drop_all();
     tables_.set_note(L"");
   });

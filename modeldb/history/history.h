@@ -30,7 +30,8 @@ class History final : private TransactionCompanion {
   History(Database& database, HistoryTerms terms);
 
   /// Names the step that is made next, or is being made; without a name it gets one that counts.
-  void name_next(std::wstring_view name) { next_name_ = name; }
+  /// kInvalidArgument: the name has what is no character.
+  void name_next(std::wstring_view name);
   [[nodiscard]] const std::wstring& next_name() const { return next_name_; }
 
   /// All steps, the oldest first.

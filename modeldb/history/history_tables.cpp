@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <span>
+#include <utility>
 
 namespace modeldb {
 namespace {
@@ -11,6 +12,15 @@ namespace {
 constexpr std::size_t kPart = 1 << 20;
 
 }  // namespace
+
+HistoryBounds HistoryBounds::sound() const {
+  HistoryBounds result;
+  const HistoryBounds with_steps{.steps = steps};
+  const HistoryBounds with_bytes{.bytes = bytes};
+  if (with_steps.are_sound()) result.steps = steps;
+  if (with_bytes.are_sound()) result.bytes = bytes;
+  return result;
+}
 
 bool HistoryTables::exist() {
   if (are_seen_) return true;
@@ -32,7 +42,13 @@ HistoryBounds HistoryTables::bounds() {
   if (!exist()) return {};
   const auto row = database_.query(L"SELECT MaximumSteps, MaximumBytes FROM orv_history");
   if (!row->step()) return {};
-  return {.steps = static_cast<long>(row->integer(0)), .bytes = static_cast<long>(row->integer(1))};
+  constexpr long kUnsound = -1;
+  const auto bound = [&](int column) {
+    if (row->type(column) != Statement::Type::kInteger) return kUnsound;
+    const std::int64_t value = row->integer(column);
+    return std::in_range<long>(value) ? static_cast<long>(value) : kUnsound;
+  };
+  return {.steps = bound(0), .bytes = bound(1)};
 }
 
 void HistoryTables::set_bounds(const HistoryBounds& bounds) {
@@ -102,6 +118,13 @@ std::optional<long> HistoryTables::number_of(std::wstring_view sql) {
   const auto row = database_.query(sql);
   if (!row->step()) return std::nullopt;
   return static_cast<long>(row->integer(0));
+}
+
+void HistoryTables::require_sound() {
+  const auto unsound = number_of(
+      L"SELECT StepID FROM orv_steps WHERE IsUndone IS NULL OR IsUndone NOT IN (0, 1) OR "
+      L"IsOvertaken IS NULL OR IsOvertaken NOT IN (0, 1)");
+  if (unsound) fail_as_damaged_history();
 }
 
 std::optional<long> HistoryTables::last_done() {

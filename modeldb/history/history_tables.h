@@ -12,8 +12,20 @@ namespace modeldb {
 
 /// How much history is kept.
 struct HistoryBounds {
+  static constexpr long kMostSteps = 1'000'000;
+  /// A step is in memory until it is written.
+  static constexpr long kMostBytes = 1 << 30;
+
   long steps = 10'000;
   long bytes = 64 << 20;
+
+  /// Whether they are within what can be set.
+  [[nodiscard]] bool are_sound() const {
+    return steps >= 0 && steps <= kMostSteps && bytes >= 1 && bytes <= kMostBytes;
+  }
+
+  /// With what is set in a new model in place of those that are not.
+  [[nodiscard]] HistoryBounds sound() const;
 
   [[nodiscard]] bool is_off() const { return steps == 0; }
 };
@@ -31,6 +43,7 @@ class HistoryTables {
   /// Makes them unless they are there.
   void make();
 
+  /// As they stand there, sound or not.
   [[nodiscard]] HistoryBounds bounds();
   void set_bounds(const HistoryBounds& bounds);
   /// Why there is nothing before the first step; empty when nothing was lost.
@@ -47,6 +60,8 @@ class HistoryTables {
   [[nodiscard]] std::vector<Step> between(long first, long last);
   /// The number that the next step gets, if nobody else makes one.
   [[nodiscard]] long next_number();
+  /// kCannotReadFile: a step is neither undone nor not.
+  void require_sound();
   /// What the step has recorded. kCannotReadFile: not all of it is there.
   [[nodiscard]] std::string bytes_of(long number);
 

@@ -172,10 +172,12 @@ class Appender {
         require_free(key_);
         return;
       case Target::Role::kValue:
-        values_[target.value] = literal_of(cell, kind().columns[target.value], text);
+        values_[target.value] = vertices_ && target.value == vertex_column_
+                                    ? Literal(std::int64_t{vertex_of(cell)})
+                                    : literal_of(cell, kind().columns[target.value], text);
         return;
       case Target::Role::kSetName:
-        return add_set(set_names_->find(text_of_cell(cell, text)));
+        return add_set(set_names_->find(name_in(cell, text)));
       case Target::Role::kSetKey: {
         const long id = key_of(cell);
         set_names_->require(id);
@@ -188,6 +190,12 @@ class Appender {
     if (!table_.find(database_, key)) return;
     throw CellFault{L"holds " + std::to_wstring(key) + L", but the model has a " + kind().object +
                     L" of that number. Leave the cell empty for a new number."};
+  }
+
+  /// A name as it stands in the cell, with the blanks around it.
+  static std::wstring_view name_in(const VARIANT& cell, std::wstring& text) {
+    const std::wstring_view name = text_of_cell(cell, text);
+    return cell.vt == VT_BSTR ? com::Bstr::view(cell.bstrVal) : name;
   }
 
   /// A vertex with a single coordinate has the others, too: they are 0.

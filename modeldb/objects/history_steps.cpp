@@ -142,7 +142,7 @@ STDMETHODIMP HistorySteps::get_MaximumSteps(long* pVal) {
 
 STDMETHODIMP HistorySteps::put_MaximumSteps(long newVal) {
   return with_history([&](History& history) {
-    require_bound(newVal, 0, 1'000'000, L"MaximumSteps");
+    require_bound(newVal, 0, HistoryBounds::kMostSteps, L"MaximumSteps");
     HistoryBounds bounds = history.bounds();
     bounds.steps = newVal;
     history.set_bounds(bounds);
@@ -155,8 +155,7 @@ STDMETHODIMP HistorySteps::get_MaximumBytes(long* pVal) {
 
 STDMETHODIMP HistorySteps::put_MaximumBytes(long newVal) {
   return with_history([&](History& history) {
-    // A step is in memory until it is written.
-    require_bound(newVal, 1, 1 << 30, L"MaximumBytes");
+    require_bound(newVal, 1, HistoryBounds::kMostBytes, L"MaximumBytes");
     HistoryBounds bounds = history.bounds();
     bounds.bytes = newVal;
     history.set_bounds(bounds);

@@ -11,6 +11,7 @@
 #include "modeldb/objects/history_steps.h"
 #include "modeldb/objects/named_set.h"
 #include "modeldb/objects/reading.h"
+#include "modeldb/store/closed_store.h"
 #include "modeldb/store/script_array.h"
 
 namespace modeldb {
@@ -27,10 +28,7 @@ bool wants_names(const VARIANT& argument) {
 }  // namespace
 
 const std::shared_ptr<Model>& ModelDatabase::model() const {
-  if (!model_) {
-    fail(kObjectClosed,
-         L"No model is open. Call Open with the path of a model database file first.");
-  }
+  if (!model_) fail_without_model();
   return model_;
 }
 
@@ -70,8 +68,9 @@ STDMETHODIMP ModelDatabase::SetModified(long newVal) {
 
 STDMETHODIMP ModelDatabase::get_RecordStore(IRecordStore** pVal) {
   return model_call(turns_, [&] {
-    (void)model();
-    *pVal = store_.copy();
+    const com::Ptr<IRecordStore> store =
+        store_ ? store_.query<IRecordStore>() : com::make<ClosedStore>().query<IRecordStore>();
+    *pVal = store.copy();
   });
 }
 

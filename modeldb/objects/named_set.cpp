@@ -1,10 +1,12 @@
 #include "modeldb/objects/named_set.h"
 
+#include "modeldb/store/cell_value.h"
+
 namespace modeldb {
 
 std::vector<long> require_one_at_most(Database& database, const Kind& kind,
                                       std::wstring_view name) {
-  if (name.empty()) {
+  if (trimmed(name).empty()) {
     fail(kInvalidArgument, L"No name was passed. Pass the name of the " + kind.object + L".");
   }
   // Other programs would take it for the end.

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <utility>
 
+#include "modeldb/base/characters.h"
 #include "modeldb/base/failure.h"
 #include "modeldb/engine/client_text.h"
 #include "modeldb/engine/tokeniser.h"
@@ -74,16 +75,7 @@ const wchar_t* declared_type(Statement::Type type) {
 
 /// The server cannot keep these, and the driver alters or cuts such a text without a word.
 void require_characters(std::wstring_view text) {
-  bool is_open = false;  // half of a pair came, and the other must follow
-  for (const wchar_t unit : text) {
-    const bool is_second = unit >= 0xDC00 && unit <= 0xDFFF;
-    if (unit == 0 || is_second != is_open || unit >= 0xFFFE) {
-      is_open = true;
-      break;
-    }
-    is_open = unit >= 0xD800 && unit <= 0xDBFF;
-  }
-  if (!is_open) return;
+  if (text.find(L'\0') == std::wstring_view::npos && is_of_characters(text)) return;
   fail(kInvalidArgument,
        L"The text " + quoted(text.substr(0, text.find(L'\0'))) +
            L" has a character that the model cannot keep: one of code 0, half of a surrogate pair, "

@@ -4,22 +4,13 @@
 
 #include <algorithm>
 
-#include "modeldb/base/failure.h"
+#include "modeldb/base/characters.h"
 
 namespace modeldb {
-namespace {
-
-[[noreturn]] void refuse(std::wstring_view text) {
-  fail(kInvalidArgument, L"The text " + quoted(text) +
-                             L" cannot be used: a part of it is no character (half of a "
-                             L"surrogate pair, U+FFFE or U+FFFF). Remove that part.");
-}
-
-}  // namespace
-
 std::string_view to_utf8(std::wstring_view text, std::string& buffer) {
   if (text.empty()) return {buffer.data(), 0};
-  if (std::ranges::any_of(text, [](wchar_t unit) { return unit >= 0xFFFE; })) refuse(text);
+  if (std::ranges::any_of(text, [](wchar_t unit) { return unit >= 0xFFFE; }))
+    fail_on_characters(text);
   constexpr std::size_t kMostBytesPerUnit = 3;
   if (buffer.size() < text.size() * kMostBytesPerUnit) {
     buffer.resize(text.size() * kMostBytesPerUnit);
@@ -27,7 +18,7 @@ std::string_view to_utf8(std::wstring_view text, std::string& buffer) {
   const int size =
       WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, text.data(), static_cast<int>(text.size()),
                           buffer.data(), static_cast<int>(buffer.size()), nullptr, nullptr);
-  if (size == 0) refuse(text);
+  if (size == 0) fail_on_characters(text);
   return {buffer.data(), static_cast<std::size_t>(size)};
 }
 

@@ -11,13 +11,6 @@
 namespace modeldb {
 namespace {
 
-/// Without what a record takes off its description.
-std::wstring_view trimmed(std::wstring_view text) {
-  while (!text.empty() && std::iswspace(text.back())) text.remove_suffix(1);
-  while (!text.empty() && std::iswspace(text.front())) text.remove_prefix(1);
-  return text;
-}
-
 /// The cell as people read it, for a sentence.
 std::wstring shown(const VARIANT& cell) {
   if (cell.vt == VT_ERROR) return L"an error value";
@@ -107,6 +100,12 @@ std::int64_t integer_in(const VARIANT& cell, std::int32_t greatest) {
 
 }  // namespace
 
+std::wstring_view trimmed(std::wstring_view text) {
+  while (!text.empty() && std::iswspace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && std::iswspace(text.front())) text.remove_prefix(1);
+  return text;
+}
+
 bool is_blank(const VARIANT& cell) {
   if (cell.vt == VT_EMPTY || cell.vt == VT_NULL) return true;
   return cell.vt == VT_BSTR && trimmed(com::Bstr::view(cell.bstrVal)).empty();
@@ -140,6 +139,12 @@ Literal literal_of(const VARIANT& cell, const Column& column, std::wstring& text
       break;
   }
   return text_of_cell(cell, text);
+}
+
+long vertex_of(const VARIANT& cell) {
+  const auto id = static_cast<long>(integer_in(cell, INT32_MAX));
+  if (id < 0 || cell.vt == VT_BOOL) fail_as(cell, L"no number of a node, which is 1 or more");
+  return id;
 }
 
 long key_of(const VARIANT& cell) {

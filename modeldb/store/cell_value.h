@@ -15,6 +15,9 @@ struct CellFault {
   std::wstring words;
 };
 
+/// Without what a record takes off its description.
+std::wstring_view trimmed(std::wstring_view text);
+
 /// Whether nothing was written into a cell: it is empty, null, or a text of blanks.
 bool is_blank(const VARIANT& cell);
 
@@ -25,6 +28,9 @@ Literal literal_of(const VARIANT& cell, const Column& column, std::wstring& text
 
 /// A name that a cell holds, without blanks around it. Throws CellFault.
 std::wstring_view text_of_cell(const VARIANT& cell, std::wstring& text);
+
+/// The number of a node that a cell holds; 0 for a new one. Throws CellFault.
+long vertex_of(const VARIANT& cell);
 
 /// The number of a record that a cell holds, from 1 on. Throws CellFault.
 long key_of(const VARIANT& cell);

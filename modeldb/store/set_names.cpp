@@ -16,7 +16,8 @@ SetNames::SetNames(Database& database, const Kind& sets) : kind_(sets) {
 }
 
 long SetNames::find(std::wstring_view name) const {
-  const auto found = by_name_.find(std::wstring(name));
+  auto found = by_name_.find(std::wstring(name));
+  if (found == by_name_.end()) found = by_name_.find(std::wstring(trimmed(name)));
   if (found == by_name_.end()) {
     throw CellFault{L"names " + quoted(name) + L", but the model has no " + kind_.object +
                     L" of that name. Save one with that Description first, or correct the name."};

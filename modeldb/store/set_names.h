@@ -14,8 +14,8 @@ class SetNames {
  public:
   SetNames(Database& database, const Kind& sets);
 
-  /// The number of the set of that name, exactly as it is written. Throws CellFault when there is
-  /// none, or more than one.
+  /// The number of the set of that name, exactly as it is written or else without blanks around it.
+  /// Throws CellFault when there is none, or more than one.
   [[nodiscard]] long find(std::wstring_view name) const;
   /// Throws CellFault when the model has no set of that number.
   void require(long id) const;

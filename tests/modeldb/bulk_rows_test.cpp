@@ -115,6 +115,12 @@ TEST_F(BulkRowsTest, VerticesAndSetsAreThoseOfTheModel) {
                   L"WHERE VertexID = 12"),
             "45:0");
   EXPECT_EQ(value(L"SELECT group_concat(VertexID) FROM Vertices WHERE X IS NULL"), "15,16");
+
+  com::Ptr<ILoadSet> blank_before;
+  ASSERT_EQ(database->LoadSet(bstr(L" Wind").get(), blank_before.put()), S_OK);
+  ASSERT_EQ(append(L"NodalForces", L"LoadSets", range({{text(L" Wind")}})), S_OK);
+  EXPECT_EQ(value(L"SELECT max(LoadSetID) FROM NodalForceLoadSets"),
+            std::to_string(id_of(blank_before)));
 }
 
 TEST_F(BulkRowsTest, RowThatCannotBeStoredAddsNothingAndIsNamed) {
@@ -138,6 +144,8 @@ TEST_F(BulkRowsTest, RowThatCannotBeStoredAddsNothingAndIsNamed) {
       {L"Magnitude", range({{com::Variant(1)}}), "a list"},
       {L"VertexID", com::Variant(1.5), "whole number"},
       {L"VertexID", com::Variant(3e9), "whole number"},
+      {L"VertexID", com::Variant(-5), "\"-5\", which is no number of a node"},
+      {L"VertexID", com::Variant::boolean(true), "no number of a node"},
       {L"MultiplierTableID", text(L"-3000000000"), "whole number"},
       {L"NodalForceID", com::Variant(1), "has a NodalForce"},
       {L"NodalForceID", com::Variant(-1), "1 or more"},

@@ -113,7 +113,10 @@ TEST_F(NamedSetTest, SetOfANameIsTheModelsOrANewOne) {
   com::Ptr<ILoadSet> ignored;
   EXPECT_SENTENCE(database->LoadSet(bstr(L"Snow").get(), ignored.put()),
                   HasSubstr("several LoadSets of the name \"Snow\": 2, 3."));
-  EXPECT_SENTENCE(database->LoadSet(nullptr, ignored.put()), HasSubstr("No name was passed."));
+  for (const wchar_t* const blank : {L"", L" ", L"\t \x3000"}) {
+    EXPECT_SENTENCE(database->LoadSet(bstr(blank).get(), ignored.put()),
+                    HasSubstr("No name was passed."));
+  }
   EXPECT_SENTENCE(database->LoadSet(bstr(std::wstring(L"a\0b", 3)).get(), ignored.put()),
                   HasSubstr("NUL"));
 }

@@ -25,7 +25,10 @@ TEST_F(UndoTest, EveryOutermostChangeIsAStepWithANameOfItsOwnOrTheScripts) {
   saved_force(1);
   auto forces = create<NodalForces, INodalForces>();
   for (int i = 0; i < 3; ++i) forces->Add(make_force(i).get());
-  database->put_Step(bstr(L"Wind from the east").get());
+  ASSERT_EQ(database->put_Step(bstr(L"Wind from the east").get()), S_OK);
+  for (const wchar_t* const no_name : {L"half a pair \xD83D", L"\xDE00", L"a\xFFFF"}) {
+    EXPECT_SENTENCE(database->put_Step(bstr(no_name).get()), HasSubstr("no character"));
+  }
   forces->Save(database.get(), com::Variant::omitted(), com::Variant::omitted());
   execute(L"BEGIN TRANSACTION");
   save(make_force(2));
@@ -159,7 +162,9 @@ TEST_F(UndoTest, DamagedHistoryIsRefusedAndChangesNothing) {
        {all_of + "substr(Changes, 1, length(Changes) - 1)",
         all_of + "CAST('?' || substr(Changes, 2) AS BLOB)",
         all_of + "CAST(substr(Changes, 1, 4) || 's' || substr(Changes, 6) AS BLOB)",
-        std::string("DELETE FROM orv_step_rows")}) {
+        std::string("DELETE FROM orv_step_rows"), std::string("UPDATE orv_steps SET IsUndone = 2"),
+        std::string("UPDATE orv_steps SET IsUndone = NULL"),
+        std::string("UPDATE orv_steps SET IsOvertaken = 'no'")}) {
     SCOPED_TRACE(damaged);
     reopen();
     const std::string intact = file.read();
@@ -171,6 +176,24 @@ TEST_F(UndoTest, DamagedHistoryIsRefusedAndChangesNothing) {
     ASSERT_EQ(open(file.path()), S_OK);
   }
   EXPECT_EQ(undo(), S_OK) << model_test::last_sentence();
+}
+
+TEST_F(UndoTest, DamagedBoundsAreRefusedUntilTheyAreSetOrTheHistoryIsCleared) {
+  saved_force(1);
+  const auto repairs = history();
+  for (const char* const damaged :
+       {"MaximumSteps = -5", "MaximumBytes = -1", "MaximumBytes = 4294967297",
+        "MaximumSteps = 'many'", "MaximumSteps = NULL, MaximumBytes = 0"}) {
+    SCOPED_TRACE(damaged);
+    const std::string rows = all_rows();
+    OtherProgram(file.path()).run(("UPDATE orv_history SET " + std::string(damaged)).c_str());
+    EXPECT_SENTENCE(save(make_force(2)), HasSubstr("The history of the model is damaged"));
+    EXPECT_EQ(all_rows(), rows);
+    const bool sets = std::string(damaged).ends_with("'many'");
+    ASSERT_EQ(sets ? repairs->put_MaximumSteps(5) : repairs->Clear(), S_OK);
+    ASSERT_EQ(save(make_force(2)), S_OK) << model_test::last_sentence();
+    ASSERT_EQ(undo(), S_OK) << model_test::last_sentence();
+  }
 }
 
 TEST_F(UndoTest, LinksThatSayTheSameAreFoundAgainByWhatTheySay) {

@@ -38,7 +38,10 @@ Set ignored = db.Connection : Refused 3704, CLOSED
 force.Save db : Refused 3704, CLOSED
 force.Save Nothing : Refused -2147467261, NONE
 forces.Add force
-forces.Save db : Refused -2147467261, NONE
+forces.Save db : Refused 3704, CLOSED
+forces.Delete db : Refused 3704, CLOSED
+Expect "A collection that was not deleted", forces.Count, 1
+db.RecordStore.Advise files : Refused 3704, CLOSED
 
 ' Files that are no model are left alone.
 files.CreateTextFile("notes.txt").Write TEXT
