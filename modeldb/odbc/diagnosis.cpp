@@ -42,9 +42,9 @@ constexpr Answer kAnswers[] = {
     {L"23", kIntegrityViolation, Subject::kStatement,
      L" was not run, because its values break a rule of the table. Change the values."},
     {L"2200H", kIntegrityViolation, Subject::kStatement,
-     L" was not run: the table has no keys left for new rows. Save the record under a free ID of "
-     L"its "
-     L"own."},
+     L" was not run: the table has no keys left for new rows, because the greatest, 2147483647, "
+     L"was "
+     L"given. Put a free ID on what it is for, a record, its vertex or a set."},
     {L"22012", kErrorsInCommand, Subject::kStatement,
      L" cannot be run, because it divides by zero. Leave such rows out, or use NULLIF."},
     {L"22003", kErrorsInCommand, Subject::kStatement,
@@ -71,6 +71,9 @@ constexpr Answer kAnswers[] = {
      L" cannot be run: it asks for a column beside sums over rows that does not stand in GROUP BY. "
      L"Correct it."},
     {L"42", kErrorsInCommand, Subject::kStatement, L" cannot be run as it is. Correct it."},
+    {L"07006", kCannotOpenFile, Subject::kModel,
+     L" cannot be used with an ODBC driver that knows no Unicode. Give \"PostgreSQL Unicode\" as "
+     L"Driver, or to the data source."},
     {L"0A000", kErrorsInCommand, Subject::kStatement,
      L" cannot be run: the server does not offer what it asks for. Write it in another way."},
     {L"54", kErrorsInCommand, Subject::kStatement,
@@ -98,6 +101,17 @@ std::wstring first_quoted(std::wstring_view message) {
   const auto end = message.find(L'"', begin + 1);
   if (end == std::wstring_view::npos) return {};
   return std::wstring(message.substr(begin + 1, end - begin - 1));
+}
+
+/// A name that the server gives in small letters, as the statement spells it.
+std::wstring spelled(std::wstring_view sql, const std::wstring& folded) {
+  Tokeniser tokens(sql);
+  for (Token token = tokens.next(); token.kind != TokenKind::kEnd; token = tokens.next()) {
+    if (token.kind == TokenKind::kName && same_name(token.text, folded)) {
+      return std::wstring(token.text);
+    }
+  }
+  return folded;
 }
 
 /// The name behind which the server looked in vain for a column, as the statement spells it: for
@@ -147,7 +161,7 @@ void fail_on_words(const Diagnosis& diagnosis, std::wstring_view subject, std::w
     if (!column.empty()) {
       fail_on_missing(subject, L"column", column, {.missing_column = column, .last_word = {}});
     }
-    if (is_table && !name.empty()) fail_on_missing(subject, L"table", name, {});
+    if (is_table && !name.empty()) fail_on_missing(subject, L"table", spelled(sql, name), {});
   }
   if (diagnosis.is(L"42601")) {
     const std::wstring word = first_quoted(diagnosis.message);

@@ -40,9 +40,12 @@ class OdbcEngine final : public Engine {
   void require_writable() const override {
     session_.require_open();
     if (!session_.is_read_only()) return;
-    fail(kCannotWriteFile, L"The model " + quoted(location()) +
-                               L" cannot be written: the user of the connection may only read it. "
-                               L"Ask its owner for the right to write.");
+    fail(kCannotWriteFile,
+         L"The model " + quoted(location()) +
+             (has_model_ ? L" cannot be written: the user of the connection may only read it. Ask "
+                           L"its owner for the right to write."
+                         : L" has no tables yet, and the user of the connection may not make them. "
+                           L"Have the owner of the database open it first."));
   }
 
   [[nodiscard]] std::unique_ptr<Statement> prepare(std::wstring_view sql, Trust author) override {
@@ -122,7 +125,7 @@ class OdbcEngine final : public Engine {
                               L"). Install that version, orv_modeldb.dll, to open it.");
   }
 
-  /// Whether the user may neither change rows nor, where there are none, make tables.
+  /// Whether the user may neither change rows nor, where there are no tables, make them.
   [[nodiscard]] bool asks_read_only() {
     OdbcStatement row(
         session_,
@@ -131,15 +134,18 @@ class OdbcEngine final : public Engine {
         L"has_schema_privilege(current_schema(), "
         L"'CREATE'), TRUE) ELSE NOT (has_table_privilege('vertices', 'INSERT') AND "
         L"has_table_privilege('vertices', 'UPDATE') AND has_table_privilege('vertices', 'DELETE')) "
-        L"END",
+        L"END, to_regclass('orv_model') IS NOT NULL",
         Trust::kHost);
-    return row.step() && row.integer(0) != 0;
+    if (!row.step()) return false;
+    has_model_ = row.integer(1) != 0;
+    return row.integer(0) != 0;
   }
 
   Session session_;
   RowRules rules_{session_};
   PostedChanges changes_{session_};
   std::set<std::wstring> known_tables_;
+  bool has_model_ = true;
 };
 
 }  // namespace

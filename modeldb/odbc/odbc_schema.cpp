@@ -133,6 +133,19 @@ Shape OdbcSchema::require_shape(const TableDefinition& needed) const {
   return needed.is_link_table() && found.link_rules == 0 ? Shape::kWithoutLinkRule : Shape::kRight;
 }
 
+void OdbcSchema::change(std::wstring_view sql) {
+  try {
+    session_.run(sql);
+  } catch (const com::Error& error) {
+    if (error.result() != kPermissionDenied) throw;
+    fail(kPermissionDenied,
+         L"The model " + quoted(session_.location()) +
+             L" lacks a table or rule that this version needs, and the user of the connection may "
+             L"not make it. Have the owner of the model open it first, and grant the rights to the "
+             L"tables once more.");
+  }
+}
+
 void OdbcSchema::make(const TableDefinition& table) {
   session_.learn(table);
   std::wstring list;
@@ -141,26 +154,26 @@ void OdbcSchema::make(const TableDefinition& table) {
     list += (list.empty() ? L"" : L", ") + column_definition(column);
   }
   if (table.is_link_table()) list += L", " + table.link_rule();
-  session_.run(L"CREATE TABLE " + table.name + L" (" + list + L")");
+  change(L"CREATE TABLE " + table.name + L" (" + list + L")");
   if (!table.key.empty()) give_keys(session_, table);
 }
 
 void OdbcSchema::make(const IndexDefinition& index) {
-  session_.run(L"CREATE INDEX " + server_name(index.name) + L" ON " + index.table + L" (" +
-               index.columns + L")");
+  change(L"CREATE INDEX " + server_name(index.name) + L" ON " + index.table + L" (" +
+         index.columns + L")");
 }
 
 void OdbcSchema::add_link_rule(const TableDefinition& links) {
-  session_.run(L"DELETE FROM " + links.name + L" WHERE " + links.sets_key() + L" NOT IN (SELECT " +
-               links.sets_key() + L" FROM " + links.sets + L")");
-  session_.run(L"ALTER TABLE " + links.name + L" ADD " + links.link_rule());
+  change(L"DELETE FROM " + links.name + L" WHERE " + links.sets_key() + L" NOT IN (SELECT " +
+         links.sets_key() + L" FROM " + links.sets + L")");
+  change(L"ALTER TABLE " + links.name + L" ADD " + links.link_rule());
 }
 
 void OdbcSchema::set_version(int version) {
-  session_.run(L"CREATE TABLE IF NOT EXISTS orv_model (SchemaVersion integer NOT NULL)");
+  change(L"CREATE TABLE IF NOT EXISTS orv_model (SchemaVersion integer NOT NULL)");
   PostedChanges::make_table(session_);
-  session_.run(L"DELETE FROM orv_model");
-  session_.run(L"INSERT INTO orv_model VALUES (" + std::to_wstring(version) + L")");
+  change(L"DELETE FROM orv_model");
+  change(L"INSERT INTO orv_model VALUES (" + std::to_wstring(version) + L")");
 }
 
 }  // namespace modeldb

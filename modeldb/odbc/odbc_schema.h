@@ -40,6 +40,8 @@ class OdbcSchema final : public Schema {
     int link_rules = 0;
   };
 
+  /// Runs a statement that only the owner of the tables may run.
+  void change(std::wstring_view sql);
   void read_tables();
   void read_version();
   [[nodiscard]] static std::wstring fault_of(const TableDefinition& needed,

@@ -615,6 +615,21 @@ TEST_F(TeamTest, RightToRowsIsEnoughToWorkAndForNothingElse) {
   EXPECT_EQ(count(L"NodalForces"), "1");
 }
 
+TEST_F(TeamTest, WhatIsMissingToOpenAModelIsSaid) {
+  const auto model = model_test::create<ModelDatabase, IModelDatabaseFile>();
+  const auto refuses = [&](const std::wstring& location, const char* sentence) {
+    EXPECT_SENTENCE(model->Open(bstr(location).get()), HasSubstr(sentence));
+  };
+  std::wstring ansi = file.path();
+  refuses(ansi.replace(ansi.find(L"PostgreSQL Unicode"), 18, L"PostgreSQL ANSI"),
+          "Give \"PostgreSQL Unicode\" as Driver");
+  const std::wstring guest = location_of(L"guest", L"SELECT, INSERT, UPDATE, DELETE");
+  refuses(guest.substr(0, guest.find(L"Database=")) + L"Database=postgres",
+          "has no tables yet, and the user of the connection may not make them");
+  owner_.run(L"DROP TABLE NodalForceLoadSets");
+  refuses(guest, "lacks a table or rule that this version needs");
+}
+
 TEST_F(TeamTest, TextsOfClientsReachTheRowsOfTheModelAlone) {
   ASSERT_EQ(save(make_force(1)), S_OK);
   const auto tables = asked(L"SELECT count(*) FROM pg_class");
@@ -654,6 +669,8 @@ TEST_F(TeamTest, TextsOfClientsReachTheRowsOfTheModelAlone) {
   }
   EXPECT_EQ(count(L"NodalForces") + count(L"LoadSets"), "10");
   EXPECT_EQ(asked(L"SELECT count(*) FROM pg_class"), tables);
+
+  EXPECT_SENTENCE(execute(L"SELECT * FROM Nix"), HasSubstr("no such table: Nix."));
 
   // What only looks like it is run, and no comment is one to the server and none to the model.
   EXPECT_EQ(value(L"SELECT /* /* */ ' */ 1; DELETE FROM NodalForces; --'"),
@@ -774,7 +791,7 @@ TEST_F(TeamTest, KeysAreNeverGivenTwice) {
   EXPECT_EQ(id_of(set), 41);
   ASSERT_EQ(execute(L"UPDATE LoadSets SET LoadSetID = 2147483647"), S_OK);
   ASSERT_EQ(execute(L"DELETE FROM LoadSets"), S_OK);
-  EXPECT_SENTENCE(save(make_load_set(L"c")), HasSubstr("no keys left"));
+  EXPECT_SENTENCE(save(make_load_set(L"c")), HasSubstr("no keys left for new rows, because"));
   ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID, Description) VALUES (7, 'd')"), S_OK);
 }
 
