@@ -89,6 +89,10 @@ class Engine {
   /// Tells what other programs change; null when the engine does not know.
   [[nodiscard]] virtual ChangeBoard* change_board() { return nullptr; }
 
+  /// Within a transaction: others who claim the same name wait until it ends. Not needed where one
+  /// transaction writes at a time.
+  virtual void claim(std::wstring_view name) { (void)name; }
+
   /// All rows of another table are about to go into this one, under their keys: until the
   /// transaction ends nobody else writes to it.
   virtual void reserve(const TableDefinition& table) { (void)table; }

@@ -162,21 +162,24 @@ STDMETHODIMP ModelDatabase::get_Failures(IFailures** pVal) {
 STDMETHODIMP ModelDatabase::LoadSet(BSTR bstrName, ILoadSet** pVal) {
   return model_call(turns_, [&] {
     *pVal = nullptr;
-    *pVal = named_set<modeldb::LoadSet>(*model(), this, com::Bstr::view(bstrName)).detach();
+    (void)model();
+    *pVal = named_set<modeldb::LoadSet>(store_, this, com::Bstr::view(bstrName)).detach();
   });
 }
 
 STDMETHODIMP ModelDatabase::ConstraintSet(BSTR bstrName, IConstraintSet** pVal) {
   return model_call(turns_, [&] {
     *pVal = nullptr;
-    *pVal = named_set<modeldb::ConstraintSet>(*model(), this, com::Bstr::view(bstrName)).detach();
+    (void)model();
+    *pVal = named_set<modeldb::ConstraintSet>(store_, this, com::Bstr::view(bstrName)).detach();
   });
 }
 
 STDMETHODIMP ModelDatabase::DesignScenario(BSTR bstrName, IDesignScenario** pVal) {
   return model_call(turns_, [&] {
     *pVal = nullptr;
-    *pVal = named_set<modeldb::DesignScenario>(*model(), this, com::Bstr::view(bstrName)).detach();
+    (void)model();
+    *pVal = named_set<modeldb::DesignScenario>(store_, this, com::Bstr::view(bstrName)).detach();
   });
 }
 

@@ -85,6 +85,13 @@ class OdbcEngine final : public Engine {
     session_.run_quietly(kRelease);
   }
 
+  void claim(std::wstring_view name) override {
+    // The first number is that of model databases.
+    OdbcStatement lock(session_, L"SELECT pg_advisory_xact_lock(1330796100, hashtext(?))::text",
+                       Trust::kHost);
+    lock.bind(1, name);
+    (void)lock.step();
+  }
   void reserve(const TableDefinition& table) override {
     session_.run(L"LOCK TABLE " + table.name + L" IN EXCLUSIVE MODE");
     session_.queue().reserve(table);

@@ -46,6 +46,9 @@ class RecordStore : public RecordStoreBase, public TransactionObserver {
   /// instead.
   template <class Work>
   void change_together(Work&& work);
+  /// The same of work that saves a single object, of which listeners are told as usual.
+  template <class Work>
+  void change_alone(Work&& work);
   [[nodiscard]] bool is_changing() const { return log_.depth > 0; }
 
   /// Notes how an object takes back what it is being given, should the change or transaction that
@@ -162,6 +165,20 @@ void RecordStore::attempt_in_batch(IDispatch* record, Work&& work) {
     failures_->add(record, E_OUTOFMEMORY, L"There is not enough memory.");
     throw;
   }
+}
+
+template <class Work>
+void RecordStore::change_alone(Work&& work) {
+  const auto open_model = model();
+  hear_first();
+  if (is_changing()) return work();
+  begin_change(true);
+  {
+    Change change(log_, *open_model->database());
+    work();
+    change.keep();
+  }
+  send_queued();
 }
 
 template <class Work>

@@ -466,6 +466,23 @@ TEST_F(TeamTest, SetThatSomebodyElseHasDeletedDoesNotComeBackWithARecord) {
   EXPECT_EQ(count(L"NodalForceLoadSets"), "1");
 }
 
+TEST_F(TeamTest, SetOfANameThatTwoMakeAtTheSameTimeIsOne) {
+  const auto other = open_other(file.path());
+  com::Ptr<IDispatch> connection;
+  other->get_Connection(connection.put());
+  connection.query<Connection15>()->put_CommandTimeout(1);
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  com::Ptr<ILoadSet> mine;
+  com::Ptr<ILoadSet> theirs;
+  ASSERT_EQ(database->LoadSet(bstr(L"New").get(), mine.put()), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(other->LoadSet(bstr(L"Newer").get(), theirs.put()), S_OK);
+  EXPECT_SENTENCE(other->LoadSet(bstr(L"New").get(), theirs.put()), HasSubstr("is in use"));
+  ASSERT_EQ(execute(L"COMMIT TRANSACTION"), S_OK);
+  ASSERT_EQ(other->LoadSet(bstr(L"New").get(), theirs.put()), S_OK) << model_test::last_sentence();
+  EXPECT_EQ(id_of(theirs), id_of(mine));
+  EXPECT_EQ(count(L"LoadSets"), "2");
+}
+
 TEST_F(TeamTest, SetThatItsOwnProgramHasDeletedMayBeSavedAgain) {
   const auto set = make_load_set(L"East");
   ASSERT_EQ(save(set), S_OK);
