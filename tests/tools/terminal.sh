@@ -69,11 +69,17 @@ orv csv-import "$model" NodalRigidBoundaries rigid.csv
 orv csv-export "$model" NodalRigidBoundaries
 orv list
 orv frobnicate
+orv undo "$model" 1.5
+orv draw "$model" -o picture.svg --scale big
+orv check "$model" --about 1,x,2
 orv list "$model" force --where '1=1) UNION ALL SELECT 1 FROM LoadSets WHERE (1=1'
 orv draw "$model" --deck "$deck" -o "$deck"
 orv csv-export "$model" force "$model"
 orv csv-export "$model" force ''
 orv draw "$model" -o "$(printf '%0256d' 0)" | grep -o 'is too long.*'
+orv draw "$model" -o "$(printf '%0251d' 0).svg" | tail -c 13
+rm 0*0.svg
+orv draw "$model" -o nowhere/deep/picture.svg
 printf 'VertexID;LoadSets;Description\r\n1;"""a;b""; snow";"two\nlines \033[31m 漢ü"\r\n' >names.csv
 printf "2;;O'Neill \"x\"\n" >>names.csv
 orv csv-import "$model" force names.csv
@@ -81,6 +87,10 @@ orv csv-export "$model" force names.csv
 tail -3 names.csv | cat -v
 orv list "$model" force | sed 's/  *$//' | tail -5
 orv check "$model" | grep -A1 no-direction
+
+printf 'VertexID,LoadSets\n1,a\xef\xbf\xbf\n1,"""\t"""\n' >unnamed.csv
+orv csv-import "$model" force unnamed.csv
+rm unnamed.csv
 
 echo 'Nobody reads it, and a full disk:'
 exec 3> >(:)

@@ -13,6 +13,7 @@
 #include "com/error.h"
 #include "com/sentence.h"
 #include "tools/content/shown_text.h"
+#include "tools/orv/arguments.h"
 #include "tools/orv/command.h"
 #include "tools/orv/exit_status.h"
 #include "tools/orv/standard_output.h"
@@ -90,7 +91,9 @@ ExitStatus parse_and_run(CLI::App& program, const std::vector<std::string>& argu
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     return kDone;
   } catch (const CLI::ParseError& error) {
-    return program.exit(error) == 0 ? kDone : kWrongUsage;
+    if (error.get_exit_code() == 0) return program.exit(error) == 0 ? kDone : kWrongUsage;
+    std::cerr << "orv: " << content::without_controls(fault_of(program, error)) << '\n';
+    return kWrongUsage;
   } catch (const EndWith& end) {
     return end.status;
   } catch (const com::Error& error) {

@@ -61,7 +61,7 @@ std::string cell_text(const Cell& cell) {
   return text;
 }
 
-void write_csv(std::ostream& out, Listing& listing) {
+std::size_t write_csv(std::ostream& out, Listing& listing) {
   const auto write_line = [&](const auto& cells, const auto& text_of) {
     bool is_first = true;
     for (const auto& cell : cells) {
@@ -72,7 +72,9 @@ void write_csv(std::ostream& out, Listing& listing) {
   };
   write_line(listing.columns(), [](const std::string& name) { return name; });
   Row row;
-  while (listing.next(row)) write_line(row, cell_text);
+  std::size_t rows = 0;
+  for (; listing.next(row); ++rows) write_line(row, cell_text);
+  return rows;
 }
 
 std::size_t write_table(std::ostream& out, Listing& listing, Zeros zeros_are) {

@@ -14,8 +14,8 @@ std::string number_text(double number);
 std::string cell_text(const Cell& cell);
 
 /// Comma-separated values with a header of the columns' names, as RFC 4180 has them, with line ends
-/// of one character.
-void write_csv(std::ostream& out, Listing& listing);
+/// of one character. Returns the number of rows.
+std::size_t write_csv(std::ostream& out, Listing& listing);
 
 /// A JSON array with an object on each line, its members in the order of the columns; sets are an
 /// array of names.

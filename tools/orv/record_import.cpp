@@ -255,17 +255,29 @@ std::vector<long> RecordImport::read_sets(const Cells& cells) {
                                      name + "\". Give each a name of its own first."};
     }
     if (ids.empty()) {
-      database_.execute("INSERT INTO " + kind_.sets + " (Description) VALUES (" +
-                        sql_literal(name) + ")");
-      model::Rows newest =
-          database_.query("SELECT MAX(" + model::key_of_sets(kind_.sets) + ") FROM " + kind_.sets);
-      newest.next();
-      ids.push_back(newest.integer(0));
+      ids.push_back(make_set(name));
       made_sets_.push_back(name);
     }
     if (std::ranges::find(sets, ids.front()) == sets.end()) sets.push_back(ids.front());
   }
   return sets;
+}
+
+long RecordImport::make_set(const std::string& name) {
+  if (name.find_first_not_of(" \t\r\n\v\f") == std::string::npos) {
+    throw RowFault{kind_.sets, "a set without a name is not made. Give it one."};
+  }
+  try {
+    database_.execute("INSERT INTO " + kind_.sets + " (Description) VALUES (" + sql_literal(name) +
+                      ")");
+  } catch (const com::Error& error) {
+    if (error.result() != text::kInvalidArgument) throw;
+    throw RowFault{kind_.sets, reason_of(error)};
+  }
+  model::Rows newest =
+      database_.query("SELECT MAX(" + model::key_of_sets(kind_.sets) + ") FROM " + kind_.sets);
+  newest.next();
+  return newest.integer(0);
 }
 
 /// Before anything is written: half a row could not be taken back.

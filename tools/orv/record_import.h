@@ -106,6 +106,7 @@ class RecordImport {
   long read_key(const Cells& cells);
   long read_vertex(const Cells& cells);
   std::vector<long> read_sets(const Cells& cells);
+  long make_set(const std::string& name);
   void place_vertex(const Cells& cells, long vertex);
   void change(const Cells& cells, long key, long vertex, std::vector<long> sets);
   [[nodiscard]] std::string changes_of(const Cells& cells, const Held& held, long vertex) const;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cctype>
 #include <string_view>
 
@@ -23,13 +24,26 @@ bool is_full_path(std::string_view text) {
          text.substr(1, 2) == ":\\";
 }
 
-/// The path as it was when the system knows no other name for it.
-std::string system_path(UnixName unix_name, const std::string& path) {
+/// Empty when the system knows no name for the path, as where its folder does not exist.
+std::string name_of(UnixName unix_name, const std::string& path) {
   char* const name = unix_name(text::to_wide(path).c_str());
-  if (!name) return path;
+  if (!name) return {};
   std::string result(name);
   HeapFree(GetProcessHeap(), 0, name);
   return result;
+}
+
+/// The path as it was when the system knows another name for no folder of it either.
+std::string system_path(UnixName unix_name, const std::string& path) {
+  constexpr std::size_t kDrive = 2;  // "Z:"
+  for (std::size_t end = path.size(); end > kDrive; end = path.rfind('\\', end - 1)) {
+    const std::string known = name_of(unix_name, path.substr(0, end));
+    if (known.empty()) continue;
+    std::string rest = path.substr(end);
+    std::ranges::replace(rest, '\\', '/');
+    return known + rest;
+  }
+  return path;
 }
 
 }  // namespace

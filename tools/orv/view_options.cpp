@@ -1,5 +1,7 @@
 #include "tools/orv/view_options.h"
 
+#include "tools/orv/arguments.h"
+
 namespace orv {
 
 void add_view_options(CLI::App& command, ViewOptions& arguments, const std::string& out) {
@@ -11,13 +13,15 @@ void add_view_options(CLI::App& command, ViewOptions& arguments, const std::stri
                      "Draw only that kind of record; may be given repeatedly");
   command.add_option("--set", options.sets,
                      "Draw only the records in the set of that name; may be given repeatedly");
-  command.add_option("--step", options.step,
-                     "Draw only what is said in that step; 0 for the part before the first");
+  command
+      .add_option("--step", options.step,
+                  "Draw only what is said in that step; 0 for the part before the first")
+      ->check(whole_number());
   command.add_option("--view", options.view,
                      "Where to look from: iso, an axis with its sign such as +x, or three numbers "
                      "such as 1,-2,0.5");
   command.add_option("--scale", options.scale, "Size of arrows and signs, 1 unless told")
-      ->check(CLI::PositiveNumber);
+      ->check(positive_number());
   command.add_option("--labels", options.labels, "What stands beside each record")
       ->check(CLI::IsMember({"none", "values", "nodes", "names"}));
   command.add_option("--title", options.title, "The title above the picture");

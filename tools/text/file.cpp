@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <array>
+#include <atomic>
 #include <system_error>
 
 #include "tools/content/file_trouble.h"
@@ -38,6 +39,18 @@ bool is_database(const std::filesystem::path& path) {
          std::string_view(bytes.data(), bytes.size()) == kBeginning;
 }
 
+/// A name that no other file of this or another program has, and that fits where `name` does: the
+/// beginning of a long one stands for it.
+std::wstring temporary_name(const std::wstring& name) {
+  static std::atomic<int> number = 0;
+  constexpr std::size_t kMost = 40;
+  std::wstring result = name.substr(0, kMost);
+  // Half of a surrogate pair is no name.
+  if (!result.empty() && IS_HIGH_SURROGATE(result.back())) result.pop_back();
+  return result + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++number) +
+         L".partial";
+}
+
 }  // namespace
 
 NewFile::NewFile(std::string_view path) : name_(path), path_(path_of(path)) {
@@ -45,8 +58,7 @@ NewFile::NewFile(std::string_view path) : name_(path), path_(path_of(path)) {
     fail(kCannotWriteFile,
          "The file \"" + name_ + "\" is a model, which is not written over. Choose another name.");
   }
-  temporary_ = path_;
-  temporary_ += L"." + std::to_wstring(GetCurrentProcessId()) + L".partial";
+  temporary_ = path_.parent_path() / temporary_name(path_.filename().native());
   stream_.open(temporary_, std::ios::binary | std::ios::trunc);
   if (!stream_) fail_to_write();
 }

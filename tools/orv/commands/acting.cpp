@@ -7,6 +7,7 @@
 #include "tools/checks/step_actions.h"
 #include "tools/checks/text.h"
 #include "tools/model/subject.h"
+#include "tools/orv/arguments.h"
 #include "tools/orv/command.h"
 #include "tools/orv/model_file.h"
 #include "tools/orv/progress.h"
@@ -70,6 +71,7 @@ const Command command(50, [](CLI::App& program) {
       "acting", "Tells what acts in a step, with what earlier steps left behind");
   acting->add_option("MODEL", options->model, "The model")->required();
   acting->add_option("STEP", options->step, "Number of the step; 0 is the part before the first")
+      ->check(whole_number())
       ->required();
   acting->add_flag("--json", options->json, "A JSON array of objects, one on each line");
   add_example(acting, "orv acting plate.orvdb 2");

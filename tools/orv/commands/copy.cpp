@@ -7,6 +7,7 @@
 #include "tools/orv/command.h"
 #include "tools/orv/model_file.h"
 #include "tools/orv/progress.h"
+#include "tools/orv/written.h"
 #include "tools/text/utf8.h"
 
 namespace orv {
@@ -25,7 +26,7 @@ void run(const Options& options) {
     com::check(source.object()->CopyTo(com::Bstr(text::to_wide(options.target)).get(), &rows),
                source.object());
   }
-  std::cout << rows << " rows copied, read back and compared\n";
+  std::cout << counted(rows, "row") << " copied, read back and compared\n";
 }
 
 const Command command(37, [](CLI::App& program) {

@@ -11,6 +11,7 @@
 #include "tools/orv/output.h"
 #include "tools/orv/progress.h"
 #include "tools/orv/terminal.h"
+#include "tools/orv/written.h"
 #include "tools/text/file.h"
 
 namespace orv {
@@ -42,6 +43,17 @@ class FileBuffer : public std::stringbuf {
   text::NewFile& file_;
 };
 
+std::size_t write_file(const std::string& path, Listing& listing) {
+  const Progress progress("Writing " + path);
+  text::NewFile file(path);
+  FileBuffer buffer(file);
+  std::ostream stream(&buffer);
+  stream.exceptions(std::ios::badbit);  // the file's own sentence
+  const std::size_t rows = write_csv(stream, listing);
+  file.complete();
+  return rows;
+}
+
 void run(const Options& options) {
   const ModelFile model = ModelFile::open(options.model);
   model::Database database = model.database();
@@ -52,13 +64,8 @@ void run(const Options& options) {
     write_csv(std::cout, listing);
     return;
   }
-  const Progress progress("Writing " + *options.out);
-  text::NewFile file(*options.out);
-  FileBuffer buffer(file);
-  std::ostream stream(&buffer);
-  stream.exceptions(std::ios::badbit);  // the file's own sentence
-  write_csv(stream, listing);
-  file.complete();
+  const std::size_t rows = write_file(*options.out, listing);
+  tell_written(*options.out, counted(static_cast<long>(rows), "row"));
 }
 
 const Command command(40, [](CLI::App& program) {

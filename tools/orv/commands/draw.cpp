@@ -7,6 +7,7 @@
 #include "tools/orv/model_file.h"
 #include "tools/orv/progress.h"
 #include "tools/orv/view_options.h"
+#include "tools/orv/written.h"
 
 namespace orv {
 namespace {
@@ -19,6 +20,7 @@ void run(const ViewOptions& options) {
     const Progress progress("Drawing " + options.out);
     notes = views::draw(database, options.view, options.out);
   }
+  tell_written(options.out);
   for (const std::string& note : notes) std::cout << content::without_controls(note) << '\n';
 }
 

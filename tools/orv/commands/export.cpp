@@ -11,6 +11,7 @@
 #include "tools/orv/objects.h"
 #include "tools/orv/progress.h"
 #include "tools/orv/remarks.h"
+#include "tools/orv/written.h"
 #include "tools/text/utf8.h"
 
 namespace orv {
@@ -33,6 +34,9 @@ void run(const Options& options) {
                            com::Variant::boolean(options.other_deck)),
                deck);
   }
+  model::Database database = model.database();
+  const std::string records = counts_of_records(database);
+  tell_written(options.out, records.empty() ? "no records" : records);
   print_remarks("What should be known of " + options.out + ":", deck);
 }
 

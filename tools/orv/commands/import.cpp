@@ -6,12 +6,12 @@
 #include <memory>
 
 #include "com/bstr.h"
-#include "tools/model/kinds.h"
 #include "tools/orv/command.h"
 #include "tools/orv/model_file.h"
 #include "tools/orv/objects.h"
 #include "tools/orv/progress.h"
 #include "tools/orv/remarks.h"
+#include "tools/orv/written.h"
 #include "tools/text/utf8.h"
 
 namespace orv {
@@ -22,23 +22,11 @@ struct Options {
   std::string model;
 };
 
-long count_of(model::Database& database, const std::string& table) {
-  model::Rows rows = database.query("SELECT COUNT(*) FROM " + table);
-  return rows.next() ? rows.integer(0) : 0;
-}
-
 void print_counts(model::Database& database) {
-  std::cout << count_of(database, "Vertices") << " nodes";
-  for (const model::Kind& kind : model::kinds_of(database)) {
-    const long count = count_of(database, kind.table);
-    if (count > 0) std::cout << ", " << count << ' ' << kind.table;
-  }
-  const auto counted = [&](const char* table, const std::string& what) {
-    const long count = count_of(database, table);
-    return std::to_string(count) + what + (count == 1 ? "" : "s");
-  };
-  std::cout << "; " << counted("LoadSets", " load set") << ", "
-            << counted("ConstraintSets", " constraint set") << '\n';
+  const std::string records = counts_of_records(database);
+  std::cout << counted(count_of(database, "Vertices"), "node") << (records.empty() ? "" : ", ")
+            << records << "; " << counted(count_of(database, "LoadSets"), "load set") << ", "
+            << counted(count_of(database, "ConstraintSets"), "constraint set") << '\n';
 }
 
 void run(const Options& options) {

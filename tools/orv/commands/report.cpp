@@ -5,6 +5,7 @@
 #include "tools/orv/model_file.h"
 #include "tools/orv/progress.h"
 #include "tools/orv/view_options.h"
+#include "tools/orv/written.h"
 
 namespace orv {
 namespace {
@@ -12,8 +13,11 @@ namespace {
 void run(const ViewOptions& options) {
   const ModelFile file = ModelFile::open(options.model);
   model::Database database = file.database();
-  const Progress progress("Writing " + options.out);
-  views::report(database, options.view, options.out);
+  {
+    const Progress progress("Writing " + options.out);
+    views::report(database, options.view, options.out);
+  }
+  tell_written(options.out);
 }
 
 const Command command(70, [](CLI::App& program) {

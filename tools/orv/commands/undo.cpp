@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "tools/orv/arguments.h"
 #include "tools/orv/command.h"
 #include "tools/orv/step_states.h"
 
@@ -44,7 +45,7 @@ void add(CLI::App& program, const Direction& direction) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command = program.add_subcommand(direction.command, direction.summary);
   command->add_option("MODEL", options->model, "The model")->required();
-  command->add_option("STEP", options->step, direction.step);
+  command->add_option("STEP", options->step, direction.step)->check(whole_number());
   add_example(command, "orv " + std::string(direction.command) + " plate.orvdb 12");
   command->callback([&direction, options] { run(direction, *options); });
 }
