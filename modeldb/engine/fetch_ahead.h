@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "modeldb/engine/statement.h"
@@ -15,10 +16,10 @@ class FetchAhead {
   FetchAhead& operator=(const FetchAhead&) = delete;
   virtual ~FetchAhead() = default;
 
-  /// From here to the end, queries that ask for the rows with a key in this column will ask for
-  /// the keys that `query`, which is about to be read, has in the column of that name, mostly in
-  /// its order. Runs it; it stays before its first row, even if it is reset once.
-  virtual void expect(std::wstring_view column, Statement& query) = 0;
+  /// Runs `query`, whose rows will be read once, from the first to the last. For each of them, and
+  /// until the end, queries will ask for the rows with the keys that it has in these columns, in
+  /// columns of the same name. The query stays before its first row, even if it is reset once.
+  virtual void expect(Statement& query, std::span<const std::wstring_view> columns) = 0;
   virtual void end() noexcept = 0;
 };
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <unordered_map>
-#include <unordered_set>
 
+#include "modeldb/base/number_set.h"
 #include "modeldb/schema/table.h"
 
 namespace modeldb {
@@ -12,11 +12,11 @@ namespace modeldb {
 class SeenRows {
  public:
   /// False when it was known already.
-  bool add(const Table& table, long key) { return keys_[&table].insert(key).second; }
+  bool add(const Table& table, long key) { return keys_[&table].insert(key); }
   /// False when it was not known.
   bool forget(const Table& table, long key) {
     const auto keys = keys_.find(&table);
-    return keys != keys_.end() && keys->second.erase(key) > 0;
+    return keys != keys_.end() && keys->second.erase(key);
   }
   [[nodiscard]] bool has(const Table& table, long key) const {
     const auto keys = keys_.find(&table);
@@ -24,7 +24,7 @@ class SeenRows {
   }
 
  private:
-  std::unordered_map<const Table*, std::unordered_set<long>> keys_;
+  std::unordered_map<const Table*, NumberSet> keys_;
 };
 
 }  // namespace modeldb

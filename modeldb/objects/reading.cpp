@@ -1,5 +1,7 @@
 #include "modeldb/objects/reading.h"
 
+#include <array>
+#include <span>
 #include <vector>
 
 #include "com/sentence.h"
@@ -118,8 +120,8 @@ class Hints {
   /// The records are those of the query's rows.
   void give(const Kind& kind, Statement& query) {
     if (!ahead_) return;
-    ahead_->expect(kind.key, query);
-    if (stands_on_vertex(kind)) ahead_->expect(vertex_kind().key, query);
+    const std::array<std::wstring_view, 2> keys{kind.key, vertex_kind().key};
+    ahead_->expect(query, std::span(keys).first(stands_on_vertex(kind) ? 2 : 1));
   }
 
  private:

@@ -29,8 +29,8 @@ bool LockedRows::reach(std::int64_t key) {
 }
 
 void LockedRows::lock() {
-  rows_ = OdbcStatement::rows_of(session_, L"SELECT " + columns_ + L" FROM " + table_ + L" WHERE " +
-                                               reach_.condition(key_) + L" FOR UPDATE SKIP LOCKED");
+  rows_ = session_.rows_of(L"SELECT " + columns_ + L" FROM " + table_ + L" WHERE " +
+                           reach_.condition(key_) + L" FOR UPDATE SKIP LOCKED");
   for (std::size_t row = 0; row < rows_.count(); ++row) {
     const std::int64_t each = rows_.integer(row, 0);
     if (changed_.contains(each)) continue;
@@ -44,10 +44,10 @@ std::optional<std::int64_t> LockedRows::links(const std::wstring& link_table, st
   auto known = links_.find(link_table);
   if (known == links_.end()) {
     // Those without links, too.
-    const ResultRows counted = OdbcStatement::rows_of(
-        session_, L"SELECT orv_key, count(" + link_table + L"." + key_ + L") FROM unnest('{" +
-                      keys_ + L"}'::integer[]) AS orv_keys (orv_key) LEFT JOIN " + link_table +
-                      L" ON " + link_table + L"." + key_ + L" = orv_key GROUP BY 1");
+    const ResultRows counted = session_.rows_of(
+        L"SELECT orv_key, count(" + link_table + L"." + key_ + L") FROM unnest('{" + keys_ +
+        L"}'::integer[]) AS orv_keys (orv_key) LEFT JOIN " + link_table + L" ON " + link_table +
+        L"." + key_ + L" = orv_key GROUP BY 1");
     Counts counts;
     for (std::size_t row = 0; row < counted.count(); ++row) {
       counts.emplace(counted.integer(row, 0), counted.integer(row, 1));

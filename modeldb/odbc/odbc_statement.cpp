@@ -34,29 +34,6 @@ std::wstring text_for(std::wstring_view sql, Trust trust) {
   return key.empty() ? std::wstring(sql) : std::wstring(sql) + L" RETURNING " + std::wstring(key);
 }
 
-Statement::Type type_of(SQLSMALLINT sql_type) {
-  switch (sql_type) {
-    case SQL_BIT:
-    case SQL_TINYINT:
-    case SQL_SMALLINT:
-    case SQL_INTEGER:
-    case SQL_BIGINT:
-      return Statement::Type::kInteger;
-    case SQL_REAL:
-    case SQL_FLOAT:
-    case SQL_DOUBLE:
-    case SQL_NUMERIC:
-    case SQL_DECIMAL:
-      return Statement::Type::kReal;
-    case SQL_BINARY:
-    case SQL_VARBINARY:
-    case SQL_LONGVARBINARY:
-      return Statement::Type::kBlob;
-    default:
-      return Statement::Type::kText;
-  }
-}
-
 const wchar_t* declared_type(Statement::Type type) {
   switch (type) {
     case Statement::Type::kInteger:
@@ -84,19 +61,18 @@ void require_characters(std::wstring_view text) {
 
 }  // namespace
 
-OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trust, bool is_direct)
+OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trust)
     : session_(session),
       sql_(sql),
       text_(text_for(sql, trust)),
       gives_key_(trust == Trust::kHost && !first_column(sql).empty()),
       only_reads_(is_query(text_)),
-      is_direct_(is_direct),
       insertion_(RowInsertion::of(trust == Trust::kHost ? sql_ : text_, trust == Trust::kHost)),
       change_(RowChange::of(text_)),
       handle_(session.allocate(this)) {
   if (auto query = QueryByKey::of(text_)) by_key_.emplace(session_.rows_ahead(), std::move(*query));
   try {
-    if (!is_direct_) prepare();
+    prepare();
     // The driver puts off what the server has to say until somebody asks.
     if (trust != Trust::kHost) describe();
   } catch (...) {
@@ -108,6 +84,8 @@ OdbcStatement::OdbcStatement(Session& session, std::wstring_view sql, Trust trus
 OdbcStatement::~OdbcStatement() { session_.release(this); }
 
 void OdbcStatement::abandon() noexcept {
+  if (stream_) stream_->abandon();
+  stream_.reset();
   result_place_.reset();
   handle_ = {};
 }
@@ -193,8 +171,8 @@ void OdbcStatement::bind_all(std::span<const Literal> values, int first) {
   for (const Literal& value : values) Statement::bind(first++, value);
 }
 
-void OdbcStatement::tell(int number, Parameter& bound) {
-  if (bound.is_told) return;
+/// Where a parameter is.
+SQLRETURN OdbcStatement::tell(SQLHANDLE statement, int number, Parameter& bound) {
   SQLSMALLINT c_type = SQL_C_SBIGINT;
   SQLSMALLINT sql_type = SQL_BIGINT;
   SQLULEN size = 0;
@@ -211,9 +189,8 @@ void OdbcStatement::tell(int number, Parameter& bound) {
   } else if (bound.type == Type::kNull) {
     sql_type = SQL_INTEGER;
   }
-  check(odbc().SQLBindParameter(handle_.get(), static_cast<SQLUSMALLINT>(number), SQL_PARAM_INPUT,
-                                c_type, sql_type, size, 0, address, 0, &bound.length));
-  bound.is_told = true;
+  return odbc().SQLBindParameter(statement, static_cast<SQLUSMALLINT>(number), SQL_PARAM_INPUT,
+                                 c_type, sql_type, size, 0, address, 0, &bound.length);
 }
 
 void OdbcStatement::limit_time(Seconds limit) {
@@ -224,6 +201,7 @@ void OdbcStatement::limit_time(Seconds limit) {
 // --- Running ---
 
 void OdbcStatement::prepare() {
+  session_.wait_for_background();
   check(odbc().SQLPrepareW(handle_.get(), characters(text_.c_str()),
                            static_cast<SQLINTEGER>(text_.size())));
   is_described_ = false;
@@ -306,20 +284,32 @@ bool OdbcStatement::is_queued() {
   return queued_rows_.has_value();
 }
 
-ResultRows OdbcStatement::rows_of(Session& session, std::wstring_view sql) {
-  OdbcStatement query(session, sql, Trust::kHost, true);
-  query.execute();
-  return std::move(query.own_);
+void OdbcStatement::stream(std::vector<RowStream::KeyColumn> keys) {
+  session_.require_alive();
+  session_.queue().flush(false);
+  session_.prepare_to_run();
+  RowStream::Query query{.runner = session_.direct_query(), .text = text_, .limit = limit_};
+  int number = 0;
+  for (Parameter& bound : parameters_) check(tell(query.runner.handle(), ++number, bound));
+  try {
+    stream_ = std::make_unique<RowStream>(session_, std::move(query), std::move(keys));
+  } catch (const QueryFailure& failure) {
+    session_.fail_with(failure.diagnosis, expanded_sql());
+  }
+  has_run_ = has_run_ahead_ = true;
+  read_on();
 }
 
-std::vector<std::int64_t> OdbcStatement::integers_ahead(int column) {
-  if (!has_run_) execute();
-  has_run_ahead_ = true;
-  std::vector<std::int64_t> values(rows().count());
-  for (std::size_t row = 0; row < values.size(); ++row) {
-    values[row] = rows().integer(row, place(column));
+/// The next rows of the stream.
+void OdbcStatement::read_on() {
+  own_ = {};
+  try {
+    own_ = stream_->next();
+  } catch (const QueryFailure& failure) {
+    session_.fail_with(failure.diagnosis, expanded_sql());
   }
-  return values;
+  next_ = 0;
+  has_rows_ = own_.count() > 0;
 }
 
 /// Records look their sets up time and again while they are saved.
@@ -332,9 +322,9 @@ bool OdbcStatement::looks_up_a_set() const {
 /// Nobody may take it away before it is linked.
 void OdbcStatement::look_up_a_set() {
   const std::int64_t key = parameters_.front().integer;
-  const auto rows = std::make_shared<KeyedRows>(
-      key, rows_of(session_,
-                   text_.substr(0, text_.rfind(L'?')) + std::to_wstring(key) + L" FOR KEY SHARE"));
+  const auto rows =
+      std::make_shared<KeyedRows>(key, session_.rows_of(text_.substr(0, text_.rfind(L'?')) +
+                                                        std::to_wstring(key) + L" FOR KEY SHARE"));
   if (rows->rows().count() > 0) session_.queue().note_locked(by_key_->query().table, key);
   by_key_->remember(key, rows);
   take({rows, {0, rows->rows().count()}});
@@ -342,8 +332,12 @@ void OdbcStatement::look_up_a_set() {
 
 /// Executes it; what ODBC answers.
 SQLRETURN OdbcStatement::send() {
-  for (std::size_t i = 0; i < parameters_.size(); ++i) {
-    tell(static_cast<int>(i) + 1, parameters_[i]);
+  session_.wait_for_background();
+  int number = 0;
+  for (Parameter& bound : parameters_) {
+    ++number;
+    if (!bound.is_told) check(tell(handle_.get(), number, bound));
+    bound.is_told = true;
   }
   if (limit_ != limit_told_) {
     odbc().SQLSetStmtAttrW(handle_.get(), SQL_ATTR_QUERY_TIMEOUT,
@@ -351,10 +345,6 @@ SQLRETURN OdbcStatement::send() {
     limit_told_ = limit_;
   }
   is_executed_ = true;
-  if (is_direct_) {
-    return odbc().SQLExecDirectW(handle_.get(), characters(text_.c_str()),
-                                 static_cast<SQLINTEGER>(text_.size()));
-  }
   const SQLRETURN result = odbc().SQLExecute(handle_.get());
   if (result != SQL_ERROR) return result;
   // Somebody has given a table another column since.
@@ -380,8 +370,7 @@ void OdbcStatement::execute() {
   const bool reads_beside =
       by_key_ && !by_key_->query().table.empty() && !asks_what_waits &&
       (asks_for_a_row() || !session_.queue().has_rows_of(by_key_->query().table));
-  // For one that is direct, whoever wanted it has done that.
-  if (!reads_beside && !is_direct_) session_.queue().flush(!only_reads_);
+  if (!reads_beside) session_.queue().flush(!only_reads_);
   if (looks_up_a_set()) return look_up_a_set();
   if (reads_beside && finds_rows_behind()) return;
   session_.prepare_to_run();
@@ -410,19 +399,16 @@ bool OdbcStatement::has_inserted() const {
 
 void OdbcStatement::describe() {
   if (is_described_) return;
-  SQLSMALLINT count = 0;
-  check(odbc().SQLNumResultCols(handle_.get(), &count));
+  session_.wait_for_background();
   result_place_.reset();
   types_.clear();
   labels_.clear();
-  for (SQLUSMALLINT column = 1; column <= count; ++column) {
-    SQLSMALLINT type = 0;
-    std::array<SQLWCHAR, 256> name{};
-    check(odbc().SQLDescribeColW(handle_.get(), column, name.data(), name.size(), nullptr, &type,
-                                 nullptr, nullptr, nullptr));
-    types_.push_back(type_of(type));
-    labels_.emplace_back(name.data());
+  SQLRETURN result = SQL_SUCCESS;
+  for (auto& column : described_columns(handle_.get(), result)) {
+    types_.push_back(column.type);
+    labels_.push_back(std::move(column.label));
   }
+  check(result);
   is_described_ = true;
 }
 
@@ -444,6 +430,8 @@ void OdbcStatement::read_rows() {
 bool OdbcStatement::step() {
   if (!has_run_) execute();
   has_run_ahead_ = false;
+  if (stream_ && next_ == 1) stream_->go_on();
+  if (stream_ && has_rows_ && next_ == own_.count()) read_on();
   const std::size_t end = ahead_.rows ? ahead_.range.end : own_.count();
   has_rows_ = has_rows_ && next_ < end;
   if (has_rows_) row_ = ahead_.rows ? ahead_.rows->row(next_) : next_;
@@ -464,7 +452,11 @@ std::int64_t OdbcStatement::run() {
 }
 
 void OdbcStatement::forget_rows() noexcept {
-  if (is_executed_) odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
+  if (is_executed_) {
+    session_.wait_for_background();
+    odbc().SQLFreeStmt(handle_.get(), SQL_CLOSE);
+  }
+  stream_.reset();
   is_executed_ = has_run_ = has_rows_ = has_run_ahead_ = false;
   ahead_ = {};
   queued_rows_.reset();
@@ -506,6 +498,7 @@ std::span<const std::byte> OdbcStatement::blob(int column) const {
 }
 
 std::vector<ResultColumn> OdbcStatement::describe_columns() const {
+  session_.wait_for_background();
   const auto attribute = [&](std::size_t column, SQLUSMALLINT field) {
     std::array<SQLWCHAR, 256> name{};
     SQLSMALLINT bytes = 0;

@@ -11,6 +11,7 @@
 #include "modeldb/engine/statement.h"
 #include "modeldb/odbc/driver_manager.h"
 #include "modeldb/odbc/result_rows.h"
+#include "modeldb/odbc/row_stream.h"
 #include "modeldb/odbc/rows_ahead.h"
 #include "modeldb/odbc/write_queue.h"
 
@@ -22,10 +23,7 @@ class Session;
 /// read keeps anybody waiting.
 class OdbcStatement final : public Statement {
  public:
-  OdbcStatement(Session& session, std::wstring_view sql, Trust trust)
-      : OdbcStatement(session, sql, trust, false) {}
-  /// All rows of a query of the engine's own without parameters, in one way.
-  static ResultRows rows_of(Session& session, std::wstring_view sql);
+  OdbcStatement(Session& session, std::wstring_view sql, Trust trust);
   ~OdbcStatement() override;
 
   using Statement::bind;
@@ -54,9 +52,9 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] std::wstring_view text(int column) const override;
   [[nodiscard]] std::span<const std::byte> blob(int column) const override;
 
-  /// Runs a query; the whole numbers in a column of its rows. It stays before the first of them,
-  /// reset or not.
-  std::vector<std::int64_t> integers_ahead(int column);
+  /// Runs a query so that its rows come while they are read, once. It stays before the first of
+  /// them, even if it is reset once.
+  void stream(std::vector<RowStream::KeyColumn> keys);
 
   /// The connection ends, and the handle with it.
   void abandon() noexcept;
@@ -67,9 +65,6 @@ class OdbcStatement final : public Statement {
   void clear() noexcept override;
 
  private:
-  /// `is_direct`: it runs unprepared, which takes one way and not two.
-  OdbcStatement(Session& session, std::wstring_view sql, Trust trust, bool is_direct);
-
   /// What a parameter is bound to, at an address that stays.
   struct Parameter {
     Type type = Type::kNull;
@@ -84,7 +79,7 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] std::wstring expanded_sql() const;
   [[nodiscard]] static std::wstring shown(const Parameter& parameter);
   Parameter& parameter(int number, Type type);
-  void tell(int number, Parameter& parameter);
+  static SQLRETURN tell(SQLHANDLE statement, int number, Parameter& parameter);
   void prepare();
   void execute();
   SQLRETURN send();
@@ -99,6 +94,7 @@ class OdbcStatement final : public Statement {
   /// The types of the result's columns, once there is a result.
   void describe();
   void read_rows();
+  void read_on();
   void take(RowsOfQuery::Found found);
   [[nodiscard]] const ResultRows& rows() const { return ahead_.rows ? ahead_.rows->rows() : own_; }
   /// Of a column as the caller counts.
@@ -110,7 +106,6 @@ class OdbcStatement final : public Statement {
   const std::wstring text_;  // as the server gets it
   const bool gives_key_;
   const bool only_reads_;
-  const bool is_direct_;
   std::optional<RowsOfQuery> by_key_;
   const std::optional<RowInsertion> insertion_;
   const std::optional<RowChange> change_;
@@ -122,14 +117,15 @@ class OdbcStatement final : public Statement {
   bool is_described_ = false;
   bool has_run_ = false;
   bool has_rows_ = false;
-  bool has_run_ahead_ = false;  // for integers_ahead
+  bool has_run_ahead_ = false;  // for stream
   bool is_executed_ = false;    // ODBC has to be told when that is over
   Seconds limit_ = 0;
   Seconds limit_told_ = 0;
   ResultRows own_;
-  RowsOfQuery::Found ahead_{};  // its rows, when they were fetched ahead
-  std::size_t row_ = 0;         // at which it stands
-  std::size_t next_ = 0;        // of its rows, or of those ahead
+  std::unique_ptr<RowStream> stream_;  // of further ones
+  RowsOfQuery::Found ahead_{};         // its rows, when they were fetched ahead
+  std::size_t row_ = 0;                // at which it stands
+  std::size_t next_ = 0;               // of its rows, or of those ahead
   RowPlan* insertion_plan_ = nullptr;
   ChangePlan* change_plan_ = nullptr;
   bool is_planned_ = false;  // tables are known once a model is open

@@ -70,8 +70,7 @@ void PostedChanges::post(std::span<const ChangedRecords> changes) {
 
 void PostedChanges::follow() {
   if (read_up_to_) return;
-  const ResultRows row =
-      OdbcStatement::rows_of(session_, L"SELECT " + std::wstring(kFirstOpenTransaction));
+  const ResultRows row = session_.rows_of(L"SELECT " + std::wstring(kFirstOpenTransaction));
   read_up_to_ = row.integer(0, 0);
 }
 
@@ -80,13 +79,13 @@ void PostedChanges::follow() {
 std::vector<ChangedRecords> PostedChanges::read() {
   std::vector<ChangedRecords> changes;
   if (!read_up_to_) return changes;
-  const ResultRows rows = OdbcStatement::rows_of(
-      session_, L"SELECT orv_end, AreDeleted, EventType, Keys FROM (SELECT " +
-                    std::wstring(kFirstOpenTransaction) +
-                    L" AS orv_end) AS orv_now LEFT JOIN orv_changes ON TransactionID < orv_end AND "
-                    L"TransactionID >= " +
-                    std::to_wstring(*read_up_to_) + L" AND Author <> " + std::to_wstring(author_) +
-                    L" ORDER BY TransactionID, ChangeID");
+  const ResultRows rows = session_.rows_of(
+      L"SELECT orv_end, AreDeleted, EventType, Keys FROM (SELECT " +
+      std::wstring(kFirstOpenTransaction) +
+      L" AS orv_end) AS orv_now LEFT JOIN orv_changes ON TransactionID < orv_end AND "
+      L"TransactionID >= " +
+      std::to_wstring(*read_up_to_) + L" AND Author <> " + std::to_wstring(author_) +
+      L" ORDER BY TransactionID, ChangeID");
   for (std::size_t row = 0; row < rows.count(); ++row) {
     if (rows.type(row, 1) == ResultRows::Type::kNull) continue;  // nobody has changed anything
     changes.push_back({.are_deleted = rows.integer(row, 1) != 0,

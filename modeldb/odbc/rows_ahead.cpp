@@ -2,18 +2,15 @@
 
 #include <algorithm>
 #include <numeric>
-#include <span>
 #include <utility>
 
 #include "modeldb/engine/tokeniser.h"
 #include "modeldb/odbc/odbc_statement.h"
+#include "modeldb/odbc/row_stream.h"
 #include "modeldb/odbc/session.h"
 
 namespace modeldb {
 namespace {
-
-/// Keys whose rows are fetched at once: enough to make the way count for little.
-constexpr std::size_t kKeysAtOnce = 10'000;
 
 bool is_word(const Token& token, std::wstring_view word) {
   return token.kind == TokenKind::kName && folded_name(token.text) == word;
@@ -24,8 +21,8 @@ bool is_name(const Token& token) {
 }
 
 /// "path BETWEEN 7 AND 9", where nearly all between them are asked for, or a list: with a list
-/// alone the server would go through all of the table. The keys are sorted.
-std::wstring condition_on(const std::wstring& path, std::span<const std::int64_t> keys) {
+/// alone the server would go through all of the table.
+std::wstring condition_on(const std::wstring& path, const Keys& keys) {
   constexpr double kNearlyAll = 1.25;
   constexpr double kFew = 8;
   const auto width = static_cast<double>(keys.back() - keys.front());
@@ -78,32 +75,6 @@ std::optional<QueryByKey> QueryByKey::of(std::wstring_view sql) {
                               std::wstring(sql.substr(head, tail - head))};
 }
 
-// --- Keys ---
-
-std::size_t ExpectedKeys::place_of(std::int64_t key) {
-  if (next_ < keys_.size() && keys_[next_] == key) return next_;
-  if (sorted_.empty()) {
-    sorted_ = keys_;
-    std::ranges::sort(sorted_);
-  }
-  if (!std::ranges::binary_search(sorted_, key)) return keys_.size();
-  const auto next = keys_.begin() + static_cast<std::ptrdiff_t>(next_);
-  auto place = std::find(next, keys_.end(), key);
-  if (place == keys_.end()) place = std::find(keys_.begin(), next, key);
-  return static_cast<std::size_t>(place - keys_.begin());
-}
-
-std::vector<std::int64_t> ExpectedKeys::from(std::int64_t key) {
-  const std::size_t first = place_of(key);
-  if (first == keys_.size()) return {};
-  next_ = std::min(first + kKeysAtOnce, keys_.size());
-  std::vector<std::int64_t> keys(keys_.begin() + static_cast<std::ptrdiff_t>(first),
-                                 keys_.begin() + static_cast<std::ptrdiff_t>(next_));
-  std::ranges::sort(keys);
-  keys.erase(std::ranges::unique(keys).begin(), keys.end());
-  return keys;
-}
-
 // --- Rows by key ---
 
 KeyedRows::KeyedRows(std::int64_t key, ResultRows rows)
@@ -114,7 +85,7 @@ KeyedRows::KeyedRows(std::int64_t key, ResultRows rows)
   std::iota(order_.begin(), order_.end(), 0U);
 }
 
-KeyedRows::KeyedRows(std::vector<std::int64_t> keys, ResultRows rows, KeySpan complete)
+KeyedRows::KeyedRows(Keys keys, ResultRows rows, KeySpan complete)
     : rows_(std::move(rows)),
       first_column_(1),
       keys_(std::move(keys)),
@@ -167,17 +138,22 @@ RowsOfQuery::Found RowsOfQuery::find(std::int64_t key) {
       return {fetched_, *range};
     }
   }
-  if (!expected_) return {};
-  auto keys = expected_->from(key);
-  if (keys.empty()) return {};
-  fetched_ = fetch(std::move(keys));
+  if (!expected_ || !std::ranges::binary_search(*expected_, key)) return {};
+  is_asked_ = true;
+  fetched_ =
+      std::make_shared<KeyedRows>(*expected_, ahead_.session().rows_of(text_for(*expected_)));
   return {fetched_, *fetched_->find(key)};
 }
 
+std::wstring RowsOfQuery::text_for(const Keys& keys) const {
+  return query_.select + condition_on(query_.path, keys);
+}
+
+void RowsOfQuery::take(std::shared_ptr<KeyedRows> rows) { fetched_ = std::move(rows); }
+
 RowsOfQuery::Found RowsOfQuery::fetch_on(std::int64_t key) {
   const std::size_t count = reach_.next(key);
-  ResultRows rows =
-      OdbcStatement::rows_of(ahead_.session(), query_.select + reach_.condition(query_.path));
+  ResultRows rows = ahead_.session().rows_of(query_.select + reach_.condition(query_.path));
   std::vector<std::int64_t> keys(rows.count());
   for (std::size_t row = 0; row < keys.size(); ++row) keys[row] = rows.integer(row, 0);
   // As far as the last of them, or all of the table.
@@ -190,20 +166,15 @@ RowsOfQuery::Found RowsOfQuery::fetch_on(std::int64_t key) {
   return find(key);
 }
 
-std::shared_ptr<KeyedRows> RowsOfQuery::fetch(std::vector<std::int64_t> keys) {
-  ResultRows rows =
-      OdbcStatement::rows_of(ahead_.session(), query_.select + condition_on(query_.path, keys));
-  return std::make_shared<KeyedRows>(std::move(keys), std::move(rows));
-}
-
 void RowsOfQuery::remember(std::int64_t key, std::shared_ptr<KeyedRows> rows) {
   constexpr std::size_t kMost = 1000;
   if (remembered_.size() >= kMost) remembered_.clear();
   remembered_[key] = std::move(rows);
 }
 
-void RowsOfQuery::expect(std::shared_ptr<ExpectedKeys> keys) {
+void RowsOfQuery::expect(std::shared_ptr<const Keys> keys) {
   expected_ = std::move(keys);
+  if (!expected_) is_asked_ = false;
   fetched_.reset();
 }
 
@@ -226,14 +197,33 @@ void RowsAhead::join(RowsOfQuery& query) {
   if (known != expected_.end()) query.expect(known->second);
 }
 
-void RowsAhead::expect(std::wstring_view column, Statement& query) {
-  const std::wstring name = folded_name(column);
-  auto keys = std::make_shared<ExpectedKeys>(
-      dynamic_cast<OdbcStatement&>(query).integers_ahead(query.columns().find(column)));
-  for (RowsOfQuery* const each : queries_) {
-    if (each->query().column == name) each->expect(keys);
+void RowsAhead::leave(RowsOfQuery& query) noexcept {
+  queries_.erase(&query);
+  if (session_.stream()) session_.stream()->forget_ahead(query);
+}
+
+void RowsAhead::expect(Statement& query, std::span<const std::wstring_view> columns) {
+  std::vector<RowStream::KeyColumn> keys;
+  for (const std::wstring_view column : columns) {
+    const auto place = static_cast<std::size_t>(query.columns().find(column));
+    keys.push_back({.name = folded_name(column), .place = place});
   }
-  expected_[name] = std::move(keys);
+  dynamic_cast<OdbcStatement&>(query).stream(std::move(keys));
+}
+
+void RowsAhead::expect(const std::wstring& column, const std::shared_ptr<const Keys>& keys) {
+  for (RowsOfQuery* const each : queries_) {
+    if (each->query().column == column) each->expect(keys);
+  }
+  expected_[column] = keys;
+}
+
+std::vector<RowsOfQuery*> RowsAhead::asked_for(std::wstring_view column) const {
+  std::vector<RowsOfQuery*> found;
+  for (RowsOfQuery* const each : queries_) {
+    if (each->query().column == column && each->is_asked()) found.push_back(each);
+  }
+  return found;
 }
 
 void RowsAhead::end() noexcept {
@@ -242,10 +232,12 @@ void RowsAhead::end() noexcept {
 }
 
 void RowsAhead::forget() noexcept {
+  if (session_.stream()) session_.stream()->forget_ahead();
   for (RowsOfQuery* const each : queries_) each->forget();
 }
 
 void RowsAhead::reset() noexcept {
+  if (session_.stream()) session_.stream()->forget_ahead();
   for (RowsOfQuery* const each : queries_) each->reset();
 }
 
@@ -256,6 +248,7 @@ void RowsAhead::forget_beside(std::wstring_view table, std::wstring_view column)
 }
 
 void RowsAhead::forget(std::wstring_view table) noexcept {
+  if (session_.stream()) session_.stream()->forget_ahead();
   for (RowsOfQuery* const each : queries_) {
     if (each->query().table == table) each->forget();
   }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -30,21 +31,8 @@ struct QueryByKey {
   static std::optional<QueryByKey> of(std::wstring_view sql);
 };
 
-/// Keys that will be asked for, mostly in this order.
-class ExpectedKeys {
- public:
-  explicit ExpectedKeys(std::vector<std::int64_t> keys) : keys_(std::move(keys)) {}
-
-  /// Some keys from this one on, in their order and none twice; none when nobody expects it.
-  [[nodiscard]] std::vector<std::int64_t> from(std::int64_t key);
-
- private:
-  [[nodiscard]] std::size_t place_of(std::int64_t key);
-
-  std::vector<std::int64_t> keys_;
-  std::vector<std::int64_t> sorted_;  // once a key was asked for out of turn
-  std::size_t next_ = 0;              // behind those that were given last
-};
+/// In their order, and none twice.
+using Keys = std::vector<std::int64_t>;
 
 /// Keys from `first` to `last`; none by itself.
 struct KeySpan {
@@ -63,9 +51,9 @@ class KeyedRows {
 
   /// All rows of one key, which is not among their columns.
   KeyedRows(std::int64_t key, ResultRows rows);
-  /// Rows with their keys in their first column, in any order; `keys` are sorted. Rows of other
-  /// keys do not count. Keys in `complete` that are not among `keys` are known to have no rows.
-  KeyedRows(std::vector<std::int64_t> keys, ResultRows rows, KeySpan complete = {});
+  /// Rows with their keys in their first column, in any order. Rows of other keys do not count.
+  /// Keys in `complete` that are not among `keys` are known to have no rows.
+  KeyedRows(Keys keys, ResultRows rows, KeySpan complete = {});
 
   [[nodiscard]] const ResultRows& rows() const { return rows_; }
   /// The first of the query's own columns.
@@ -78,7 +66,7 @@ class KeyedRows {
  private:
   ResultRows rows_;
   std::size_t first_column_ = 0;
-  std::vector<std::int64_t> keys_;
+  Keys keys_;
   KeySpan complete_;
   std::vector<std::uint32_t> begins_;  // of each key, and the end of the last
   std::vector<std::uint32_t> order_;   // of rows by key
@@ -110,17 +98,22 @@ class RowsOfQuery {
   void remember(std::int64_t key, std::shared_ptr<KeyedRows> rows);
 
   /// Which keys will be asked for; null for the end of that.
-  void expect(std::shared_ptr<ExpectedKeys> keys);
+  void expect(std::shared_ptr<const Keys> keys);
+  /// The query for the rows with these keys, with these in the first column.
+  [[nodiscard]] std::wstring text_for(const Keys& keys) const;
+  /// Rows of keys that will be asked for, if any.
+  void take(std::shared_ptr<KeyedRows> rows);
+  /// Whether it was asked for any that were expected.
+  [[nodiscard]] bool is_asked() const { return is_asked_; }
   void forget() noexcept;
   /// A transaction begins.
   void reset() noexcept;
 
  private:
-  [[nodiscard]] std::shared_ptr<KeyedRows> fetch(std::vector<std::int64_t> keys);
-
   RowsAhead& ahead_;
   const QueryByKey query_;
-  std::shared_ptr<ExpectedKeys> expected_;
+  std::shared_ptr<const Keys> expected_;
+  bool is_asked_ = false;
   std::shared_ptr<KeyedRows> fetched_;
   Reach reach_;
   std::unordered_map<std::int64_t, std::shared_ptr<KeyedRows>> remembered_;
@@ -132,8 +125,12 @@ class RowsAhead final : public FetchAhead {
  public:
   explicit RowsAhead(Session& session) : session_(session) {}
 
-  void expect(std::wstring_view column, Statement& query) override;
+  void expect(Statement& query, std::span<const std::wstring_view> columns) override;
   void end() noexcept override;
+  /// Keys that queries will ask for in the column of that name, in small letters.
+  void expect(const std::wstring& column, const std::shared_ptr<const Keys>& keys);
+  /// The queries by that column that were asked for expected keys.
+  [[nodiscard]] std::vector<RowsOfQuery*> asked_for(std::wstring_view column) const;
 
   /// Something may have changed.
   void forget() noexcept;
@@ -147,12 +144,12 @@ class RowsAhead final : public FetchAhead {
   [[nodiscard]] Session& session() const { return session_; }
   /// A query takes part until it leaves.
   void join(RowsOfQuery& query);
-  void leave(RowsOfQuery& query) noexcept { queries_.erase(&query); }
+  void leave(RowsOfQuery& query) noexcept;
 
  private:
   Session& session_;
   std::set<RowsOfQuery*> queries_;
-  std::unordered_map<std::wstring, std::shared_ptr<ExpectedKeys>> expected_;  // by column
+  std::unordered_map<std::wstring, std::shared_ptr<const Keys>> expected_;  // by column
 };
 
 }  // namespace modeldb

@@ -8,6 +8,7 @@
 #include "modeldb/engine/engine.h"
 #include "modeldb/odbc/connection_failure.h"
 #include "modeldb/odbc/odbc_statement.h"
+#include "modeldb/odbc/row_stream.h"
 
 namespace modeldb {
 namespace {
@@ -54,6 +55,8 @@ void Session::connect() {
 
 void Session::disconnect() noexcept {
   if (!connection_) return;
+  wait_for_background();
+  stream_ = nullptr;
   if (is_open_ && !is_lost_) odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
   for (OdbcStatement* const statement : std::exchange(statements_, {})) statement->abandon();
   own_ = {};
@@ -74,9 +77,31 @@ void Session::fail_as_closed_or_lost() const {
 
 StatementHandle Session::allocate(OdbcStatement* owner) {
   require_open();
+  wait_for_background();
   StatementHandle handle(connection_.get());
   statements_.insert(owner);
   return handle;
+}
+
+void Session::release(OdbcStatement* owner) noexcept {
+  wait_for_background();
+  statements_.erase(owner);
+}
+
+DirectQuery Session::direct_query() {
+  require_open();
+  wait_for_background();
+  return DirectQuery(StatementHandle(connection_.get()));
+}
+
+ResultRows Session::rows_of(const std::wstring& sql) {
+  require_alive();
+  prepare_to_run();
+  try {
+    return direct_query().rows_of(sql);
+  } catch (const QueryFailure& failure) {
+    fail_with(failure.diagnosis, sql);
+  }
 }
 
 void Session::require_alive() const {
@@ -93,6 +118,7 @@ void Session::require_reachable() {
 
 void Session::run(std::wstring_view sql) {
   require_alive();
+  finish_reading();
   queue_.flush(true);
   rows_ahead_.forget();
   prepare_to_run();
@@ -101,6 +127,7 @@ void Session::run(std::wstring_view sql) {
 
 void Session::send(std::wstring_view sql, std::wstring_view shown) {
   require_alive();
+  finish_reading();
   prepare_to_run();
   try {
     run_alone(sql, shown, true);
@@ -113,6 +140,7 @@ void Session::send(std::wstring_view sql, std::wstring_view shown) {
 std::vector<std::wstring> Session::ask(std::wstring_view sql) noexcept {
   std::vector<std::wstring> texts;
   if (!is_open_ || is_lost_) return texts;
+  wait_for_background();
   SQLSMALLINT columns = 0;
   const bool has_row = SQL_SUCCEEDED(odbc().SQLExecDirectW(own_.get(), characters(sql.data()),
                                                            static_cast<SQLINTEGER>(sql.size()))) &&
@@ -134,6 +162,7 @@ std::vector<std::wstring> Session::ask(std::wstring_view sql) noexcept {
 }
 
 void Session::run_alone(std::wstring_view sql, std::wstring_view shown, bool writes_rows) {
+  wait_for_background();
   const SQLRETURN result = odbc().SQLExecDirectW(own_.get(), characters(sql.data()),
                                                  static_cast<SQLINTEGER>(sql.size()));
   if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) fail_with(own_.get(), shown, writes_rows);
@@ -142,6 +171,7 @@ void Session::run_alone(std::wstring_view sql, std::wstring_view shown, bool wri
 
 void Session::run_quietly(const wchar_t* sql) noexcept {
   if (!is_open_ || is_lost_) return;
+  wait_for_background();
   if (is_told_within_) waiting_told_.reset();
   rows_ahead_.forget();
   odbc().SQLExecDirectW(own_.get(), characters(sql), SQL_NTS);
@@ -149,12 +179,40 @@ void Session::run_quietly(const wchar_t* sql) noexcept {
 }
 
 void Session::set_automatic(bool is_automatic) noexcept {
+  wait_for_background();
   odbc().SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT,
                             as_pointer(is_automatic ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), 0);
 }
 
+void Session::begin_reading(RowStream& stream) {
+  finish_reading();
+  if (stream_) stream_->forget_ahead();  // for it will not hear of changes any more
+  stream_ = &stream;
+  if (is_begun_) return;
+  set_automatic(false);
+  is_reading_ = true;
+}
+
+void Session::end_reading() noexcept {
+  if (!std::exchange(is_reading_, false) || !is_open_ || is_lost_) return;
+  background_.start([connection = connection_.get()] {
+    odbc().SQLEndTran(SQL_HANDLE_DBC, connection, SQL_COMMIT);
+    odbc().SQLSetConnectAttrW(connection, SQL_ATTR_AUTOCOMMIT, as_pointer(SQL_AUTOCOMMIT_ON), 0);
+  });
+}
+
+void Session::leave(const RowStream& stream) noexcept {
+  wait_for_background();
+  if (stream_ == &stream) stream_ = nullptr;
+}
+
+void Session::finish_reading() noexcept {
+  if (stream_) stream_->fetch_rest();
+}
+
 void Session::begin() {
   require_open();
+  finish_reading();
   has_waited_in_vain_ = false;
   prepare_to_run();
   set_automatic(false);
@@ -167,10 +225,12 @@ void Session::begin() {
 
 void Session::commit() {
   require_alive();
+  finish_reading();
   // Of a transaction that is lost the driver reports success; any statement in it fails.
   if (has_failed_) run(L"SELECT 1");
   try {
     if (!queue_.flush_and_commit()) {
+      wait_for_background();
       const SQLRETURN result = odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_COMMIT);
       if (!SQL_SUCCEEDED(result)) fail_to_commit();
     }
@@ -198,10 +258,12 @@ void Session::fail_as_unknown() const {
 }
 
 void Session::rollback() noexcept {
+  finish_reading();
   queue_.reset();
   rows_ahead_.forget();
   is_undone_ = false;
   if (is_open_ && !is_lost_) {
+    wait_for_background();
     odbc().SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
     set_automatic(true);
   }
@@ -231,6 +293,10 @@ void Session::prepare_to_run() {
 void Session::fail_with(SQLHANDLE statement, std::wstring_view sql, bool writes_rows) {
   const auto diagnosis = Diagnosis::of(SQL_HANDLE_STMT, statement);
   odbc().SQLFreeStmt(statement, SQL_CLOSE);
+  fail_with(diagnosis, sql, writes_rows);
+}
+
+void Session::fail_with(const Diagnosis& diagnosis, std::wstring_view sql, bool writes_rows) {
   if (is_lost(diagnosis)) is_lost_ = true;
   has_failed_ = true;
   if (diagnosis.is(L"55P03") || diagnosis.is(L"40P01")) has_waited_in_vain_ = true;
@@ -251,6 +317,7 @@ bool Session::is_lost(const Diagnosis& diagnosis) noexcept {
 }
 
 bool Session::answers() noexcept {
+  wait_for_background();
   wchar_t query[] = L"SELECT 1";
   if (SQL_SUCCEEDED(odbc().SQLExecDirectW(own_.get(), characters(query), SQL_NTS))) {
     odbc().SQLFreeStmt(own_.get(), SQL_CLOSE);

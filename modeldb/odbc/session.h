@@ -8,8 +8,10 @@
 #include <string_view>
 
 #include "modeldb/engine/statement.h"
+#include "modeldb/odbc/background.h"
 #include "modeldb/odbc/connection_text.h"
 #include "modeldb/odbc/diagnosis.h"
+#include "modeldb/odbc/direct_query.h"
 #include "modeldb/odbc/driver_manager.h"
 #include "modeldb/odbc/rows_ahead.h"
 #include "modeldb/odbc/write_queue.h"
@@ -17,6 +19,7 @@
 namespace modeldb {
 
 class OdbcStatement;
+class RowStream;
 
 /// A connection to a server: what the statements on it share.
 class Session {
@@ -39,7 +42,7 @@ class Session {
   /// For a statement, which takes part until it is released. Handles of statements do not outlive
   /// the connection.
   StatementHandle allocate(OdbcStatement* owner);
-  void release(OdbcStatement* owner) noexcept { statements_.erase(owner); }
+  void release(OdbcStatement* owner) noexcept;
 
   // The engine's own work.
 
@@ -48,6 +51,10 @@ class Session {
   /// Runs what waited, or a part of the transaction's frame; `shown` is its text in a sentence.
   /// When it fails the transaction is lost.
   void send(std::wstring_view sql, std::wstring_view shown);
+  /// All rows of a query without parameters, beside what waits.
+  [[nodiscard]] ResultRows rows_of(const std::wstring& sql);
+  /// For such queries in another thread, as long as the connection is open.
+  [[nodiscard]] DirectQuery direct_query();
   /// The texts of a query's first row, beside what waits; none when it fails.
   std::vector<std::wstring> ask(std::wstring_view sql) noexcept;
   /// Runs what can fail only when there is nothing to undo any more.
@@ -80,6 +87,25 @@ class Session {
   /// Raises what the call on the handle of a statement answered, with a sentence. A text that
   /// `writes_rows` tells whether they were kept.
   [[noreturn]] void fail_with(SQLHANDLE statement, std::wstring_view sql, bool writes_rows = false);
+  [[noreturn]] void fail_with(const Diagnosis& diagnosis, std::wstring_view sql,
+                              bool writes_rows = false);
+
+  /// Work on the connection in another thread, for which all other work on it has to wait. It knows
+  /// nothing of the session.
+  [[nodiscard]] Background& background() { return background_; }
+  void wait_for_background() noexcept { background_.wait(); }
+  /// A query is about to be read by a cursor, which lives in a transaction: in one of its own, if
+  /// there is none. Only one is at a time; what is left of an earlier one is fetched.
+  void begin_reading(RowStream& stream);
+  /// It needs the transaction no more, if it was its own. Does not wait for the server.
+  void end_reading() noexcept;
+  void leave(const RowStream& stream) noexcept;
+  /// What is being read.
+  [[nodiscard]] RowStream* stream() const { return stream_; }
+  /// Before what a cursor would not survive, or must not be part of its transaction.
+  void finish_reading() noexcept;
+  /// That no other cursor has.
+  [[nodiscard]] std::wstring new_cursor_name() { return L"orv_" + std::to_wstring(++cursors_); }
 
   /// What was fetched before it is asked for.
   [[nodiscard]] RowsAhead& rows_ahead() { return rows_ahead_; }
@@ -114,6 +140,10 @@ class Session {
   ConnectionHandle connection_;
   StatementHandle own_;
   std::set<OdbcStatement*> statements_;
+  Background background_;
+  int cursors_ = 0;
+  RowStream* stream_ = nullptr;
+  bool is_reading_ = false;  // in a transaction of the stream's own
   RowsAhead rows_ahead_{*this};
   WriteQueue queue_{*this};
   bool is_undone_ = false;  // the transaction, though nobody has ended it

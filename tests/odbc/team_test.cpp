@@ -782,24 +782,6 @@ TEST_F(TeamTest, RecordsGetTheirOwnVerticesAndSetsInWhateverOrderTheyAreLoaded) 
   load(L"VertexID IN (1, 3)", L"NodalForceID", 4);
 }
 
-TEST(ExpectedKeysTest, EveryKeyIsGivenInItsTurnAndNoOther) {
-  std::vector<std::int64_t> keys;
-  for (int i = 0; i < 25'000; ++i) keys.push_back(i % 3 == 0 ? 1 : 2 * i);
-  modeldb::ExpectedKeys expected(keys);
-  std::size_t asked = 0;
-  std::vector<std::int64_t> given;
-  for (const std::int64_t key : keys) {
-    if (std::ranges::binary_search(given, key)) continue;
-    ++asked;
-    given = expected.from(key);
-    ASSERT_TRUE(std::ranges::binary_search(given, key)) << key;
-    ASSERT_EQ(std::ranges::adjacent_find(given, std::greater_equal()), given.end());
-  }
-  EXPECT_EQ(asked, 3);  // of 10,000 at most
-  EXPECT_THAT(expected.from(3), testing::IsEmpty());
-  EXPECT_THAT(expected.from(2), testing::Contains(8));  // long past
-}
-
 TEST_F(TeamTest, KeysAreNeverGivenTwice) {
   ASSERT_EQ(execute(L"INSERT INTO LoadSets (LoadSetID, Description) VALUES (40, 'a')"), S_OK);
   ASSERT_EQ(execute(L"DELETE FROM LoadSets"), S_OK);
