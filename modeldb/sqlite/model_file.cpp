@@ -75,9 +75,10 @@ class Header {
 /// Of a name between the separators of a path, in characters.
 constexpr std::size_t kLongestName = 255;
 
+std::size_t length_of_name(std::wstring_view path) { return path.size() - path.rfind(L'\\') - 1; }
+
 bool is_too_long(std::wstring_view path) {
-  if (path.size() >= MAX_PATH) return true;
-  return path.size() - path.rfind(L'\\') - 1 > kLongestName;
+  return path.size() >= MAX_PATH || length_of_name(path) > kLongestName;
 }
 
 bool is_folder(const std::wstring& path) {
@@ -127,6 +128,11 @@ void require_model_header(const std::wstring& path, int newest_version) {
   if (!header) return;
   if (!header->is_sqlite()) fail_as_no_model(path);
   require_model(header->identity(), path, newest_version);
+}
+
+void require_room_for_journal(const std::wstring& path) {
+  constexpr std::wstring_view kJournal = L"-journal";  // behind the file's own name
+  if (length_of_name(path) + kJournal.size() > kLongestName) refuse_path(path, L"is too long");
 }
 
 bool file_exists(const std::wstring& path) {

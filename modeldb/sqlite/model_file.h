@@ -37,6 +37,10 @@ void require_model_header(const std::wstring& path, int newest_version);
 /// Whether something goes by that path.
 bool file_exists(const std::wstring& path);
 
+/// Raises kCannotOpenFile where a new file could be made, but never written: the name of its
+/// journal would be too long.
+void require_room_for_journal(const std::wstring& path);
+
 /// Removes the file, if that can be done.
 void remove_file(const std::wstring& path) noexcept;
 

@@ -33,6 +33,7 @@ SqliteFile::~SqliteFile() { close(); }
 void SqliteFile::open(int newest_version) {
   require_model_header(path_, newest_version);
   is_made_ = !file_exists(path_);
+  if (is_made_) require_room_for_journal(path_);
   try {
     open_handle();
     protect();

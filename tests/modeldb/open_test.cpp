@@ -90,7 +90,9 @@ TEST_F(OpenTest, PathsThatCannotBeOpenedAreToldApart) {
   EXPECT_SENTENCE(open(L"\\\\."), HasSubstr("is that of a device"));
   EXPECT_SENTENCE(open(folder), HasSubstr("is that of a folder"));
   EXPECT_SENTENCE(open(folder + L"\\no\\x.orvdb"), HasSubstr("does not exist"));
-  EXPECT_SENTENCE(open(folder + L"\\" + std::wstring(300, L'x')), HasSubstr("is too long"));
+  for (const std::size_t length : {300, 250}) {
+    EXPECT_SENTENCE(open(folder + L"\\" + std::wstring(length, L'x')), HasSubstr("is too long"));
+  }
   EXPECT_SENTENCE(open(folder + L"\\a?b.orvdb"),
                   HasSubstr("is write-protected, or the name is none for a file"));
 }
