@@ -18,8 +18,11 @@ class FetchAhead {
 
   /// Runs `query`, whose rows will be read once, from the first to the last. For each of them, and
   /// until the end, queries will ask for the rows with the keys that it has in these columns, in
-  /// columns of the same name. The query stays before its first row, even if it is reset once.
-  virtual void expect(Statement& query, std::span<const std::wstring_view> columns) = 0;
+  /// columns of the same name. The query stays before its first row, even if it is reset once. The
+  /// sentence of a failure speaks of `subject`, what a client has written of it, unless that is
+  /// empty.
+  virtual void expect(Statement& query, std::wstring_view subject,
+                      std::span<const std::wstring_view> columns) = 0;
   virtual void end() noexcept = 0;
 };
 

@@ -90,6 +90,16 @@ Part order_part(const Kind& kind, const std::wstring& order) {
                       L"SELECT 1 FROM " + kind.table + L" ORDER BY " + order + L", " + kind.key}};
 }
 
+/// What a client has written of a query; empty when it has not.
+std::wstring subject_of(const Kind& kind, const Selection& selection) {
+  if (selection.condition.empty() && selection.order.empty()) return {};
+  if (selection.order.empty()) return condition_part(kind, selection.condition).subject;
+  const Part order = order_part(kind, selection.order);
+  if (selection.condition.empty()) return order.subject;
+  return L"The condition " + quoted(selection.condition) + L" with the order " +
+         quoted(selection.order) + L" on the table " + kind.table;
+}
+
 std::wstring selected_rows(const Kind& kind, const Selection& selection) {
   std::wstring query = L"SELECT * FROM " + kind.table;
   if (!selection.condition.empty()) query += L" WHERE (" + selection.condition + L")";
@@ -118,10 +128,11 @@ class Hints {
   }
 
   /// The records are those of the query's rows.
-  void give(const Kind& kind, Statement& query) {
+  void give(const Kind& kind, const Selection& selection, Statement& query) {
     if (!ahead_) return;
     const std::array<std::wstring_view, 2> keys{kind.key, vertex_kind().key};
-    ahead_->expect(query, std::span(keys).first(stands_on_vertex(kind) ? 2 : 1));
+    ahead_->expect(query, subject_of(kind, selection),
+                   std::span(keys).first(stands_on_vertex(kind) ? 2 : 1));
   }
 
  private:
@@ -205,7 +216,7 @@ void read_records(const Model& model, IModelDatabase* database, const Kind& kind
   const std::wstring text = selected_rows(kind, selection);
   StatementLease query = query_rows(model, kind, selection, text);
   Hints hints(model);
-  hints.give(kind, *query);
+  hints.give(kind, selection, *query);
   const auto rows = make_recordset(*model.database(), std::move(query), text);
   const auto records = class_object(kind.object_class);
   VARIANT_BOOL at_end = VARIANT_FALSE;

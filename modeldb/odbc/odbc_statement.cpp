@@ -284,17 +284,18 @@ bool OdbcStatement::is_queued() {
   return queued_rows_.has_value();
 }
 
-void OdbcStatement::stream(std::vector<RowStream::KeyColumn> keys) {
+void OdbcStatement::stream(std::vector<RowStream::KeyColumn> keys, std::wstring_view subject) {
   session_.require_alive();
   session_.queue().flush(false);
   session_.prepare_to_run();
   RowStream::Query query{.runner = session_.direct_query(), .text = text_, .limit = limit_};
   int number = 0;
   for (Parameter& bound : parameters_) check(tell(query.runner.handle(), ++number, bound));
+  subject_ = subject;
   try {
     stream_ = std::make_unique<RowStream>(session_, std::move(query), std::move(keys));
   } catch (const QueryFailure& failure) {
-    session_.fail_with(failure.diagnosis, expanded_sql());
+    fail_with(failure);
   }
   has_run_ = has_run_ahead_ = true;
   read_on();
@@ -306,10 +307,19 @@ void OdbcStatement::read_on() {
   try {
     own_ = stream_->next();
   } catch (const QueryFailure& failure) {
-    session_.fail_with(failure.diagnosis, expanded_sql());
+    fail_with(failure);
   }
   next_ = 0;
   has_rows_ = own_.count() > 0;
+}
+
+void OdbcStatement::fail_with(const QueryFailure& failure) {
+  try {
+    session_.fail_with(failure.diagnosis, expanded_sql());
+  } catch (const TextError& error) {
+    if (subject_.empty()) throw;
+    fail_on_text(subject_, error);
+  }
 }
 
 /// Records look their sets up time and again while they are saved.

@@ -53,8 +53,9 @@ class OdbcStatement final : public Statement {
   [[nodiscard]] std::span<const std::byte> blob(int column) const override;
 
   /// Runs a query so that its rows come while they are read, once. It stays before the first of
-  /// them, even if it is reset once.
-  void stream(std::vector<RowStream::KeyColumn> keys);
+  /// them, even if it is reset once. The sentence of a failure speaks of `subject` instead of the
+  /// text, unless that is empty.
+  void stream(std::vector<RowStream::KeyColumn> keys, std::wstring_view subject);
 
   /// The connection ends, and the handle with it.
   void abandon() noexcept;
@@ -95,6 +96,7 @@ class OdbcStatement final : public Statement {
   void describe();
   void read_rows();
   void read_on();
+  [[noreturn]] void fail_with(const QueryFailure& failure);
   void take(RowsOfQuery::Found found);
   [[nodiscard]] const ResultRows& rows() const { return ahead_.rows ? ahead_.rows->rows() : own_; }
   /// Of a column as the caller counts.
@@ -123,6 +125,7 @@ class OdbcStatement final : public Statement {
   Seconds limit_told_ = 0;
   ResultRows own_;
   std::unique_ptr<RowStream> stream_;  // of further ones
+  std::wstring subject_;               // of its sentences
   RowsOfQuery::Found ahead_{};         // its rows, when they were fetched ahead
   std::size_t row_ = 0;                // at which it stands
   std::size_t next_ = 0;               // of its rows, or of those ahead

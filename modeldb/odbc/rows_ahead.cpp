@@ -202,13 +202,14 @@ void RowsAhead::leave(RowsOfQuery& query) noexcept {
   if (session_.stream()) session_.stream()->forget_ahead(query);
 }
 
-void RowsAhead::expect(Statement& query, std::span<const std::wstring_view> columns) {
+void RowsAhead::expect(Statement& query, std::wstring_view subject,
+                       std::span<const std::wstring_view> columns) {
   std::vector<RowStream::KeyColumn> keys;
   for (const std::wstring_view column : columns) {
     const auto place = static_cast<std::size_t>(query.columns().find(column));
     keys.push_back({.name = folded_name(column), .place = place});
   }
-  dynamic_cast<OdbcStatement&>(query).stream(std::move(keys));
+  dynamic_cast<OdbcStatement&>(query).stream(std::move(keys), subject);
 }
 
 void RowsAhead::expect(const std::wstring& column, const std::shared_ptr<const Keys>& keys) {

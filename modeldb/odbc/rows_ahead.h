@@ -125,7 +125,8 @@ class RowsAhead final : public FetchAhead {
  public:
   explicit RowsAhead(Session& session) : session_(session) {}
 
-  void expect(Statement& query, std::span<const std::wstring_view> columns) override;
+  void expect(Statement& query, std::wstring_view subject,
+              std::span<const std::wstring_view> columns) override;
   void end() noexcept override;
   /// Keys that queries will ask for in the column of that name, in small letters.
   void expect(const std::wstring& column, const std::shared_ptr<const Keys>& keys);

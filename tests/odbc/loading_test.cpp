@@ -185,7 +185,8 @@ TEST_F(LoadingTest, FailureAtALateRowIsTold) {
     com::Ptr<IDispatch> none;
     EXPECT_SENTENCE(
         database->Load(bstr(L"NodalForces").get(), late, com::Variant::omitted(), none.put()),
-        HasSubstr("100 / (NodalForceID - 9000) < 200"));
+        HasSubstr("The condition \"100 / (NodalForceID - 9000) < 200\" on the table NodalForces "
+                  "cannot be run, because it divides by zero."));
   }
   ASSERT_EQ(execute(L"ROLLBACK TRANSACTION"), S_OK);
   expect_own(load_forces(), kCount);
