@@ -95,6 +95,8 @@ class Statement {
   [[nodiscard]] virtual std::wstring sql() const = 0;
   /// The end of its use: it is reset, its parameters are cleared, its time is not limited.
   virtual void clear() noexcept = 0;
+  /// They may be others from now on.
+  void forget_columns() noexcept { columns_.reset(); }
 
  private:
   friend class StatementLease;

@@ -13,6 +13,9 @@
 namespace modeldb {
 namespace {
 
+constexpr std::wstring_view kNoTableState = L"42P01";
+constexpr std::wstring_view kNoColumnState = L"42703";
+
 enum class Subject { kModel, kStatement };
 
 /// What is said of a state, or of all states that begin so: of the model or the statement.
@@ -153,15 +156,14 @@ std::wstring named_column(std::wstring_view message) {
 
 /// The names and words that the server did not understand.
 void fail_on_words(const Diagnosis& diagnosis, std::wstring_view subject, std::wstring_view sql) {
-  const bool is_table = diagnosis.is(L"42P01");
-  if (is_table || diagnosis.is(L"42703")) {
-    const std::wstring name =
-        is_table ? first_quoted(diagnosis.message) : named_column(diagnosis.message);
+  const std::wstring name = diagnosis.missing_name();
+  if (!name.empty()) {
+    const bool is_table = diagnosis.is(kNoTableState);
     const std::wstring column = missing_column(sql, name, is_table);
     if (!column.empty()) {
       fail_on_missing(subject, L"column", column, {.missing_column = column, .last_word = {}});
     }
-    if (is_table && !name.empty()) fail_on_missing(subject, L"table", spelled(sql, name), {});
+    if (is_table) fail_on_missing(subject, L"table", spelled(sql, name), {});
   }
   if (diagnosis.is(L"42601")) {
     const std::wstring word = first_quoted(diagnosis.message);
@@ -184,6 +186,11 @@ Diagnosis Diagnosis::of(SQLSMALLINT handle_type, SQLHANDLE handle) {
       static_cast<SQLSMALLINT>(message.size()), &length);
   if (!SQL_SUCCEEDED(result)) return {};
   return {.state = state.data(), .message = message.data()};
+}
+
+std::wstring Diagnosis::missing_name() const {
+  if (is(kNoTableState)) return first_quoted(message);
+  return is(kNoColumnState) ? named_column(message) : std::wstring();
 }
 
 bool Diagnosis::is_lost_connection() const {
@@ -225,6 +232,12 @@ std::wstring kept_whole(std::wstring_view change, std::size_t rows) {
   std::wstring text = L"WITH orv_kept AS (";
   text.append(change).append(L" RETURNING 1) SELECT ln((count(*) = ");
   return text.append(std::to_wstring(rows)).append(L")::integer) FROM orv_kept; ");
+}
+
+void fail_as_reshaped(const std::wstring& name, std::wstring_view location) {
+  fail(kCannotOpenFile, L"The model " + quoted(location) +
+                            L" was given another shape by another program: it has no " + name +
+                            L". Give it back the shape that it has in a new model.");
 }
 
 void fail_as_disconnected(std::wstring_view location) {

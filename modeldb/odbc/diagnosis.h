@@ -21,6 +21,9 @@ struct Diagnosis {
   [[nodiscard]] bool is_of_class(std::wstring_view prefix) const {
     return state.starts_with(prefix);
   }
+  /// The table or column that the server looks for in vain, in small letters; empty when that is
+  /// not what is wrong.
+  [[nodiscard]] std::wstring missing_name() const;
   /// The connection is gone, and with it the transaction that was open.
   [[nodiscard]] bool is_lost_connection() const;
 };
@@ -32,6 +35,8 @@ struct Diagnosis {
 /// Raises kInvalidConnection: it was lost, and with it what was not committed.
 [[noreturn]] void fail_as_disconnected(std::wstring_view location);
 
+/// Raises kCannotOpenFile: the model lost a table or column of that name since it was opened.
+[[noreturn]] void fail_as_reshaped(const std::wstring& name, std::wstring_view location);
 /// Raises kIntegrityViolation: the server has left out rows that it was given.
 [[noreturn]] void fail_as_not_kept(std::wstring_view sql);
 /// `change`, which returns a row for each that it writes, as a text that fails with kNotKeptState

@@ -205,6 +205,7 @@ void OdbcStatement::prepare() {
   check(odbc().SQLPrepareW(handle_.get(), characters(text_.c_str()),
                            static_cast<SQLINTEGER>(text_.size())));
   is_described_ = false;
+  forget_columns();
 }
 
 /// Whether somebody has said that this would be asked for.

@@ -272,7 +272,7 @@ void Session::rollback() noexcept {
 }
 
 long long Session::milliseconds_to_wait() const {
-  constexpr long long kShortest = 1;
+  constexpr long long kShortest = 10;  // more than the locks around keys take
   constexpr long long kLongest = 2'000'000'000;
   constexpr long long kThousand = 1000;
   // A little less than a client's statement may take in all, so that a lock is what is told of.
@@ -308,6 +308,8 @@ void Session::fail_with(const Diagnosis& diagnosis, std::wstring_view sql, bool 
   if (is_lost_) fail_as_disconnected(location());
   // Of a table with a rule the server cannot tell what was written.
   if (writes_rows && (diagnosis.is(kNotKeptState) || diagnosis.is(L"0A000"))) fail_as_not_kept(sql);
+  const std::wstring missing = writes_rows ? diagnosis.missing_name() : std::wstring();
+  if (!missing.empty()) fail_as_reshaped(spelled(missing), location());
   fail_as_server(diagnosis, location(), sql);
 }
 

@@ -916,6 +916,14 @@ TEST_F(TeamTest, TableThatSomebodyElseWidensIsReadOn) {
   EXPECT_EQ(execute(L"COMMIT TRANSACTION"), S_OK) << model_test::last_sentence();
 }
 
+TEST_F(TeamTest, ColumnThatSomebodyElseHasDroppedIsNamed) {
+  ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
+  owner_.run(L"ALTER TABLE NodalForces DROP COLUMN Vx");
+  EXPECT_SENTENCE(save(make_force(2)), HasSubstr("another shape by another program: it has no Vx"));
+  owner_.run(L"DROP TABLE Vertices CASCADE");
+  EXPECT_SENTENCE(save(make_force(3)), HasSubstr("it has no Vertices"));
+}
+
 TEST_F(TeamTest, HistoryIsAFilesOnly) {
   ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
   EXPECT_SENTENCE(database->Undo(com::Variant::omitted()),
