@@ -146,6 +146,7 @@ TEST_F(BulkRowsTest, RowThatCannotBeStoredAddsNothingAndIsNamed) {
       {L"VertexID", com::Variant(3e9), "whole number"},
       {L"VertexID", com::Variant(-5), "\"-5\", which is no number of a node"},
       {L"VertexID", com::Variant::boolean(true), "no number of a node"},
+      {L"VertexID", com::Variant::boolean(false), "no number of a node"},
       {L"MultiplierTableID", text(L"-3000000000"), "whole number"},
       {L"NodalForceID", com::Variant(1), "has a NodalForce"},
       {L"NodalForceID", com::Variant(-1), "1 or more"},

@@ -449,6 +449,15 @@ TEST_F(TeamTest, RowThatARollbackTookWasNotDeletedBySomebodyElse) {
   EXPECT_SENTENCE(save(force), HasSubstr("NodalForce 7 cannot be saved: its row has been deleted"));
 }
 
+TEST_F(TeamTest, RecordThatWasOnlyLoadedIsKnownToHaveBeenDeletedToo) {
+  ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
+  const auto other = open_other(file.path());
+  const auto theirs = force_of(other, 1);
+  ASSERT_EQ(execute(L"DELETE FROM NodalForces"), S_OK);
+  EXPECT_SENTENCE(save_in(other, theirs), HasSubstr("its row has been deleted since"));
+  EXPECT_EQ(count(L"NodalForces"), "0");
+}
+
 TEST_F(TeamTest, SetThatSomebodyElseHasDeletedDoesNotComeBackWithARecord) {
   const auto force = make_force(1);
   const auto set = make_load_set(L"East");
