@@ -163,7 +163,9 @@ STDMETHODIMP ModelDatabase::LoadSet(BSTR bstrName, ILoadSet** pVal) {
   return model_call(turns_, [&] {
     *pVal = nullptr;
     (void)model();
-    *pVal = named_set<modeldb::LoadSet>(store_, this, com::Bstr::view(bstrName)).detach();
+    // A listener may close the model.
+    const com::Ptr<RecordStore> store = store_;
+    *pVal = named_set<modeldb::LoadSet>(*store, this, com::Bstr::view(bstrName)).detach();
   });
 }
 
@@ -171,7 +173,9 @@ STDMETHODIMP ModelDatabase::ConstraintSet(BSTR bstrName, IConstraintSet** pVal) 
   return model_call(turns_, [&] {
     *pVal = nullptr;
     (void)model();
-    *pVal = named_set<modeldb::ConstraintSet>(store_, this, com::Bstr::view(bstrName)).detach();
+    // A listener may close the model.
+    const com::Ptr<RecordStore> store = store_;
+    *pVal = named_set<modeldb::ConstraintSet>(*store, this, com::Bstr::view(bstrName)).detach();
   });
 }
 
@@ -179,7 +183,9 @@ STDMETHODIMP ModelDatabase::DesignScenario(BSTR bstrName, IDesignScenario** pVal
   return model_call(turns_, [&] {
     *pVal = nullptr;
     (void)model();
-    *pVal = named_set<modeldb::DesignScenario>(store_, this, com::Bstr::view(bstrName)).detach();
+    // A listener may close the model.
+    const com::Ptr<RecordStore> store = store_;
+    *pVal = named_set<modeldb::DesignScenario>(*store, this, com::Bstr::view(bstrName)).detach();
   });
 }
 

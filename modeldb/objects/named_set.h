@@ -18,12 +18,9 @@ std::vector<long> require_one_at_most(Database& database, const Kind& kind, std:
 /// The model's set of that name, or a new one, which is saved: the next call finds it, whoever
 /// makes it.
 template <class Set>
-com::Ptr<Set> named_set(const com::Ptr<RecordStore>& opened, IModelDatabase* database,
-                        std::wstring_view name) {
-  // A listener may close the model.
-  const com::Ptr<RecordStore> store = opened;
+com::Ptr<Set> named_set(RecordStore& store, IModelDatabase* database, std::wstring_view name) {
   const Kind& kind = Set::table().kind();
-  const auto rows = store->model()->database();
+  const auto rows = store.model()->database();
   auto set = com::make<Set>();
   const auto require_done = [&](HRESULT result) {
     const com::Ptr<IDispatch> object(set.get());
@@ -40,7 +37,7 @@ com::Ptr<Set> named_set(const com::Ptr<RecordStore>& opened, IModelDatabase* dat
     take(known);
     return set;
   }
-  store->change_alone([&] {
+  store.change_alone([&] {
     rows->engine().claim(kind.table + L" " + std::wstring(name));
     take(require_one_at_most(*rows, kind, name));
   });

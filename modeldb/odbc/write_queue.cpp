@@ -77,6 +77,20 @@ std::vector<Token> tokens_of(std::wstring_view sql) {
 
 }  // namespace
 
+namespace {
+
+/// Whether a list in parentheses follows from `next` on, each of whose tokens is what `take` takes.
+template <class Take>
+bool takes_list(std::span<const Token> tokens, std::size_t& next, Take&& take) {
+  if (next >= tokens.size() || !tokens[next].is_operator(L'(')) return false;
+  do {
+    if (++next + 1 >= tokens.size() || !take(tokens[next])) return false;
+  } while (tokens[++next].is_operator(L','));
+  return tokens[next++].is_operator(L')');
+}
+
+}  // namespace
+
 std::optional<RowInsertion> RowInsertion::of(std::wstring_view sql, bool may_merge) {
   const auto tokens = tokens_of(sql);
   if (tokens.size() < 9 || !is_word(tokens[0], L"insert") || !is_word(tokens[1], L"into")) {
@@ -84,20 +98,13 @@ std::optional<RowInsertion> RowInsertion::of(std::wstring_view sql, bool may_mer
   }
   RowInsertion row{.table = folded_name(tokens[2].text), .columns = {}, .merging = {}};
   std::size_t next = 3;
-  const auto take_list = [&](auto&& take) {
-    if (next >= tokens.size() || !tokens[next].is_operator(L'(')) return false;
-    do {
-      if (++next + 1 >= tokens.size() || !take(tokens[next])) return false;
-    } while (tokens[++next].is_operator(L','));
-    return tokens[next++].is_operator(L')');
-  };
-  const bool has_columns = take_list([&](const Token& token) {
+  const bool has_columns = takes_list(tokens, next, [&](const Token& token) {
     row.columns.push_back(folded_name(token.text));
     return token.kind == TokenKind::kName;
   });
   if (!has_columns || next >= tokens.size() || !is_word(tokens[next++], L"values")) return {};
   std::size_t count = 0;
-  const bool has_values = take_list([&](const Token& token) {
+  const bool has_values = takes_list(tokens, next, [&](const Token& token) {
     ++count;
     return token.kind == TokenKind::kParameter;
   });
@@ -306,16 +313,11 @@ std::optional<std::int64_t> WriteQueue::insert(RowPlan& plan, std::span<const Ro
   if (!session_.is_in_transaction() || !fit(types.subspan(left), values.subspan(left))) return {};
   std::int64_t key = 0;
   if (plan.keys) {
-    // A key that the row brings may be taken, and no statement merges two rows into one.
-    const bool is_sure = plan.keys->are_reserved || !plan.merging.empty();
-    if (left == 0 && !is_sure) return {};
-    key = left == 0 ? std::get<std::int64_t>(values[0]) : draw_key(*plan.keys);
-    if (key == 0 || !plan.keys->waiting.insert(key).second) return {};
-    plan.keys->own.insert(key);
-    if (plan.has_links) plan.keys->unlinked.insert(key);
+    key = take_key(plan, values[0]);
+    if (key == 0) return {};
   } else {
     // A set that stays there until the transaction ends.
-    const auto* const set = std::get_if<std::int64_t>(&values[0]);
+    const auto* const set = std::get_if<std::int64_t>(values.data());
     const bool is_link = set && std::holds_alternative<std::int64_t>(values[1]);
     if (!is_link || (!plan.sets->linked.contains(*set) && !plan.sets->own.contains(*set)))
       return {};
@@ -329,6 +331,19 @@ std::optional<std::int64_t> WriteQueue::insert(RowPlan& plan, std::span<const Ro
   }
   ++rows.count;
   count_one_more();
+  return key;
+}
+
+/// The key under which a row will wait; 0 when it cannot.
+std::int64_t WriteQueue::take_key(const RowPlan& plan, const RowValue& brought) {
+  KeysInUse& keys = *plan.keys;
+  const auto* const own = std::get_if<std::int64_t>(&brought);
+  // A key that the row brings may be taken, and no statement merges two rows into one.
+  if (own && !keys.are_reserved && plan.merging.empty()) return 0;
+  const std::int64_t key = own ? *own : draw_key(keys);
+  if (key == 0 || !keys.waiting.insert(key).second) return 0;
+  keys.own.insert(key);
+  if (plan.has_links) keys.unlinked.insert(key);
   return key;
 }
 

@@ -169,6 +169,7 @@ class WriteQueue {
   [[nodiscard]] static bool is_as_before(const ChangePlan& plan, std::int64_t key,
                                          std::span<const RowValue> had);
   void keep(const ChangePlan& plan, std::int64_t key, std::span<const RowValue> values);
+  [[nodiscard]] std::int64_t take_key(const RowPlan& plan, const RowValue& brought);
   void count_one_more();
   /// Whether values go into columns of these types as they are.
   [[nodiscard]] static bool fit(std::span<const ColumnType> types,
