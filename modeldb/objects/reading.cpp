@@ -251,6 +251,10 @@ const Kind& kind_of_table(const Catalogue& catalogue, std::wstring_view name) {
 Selection selection_of(const VARIANT& condition, const VARIANT& order) {
   const auto text_of = [](const VARIANT& argument, std::wstring_view sentence) -> std::wstring {
     if (com::is_omitted(argument) || argument.vt == VT_EMPTY) return {};
+    // A number would be a condition that every row fulfils.
+    const VARTYPE type = argument.vt & ~VT_BYREF;
+    const bool may_be_text = type == VT_BSTR || type == VT_VARIANT || type == VT_DISPATCH;
+    if (!may_be_text) fail(DISP_E_TYPEMISMATCH, sentence);
     const com::Variant text = argument_as(VT_BSTR, argument, sentence);
     return std::wstring(com::Bstr::view(text.get().bstrVal));
   };

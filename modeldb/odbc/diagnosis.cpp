@@ -73,6 +73,12 @@ constexpr Answer kAnswers[] = {
     {L"42803", kErrorsInCommand, Subject::kStatement,
      L" cannot be run: it asks for a column beside sums over rows that does not stand in GROUP BY. "
      L"Correct it."},
+    {L"42P10", kErrorsInCommand, Subject::kStatement,
+     L" cannot be run: a number alone in an order stands for the column of that place, and there "
+     L"is "
+     L"none. Name the column."},
+    {L"42704", kErrorsInCommand, Subject::kStatement,
+     L" cannot be run: it names a collation or type that the server does not have. Correct it."},
     {L"42", kErrorsInCommand, Subject::kStatement, L" cannot be run as it is. Correct it."},
     {L"07006", kCannotOpenFile, Subject::kModel,
      L" cannot be used with an ODBC driver that knows no Unicode. Give \"PostgreSQL Unicode\" as "
@@ -88,7 +94,9 @@ constexpr Answer kAnswers[] = {
     {L"40", kLocked, Subject::kModel, kInUse},
     {L"57014", kTimeout, Subject::kStatement,
      L" was ended, because it took longer than it may. Narrow it down, or give it more time by the "
-     L"CommandTimeout of the connection or command (in seconds; 0 for no limit)."},
+     L"CommandTimeout of the connection or command (in seconds; 0 for no limit), if the server "
+     L"does "
+     L"not allow less itself (its statement_timeout)."},
     {L"53100", kCannotWriteFile, Subject::kModel,
      L" cannot grow: the server's disk is full. Have room made there and try again."},
     {L"53", kCannotReadFile, Subject::kModel,
@@ -126,7 +134,10 @@ std::wstring missing_column(std::wstring_view sql, std::wstring_view folded, boo
   for (Token token = tokens.next(); token.kind != TokenKind::kEnd; token = tokens.next()) {
     const bool is_path = last.is_operator(L'.');
     const Token& wanted = is_table ? before : token;
-    if ((!is_table || is_path) && same_name(wanted.text, folded)) {
+    const std::wstring_view name = wanted.kind == TokenKind::kQuotedName
+                                       ? wanted.text.substr(1, wanted.text.size() - 2)
+                                       : wanted.text;
+    if ((!is_table || is_path) && same_name(name, folded)) {
       return is_path ? std::wstring(before.text.data(), token.end()) : std::wstring(token.text);
     }
     before = last;

@@ -85,7 +85,14 @@ void OdbcSchema::read_version() {
                       Trust::kHost);
   if (!table.step()) return;
   OdbcStatement row(session_, L"SELECT SchemaVersion FROM orv_model", Trust::kHost);
-  if (row.step()) version_ = static_cast<int>(row.integer(0));
+  try {
+    if (row.step()) version_ = static_cast<int>(row.integer(0));
+  } catch (const com::Error& error) {
+    if (error.result() != kPermissionDenied) throw;
+    fail(kCannotOpenFile, L"The model " + quoted(session_.location()) +
+                              L" cannot be opened: the user of the connection has no right to read "
+                              L"it. Ask its owner for that.");
+  }
 }
 
 bool OdbcSchema::has(std::wstring_view name) const { return tables_.contains(server_name(name)); }

@@ -82,6 +82,12 @@ TEST_F(LoadTest, WhatIsWrongIsSaidOfTheTextThatWasGiven) {
   EXPECT_THAT(magnitudes(L"", L"VertexID LIMIT 0"), HasSubstr("\"LIMIT\": syntax error"));
   EXPECT_SENTENCE(execute(L"UPDATE NodalForces SET Magnitud = 5"),
                   HasSubstr("\"UPDATE NodalForces SET Magnitud = 5\""));
+  for (const auto& number : {com::Variant(12), com::Variant(1.5), com::Variant::boolean(true)}) {
+    com::Ptr<IDispatch> none;
+    EXPECT_SENTENCE(
+        database->Load(bstr(L"NodalForces").get(), number, com::Variant::omitted(), none.put()),
+        HasSubstr("The condition that Load was given is no text."));
+  }
 }
 
 TEST_F(LoadTest, ConditionMayListVeryManyNumbers) {

@@ -637,6 +637,10 @@ TEST_F(TeamTest, RightToRowsIsEnoughToWorkAndForNothingElse) {
   EXPECT_EQ(is_read_only, VARIANT_TRUE);
   const auto seen = force_of(reader, 2);
   EXPECT_SENTENCE(save_in(reader, seen), HasSubstr("may only read it"));
+  const auto nobody = model_test::create<ModelDatabase, IModelDatabaseFile>();
+  EXPECT_SENTENCE(
+      nobody->Open(bstr(location_of(L"nobody_here", L"TRIGGER")).get()),
+      HasSubstr("cannot be opened: the user of the connection has no right to read it"));
   EXPECT_SENTENCE(execute_in(reader, L"DELETE FROM NodalForces"), HasSubstr("may only read it"));
   EXPECT_EQ(count(L"NodalForces"), "1");
 }
@@ -697,6 +701,10 @@ TEST_F(TeamTest, TextsOfClientsReachTheRowsOfTheModelAlone) {
   EXPECT_EQ(asked(L"SELECT count(*) FROM pg_class"), tables);
 
   EXPECT_SENTENCE(execute(L"SELECT * FROM Nix"), HasSubstr("no such table: Nix."));
+  EXPECT_SENTENCE(execute(L"SELECT 1 FROM LoadSets WHERE Description = \"Wind\""),
+                  HasSubstr("no such column: \"Wind\"."));
+  EXPECT_SENTENCE(execute(L"SELECT Description FROM LoadSets ORDER BY 2"),
+                  HasSubstr("Name the column."));
 
   // What only looks like it is run, and no comment is one to the server and none to the model.
   EXPECT_EQ(value(L"SELECT /* /* */ ' */ 1; DELETE FROM NodalForces; --'"),
