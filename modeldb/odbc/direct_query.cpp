@@ -64,10 +64,15 @@ ResultRows DirectQuery::rows_of(const std::wstring& sql) {
       sql);
   SQLRETURN result = SQL_SUCCESS;
   std::vector<Statement::Type> types;
-  for (const auto& column : described_columns(handle(), result)) types.push_back(column.type);
+  std::vector<std::wstring> labels;
+  for (auto& column : described_columns(handle(), result)) {
+    types.push_back(column.type);
+    labels.push_back(std::move(column.label));
+  }
   check(result, sql);
   ResultRows rows;
   rows.start(types.size());
+  rows.set_labels(std::move(labels));
   {
     ResultPlace place(handle(), types);
     for (result = place.fetch(rows); SQL_SUCCEEDED(result);) result = place.fetch(rows);

@@ -235,7 +235,24 @@ bool OdbcStatement::finds_rows_behind() {
   return true;
 }
 
+/// Rows of a text that ran by itself have the columns that this statement knows, from the first on:
+/// somebody may have taken one away since.
+void OdbcStatement::require_columns(const ResultRows& rows, std::size_t first) const {
+  for (std::size_t i = 0; i < labels_.size(); ++i) {
+    const bool is_there =
+        first + i < rows.labels().size() && rows.labels()[first + i] == labels_[i];
+    if (is_there) continue;
+    fail(kErrorsInCommand, L"The model " + quoted(session_.location()) +
+                               L" cannot be read: somebody has changed its tables since it was "
+                               L"opened; the column " +
+                               session_.spelled(labels_[i]) +
+                               L" is not where it was. Close the model and open it again.");
+  }
+}
+
 void OdbcStatement::take(RowsOfQuery::Found found) {
+  if (!found.rows->is_checked()) require_columns(found.rows->rows(), found.rows->first_column());
+  found.rows->set_checked();
   ahead_ = std::move(found);
   next_ = ahead_.range.begin;
   has_rows_ = true;
@@ -300,6 +317,7 @@ void OdbcStatement::stream(std::vector<RowStream::KeyColumn> keys, std::wstring_
   }
   has_run_ = has_run_ahead_ = true;
   read_on();
+  require_columns(own_, 0);
 }
 
 /// The next rows of the stream.

@@ -98,6 +98,7 @@ class OdbcStatement final : public Statement {
   void read_on();
   [[noreturn]] void fail_with(const QueryFailure& failure);
   void take(RowsOfQuery::Found found);
+  void require_columns(const ResultRows& rows, std::size_t first) const;
   [[nodiscard]] const ResultRows& rows() const { return ahead_.rows ? ahead_.rows->rows() : own_; }
   /// Of a column as the caller counts.
   [[nodiscard]] std::size_t place(int column) const;

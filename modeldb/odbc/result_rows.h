@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -21,6 +22,9 @@ class ResultRows {
 
   /// Begins anew.
   void start(std::size_t columns);
+  /// What the result calls its columns; none when nobody has asked.
+  void set_labels(std::vector<std::wstring> labels) { labels_ = std::move(labels); }
+  [[nodiscard]] const std::vector<std::wstring>& labels() const { return labels_; }
   /// The values of a row are added one after the other.
   void add(std::int64_t value);
   void add(double value);
@@ -59,6 +63,7 @@ class ResultRows {
   }
 
   std::size_t columns_ = 0;
+  std::vector<std::wstring> labels_;
   std::vector<Cell> cells_;
   std::wstring texts_;  // bytes too, two in each character
 };

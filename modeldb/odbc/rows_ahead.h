@@ -62,10 +62,14 @@ class KeyedRows {
   [[nodiscard]] std::size_t row(std::size_t number) const { return order_[number]; }
   /// Nothing when it is not known.
   [[nodiscard]] std::optional<Range> find(std::int64_t key);
+  /// Whether somebody has seen that the columns are the query's.
+  [[nodiscard]] bool is_checked() const { return is_checked_; }
+  void set_checked() const { is_checked_ = true; }
 
  private:
   ResultRows rows_;
   std::size_t first_column_ = 0;
+  mutable bool is_checked_ = false;
   Keys keys_;
   KeySpan complete_;
   std::vector<std::uint32_t> begins_;  // of each key, and the end of the last

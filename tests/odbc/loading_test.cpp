@@ -192,6 +192,22 @@ TEST_F(LoadingTest, FailureAtALateRowIsTold) {
   expect_own(load_forces(), kCount);
 }
 
+TEST_F(LoadingTest, ColumnsThatSomebodyElseReplacesAreNotMistakenForOthers) {
+  const auto load = [&] {
+    com::Ptr<IDispatch> object;
+    return database->Load(bstr(L"NodalForces").get(), com::Variant::omitted(),
+                          com::Variant::omitted(), object.put());
+  };
+  expect_own(load_forces(), kCount);
+  owner_.run(
+      L"ALTER TABLE Vertices DROP COLUMN Description, "
+      L"ADD COLUMN Description text NOT NULL DEFAULT 'new'");
+  expect_own(load_forces(), kCount);
+  owner_.run(L"ALTER TABLE NodalForces DROP COLUMN Vx, ADD COLUMN Weight double precision");
+  EXPECT_SENTENCE(load(), HasSubstr("the column Vx is not where it was. Close"));
+  EXPECT_SENTENCE(save(make_force(1)), HasSubstr("it has no Vx"));
+}
+
 TEST_F(LoadingTest, ConnectionThatBreaksMeanwhileIsTold) {
   {
     const CallingForces calling(kCall, [&] {
