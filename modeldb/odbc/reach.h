@@ -31,12 +31,8 @@ class Reach {
   }
   /// One of those that were taken was wanted.
   void note_use() { ++used_; }
-  /// Those that were taken are not known any more. When that was before most of them were wanted,
-  /// it begins anew.
-  void forget() {
-    if (2 * used_ < taken_) next_ = 1;
-    taken_ = 0;
-  }
+  /// Those that were taken are not known any more.
+  void forget() { taken_ = 0; }
 
  private:
   static constexpr std::size_t kFactor = 4;

@@ -1046,6 +1046,15 @@ TEST(ConnectionFailureTest, WhatTheServerSaysIsToldApart) {
               HasSubstr("pg_hba.conf has no line"));
   EXPECT_THAT(sentence_of(at + L"FATAL:  database \"brigde\" does not exist"),
               HasSubstr("no such database"));
+  EXPECT_THAT(sentence_of(at + L"FATAL:  role \"anna\" does not exist"), HasSubstr("no such user"));
+  EXPECT_THAT(sentence_of(at + L"FATAL:  role \"anna\" is not permitted to log in"),
+              HasSubstr("not let this user log in"));
+  EXPECT_THAT(sentence_of(at + L"FATAL:  too many connections for role \"anna\""),
+              HasSubstr("as many connections"));
+  EXPECT_THAT(sentence_of(at + L"FATAL:  database \"b\" is not currently accepting connections"),
+              HasSubstr("lets nobody in"));
+  EXPECT_THAT(sentence_of(at + L"FATAL:  permission denied for database \"bridge\""),
+              HasSubstr("CONNECT"));
   EXPECT_THAT(sentence_of(at + L"FATAL:  password authentication failed for user \"anna\""),
               HasSubstr("refuses the user or the password"));
   EXPECT_THAT(sentence_of(at + L"fe_sendauth: no password supplied"), HasSubstr("Add Pwd"));
