@@ -18,7 +18,7 @@ bool LockedRows::reach(std::int64_t key) {
   if (places_.contains(key)) return true;
   if (changed_.contains(key)) return false;
   clear();
-  if (reach_.next(key) == 1) return false;
+  if (reach_.next(key, session_.rows_ahead().order_of(folded_name(key_))) == 1) return false;
   try {
     lock();
   } catch (const com::Error&) {
@@ -80,6 +80,11 @@ void LockedRows::clear() noexcept {
 void LockedRows::forget() noexcept {
   clear();
   reach_.forget();
+}
+
+void LockedRows::lose() noexcept {
+  forget();
+  reach_.shrink();
 }
 
 void LockedRows::reset() noexcept {

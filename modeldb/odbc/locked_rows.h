@@ -41,6 +41,9 @@ class LockedRows {
 
   /// Something else may have changed.
   void forget() noexcept;
+  /// They are locked no more. Where that happens again and again, to lock many each time would cost
+  /// more than it saves.
+  void lose() noexcept;
   /// A transaction begins.
   void reset() noexcept;
 

@@ -37,6 +37,7 @@ RowStream::RowStream(Session& session, Query query, std::vector<KeyColumn> colum
       cursor_(session.new_cursor_name()),
       runner_(session.direct_query()),
       count_(kFewRows) {
+  for (const KeyColumn& column : columns_) session_.rows_ahead().order_of(column.name).begin();
   query.runner.limit_time(query.limit);
   runner_->limit_time(query.limit);
   session_.begin_reading(*this);
@@ -51,6 +52,7 @@ RowStream::RowStream(Session& session, Query query, std::vector<KeyColumn> colum
 }
 
 RowStream::~RowStream() {
+  for (const KeyColumn& column : columns_) session_.rows_ahead().order_of(column.name).end();
   close();
   session_.leave(*this);
 }
@@ -81,6 +83,12 @@ ResultRows RowStream::next() {
     session_.rows_ahead().expect(columns_[column].name, batch.keys[column]);
   }
   for (Ahead& ahead : batch.ahead) ahead.query->take(std::move(ahead.rows));
+  for (const KeyColumn& column : columns_) {
+    LoadedOrder& order = session_.rows_ahead().order_of(column.name);
+    for (std::size_t row = 0; row < batch.rows.count(); ++row) {
+      order.add(batch.rows.integer(row, column.place));
+    }
+  }
   return std::move(batch.rows);
 }
 

@@ -20,23 +20,6 @@ bool is_name(const Token& token) {
   return token.kind == TokenKind::kName && token.keyword == Keyword::kNone;
 }
 
-/// "path BETWEEN 7 AND 9", where nearly all between them are asked for, or a list: with a list
-/// alone the server would go through all of the table.
-std::wstring condition_on(const std::wstring& path, const Keys& keys) {
-  constexpr double kNearlyAll = 1.25;
-  constexpr double kFew = 8;
-  const auto width = static_cast<double>(keys.back() - keys.front());
-  const double spread = width / static_cast<double>(keys.size());
-  const std::wstring range =
-      path + L" BETWEEN " + std::to_wstring(keys.front()) + L" AND " + std::to_wstring(keys.back());
-  if (spread < kNearlyAll) return range;
-  std::wstring list = path + L" = ANY ('{";
-  for (const std::int64_t key : keys) list += std::to_wstring(key) + L',';
-  list.back() = L'}';
-  list += L"'::integer[])";
-  return spread < kFew ? range + L" AND " + list : list;
-}
-
 }  // namespace
 
 std::optional<QueryByKey> QueryByKey::of(std::wstring_view sql) {
@@ -152,9 +135,13 @@ std::wstring RowsOfQuery::text_for(const Keys& keys) const {
 void RowsOfQuery::take(std::shared_ptr<KeyedRows> rows) { fetched_ = std::move(rows); }
 
 RowsOfQuery::Found RowsOfQuery::fetch_on(std::int64_t key) {
-  const std::size_t count = reach_.next(key);
+  const std::size_t count = reach_.next(key, ahead_.order_of(query_.column));
   ResultRows rows = ahead_.session().rows_of(query_.select + reach_.condition(query_.path));
-  std::vector<std::int64_t> keys(rows.count());
+  if (!reach_.listed().empty()) {
+    fetched_ = std::make_shared<KeyedRows>(reach_.listed(), std::move(rows));
+    return find(key);
+  }
+  Keys keys(rows.count());
   for (std::size_t row = 0; row < keys.size(); ++row) keys[row] = rows.integer(row, 0);
   // As far as the last of them, or all of the table.
   KeySpan complete{key, keys.size() < count ? INT64_MAX : keys.back()};

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "modeldb/engine/fetch_ahead.h"
+#include "modeldb/odbc/loaded_order.h"
 #include "modeldb/odbc/reach.h"
 #include "modeldb/odbc/result_rows.h"
 
@@ -30,9 +31,6 @@ struct QueryByKey {
   /// Nothing when the text, in the server's words, is no such query.
   static std::optional<QueryByKey> of(std::wstring_view sql);
 };
-
-/// In their order, and none twice.
-using Keys = std::vector<std::int64_t>;
 
 /// Keys from `first` to `last`; none by itself.
 struct KeySpan {
@@ -137,6 +135,9 @@ class RowsAhead final : public FetchAhead {
   /// The queries by that column that were asked for expected keys.
   [[nodiscard]] std::vector<RowsOfQuery*> asked_for(std::wstring_view column) const;
 
+  /// In which keys in the column of that name, in small letters, were loaded last.
+  [[nodiscard]] LoadedOrder& order_of(const std::wstring& column) { return orders_[column]; }
+
   /// Something may have changed.
   void forget() noexcept;
   /// Something may have changed in that table.
@@ -155,6 +156,7 @@ class RowsAhead final : public FetchAhead {
   Session& session_;
   std::set<RowsOfQuery*> queries_;
   std::unordered_map<std::wstring, std::shared_ptr<const Keys>> expected_;  // by column
+  std::unordered_map<std::wstring, LoadedOrder> orders_;                    // likewise
 };
 
 }  // namespace modeldb

@@ -284,7 +284,7 @@ void WriteQueue::forget_rows() noexcept {
     keys.linked.clear();
     keys.are_reserved = false;
   }
-  note_change();
+  for (auto& [table, rows] : locked_) rows.lose();
 }
 
 void WriteQueue::note_change() noexcept {

@@ -235,23 +235,28 @@ TEST_F(TeamCollectionTest, RecordsThatOthersHaveChangedAreRefusedAloneAndNamed) 
 }
 
 TEST_F(TeamCollectionTest, ChangesAndDeletionsShareTheirWaysToTheServer) {
-  (void)make_forces();
   const bench::Proxy proxy(server_port());
   const auto other = open_other(location_by(proxy.port()));
-  com::Ptr<IDispatch> object;
-  ASSERT_EQ(other->Load(bstr(L"NodalForces").get(), com::Variant::omitted(),
-                        com::Variant::omitted(), object.put()),
-            S_OK);
-  const auto theirs = object.query<INodalForces>();
-  strengthen(theirs);
-  long before = proxy.round_trips();
-  ASSERT_EQ(theirs->Save(other.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
-  EXPECT_LT(proxy.round_trips() - before, kCount);
-  EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude > 1000"), "40");
-  before = proxy.round_trips();
-  ASSERT_EQ(theirs->Delete(other.get()), S_OK);
-  EXPECT_LT(proxy.round_trips() - before, kCount);
-  EXPECT_EQ(count(L"NodalForces") + count(L"NodalForceLoadSets"), "00");
+  // The last order is that of no range of keys.
+  for (const auto* const order : {L"NodalForceID", L"NodalForceID DESC", L"sin(NodalForceID)"}) {
+    SCOPED_TRACE(model_test::narrow(order));
+    (void)make_forces();
+    com::Ptr<IDispatch> object;
+    ASSERT_EQ(other->Load(bstr(L"NodalForces").get(), com::Variant::omitted(),
+                          com::Variant(com::Bstr(order)), object.put()),
+              S_OK)
+        << model_test::last_sentence();
+    const auto theirs = object.query<INodalForces>();
+    strengthen(theirs);
+    long before = proxy.round_trips();
+    ASSERT_EQ(theirs->Save(other.get(), com::Variant::omitted(), com::Variant::omitted()), S_OK);
+    EXPECT_LT(proxy.round_trips() - before, kCount);
+    EXPECT_EQ(value(L"SELECT count(*) FROM NodalForces WHERE Magnitude > 1000"), "40");
+    before = proxy.round_trips();
+    ASSERT_EQ(theirs->Delete(other.get()), S_OK);
+    EXPECT_LT(proxy.round_trips() - before, kCount);
+    EXPECT_EQ(count(L"NodalForces") + count(L"NodalForceLoadSets"), "00");
+  }
   other->Close();
 }
 
