@@ -217,6 +217,12 @@ void fail_as_server(const Diagnosis& diagnosis, std::wstring_view location, std:
     fail_on_text(kIntegrityViolation, subject,
                  L" was not run: " + std::wstring(RowGuard::kRefusal) + L".");
   }
+  if (diagnosis.is(kTakenAwayState)) {
+    fail_on_text(kIntegrityViolation, subject,
+                 L" was not run: a vertex that it puts records on has just been deleted or "
+                 L"renumbered by somebody else. Put them on another vertex, or save that one anew "
+                 L"with its coordinates first.");
+  }
   fail_on_words(diagnosis, subject, sql);
   const auto* const answer = std::ranges::find_if(
       kAnswers, [&](const Answer& known) { return diagnosis.is_of_class(known.state); });

@@ -48,5 +48,7 @@ inline constexpr std::wstring_view kNotKeptState = L"2201E";  // that of ln(0)
 
 /// Records stand on the row.
 inline constexpr std::wstring_view kOccupiedState = L"OV001";
+/// Somebody else has deleted the row that records are put on.
+inline constexpr std::wstring_view kTakenAwayState = L"OV002";
 
 }  // namespace modeldb

@@ -8,11 +8,13 @@
 
 namespace modeldb {
 
-LockedRows::LockedRows(Session& session, std::wstring table, std::wstring columns, std::wstring key)
+LockedRows::LockedRows(Session& session, std::wstring table, std::wstring columns, std::wstring key,
+                       bool only_changed)
     : session_(session),
       table_(std::move(table)),
       columns_(std::move(columns)),
-      key_(std::move(key)) {}
+      key_(std::move(key)),
+      lock_(only_changed ? L" FOR NO KEY UPDATE SKIP LOCKED" : L" FOR UPDATE SKIP LOCKED") {}
 
 bool LockedRows::reach(std::int64_t key) {
   if (places_.contains(key)) return true;
@@ -30,7 +32,7 @@ bool LockedRows::reach(std::int64_t key) {
 
 void LockedRows::lock() {
   rows_ = session_.rows_of(L"SELECT " + columns_ + L" FROM " + table_ + L" WHERE " +
-                           reach_.condition(key_) + L" FOR UPDATE SKIP LOCKED");
+                           reach_.condition(key_) + lock_);
   for (std::size_t row = 0; row < rows_.count(); ++row) {
     const std::int64_t each = rows_.integer(row, 0);
     if (changed_.contains(each)) continue;

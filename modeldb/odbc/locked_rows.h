@@ -20,8 +20,10 @@ class Session;
 /// locked are left out: their own statements wait for them.
 class LockedRows {
  public:
-  /// `columns` begins with the key.
-  LockedRows(Session& session, std::wstring table, std::wstring columns, std::wstring key);
+  /// `columns` begins with the key. Rows that are `only_changed`, never deleted, may be stood on by
+  /// others meanwhile.
+  LockedRows(Session& session, std::wstring table, std::wstring columns, std::wstring key,
+             bool only_changed);
 
   /// Locks the row with that key, and others next to it, if it is not locked yet; false when its
   /// own statement has to do that.
@@ -57,6 +59,7 @@ class LockedRows {
   const std::wstring table_;
   const std::wstring columns_;
   const std::wstring key_;
+  const wchar_t* const lock_;
   Reach reach_;
   ResultRows rows_;
   std::unordered_map<std::int64_t, std::size_t> places_;

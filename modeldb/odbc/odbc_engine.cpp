@@ -117,7 +117,10 @@ class OdbcEngine final : public Engine {
   [[nodiscard]] FetchAhead* fetch_ahead() override { return &session_.rows_ahead(); }
   [[nodiscard]] ChangeBoard* change_board() override { return &changes_; }
 
-  void guard(const RowGuard& rows) override { rules_.guard(rows); }
+  void guard(const RowGuard& rows) override {
+    rules_.guard(rows);
+    session_.queue().learn(rows);
+  }
   void keep_links(const LinkedRows& rows) override { rules_.keep_links(rows); }
 
  private:

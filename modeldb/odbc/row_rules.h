@@ -1,7 +1,9 @@
 #pragma once
 
 #include <set>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "modeldb/engine/table_definition.h"
 #include "modeldb/odbc/session.h"
@@ -20,11 +22,19 @@ class RowRules {
   void keep_links(const LinkedRows& rows);
 
  private:
-  /// Makes a trigger unless the table has it.
-  void make(const std::wstring& name, const std::wstring& table, const std::wstring& moment,
-            const std::wstring& body);
-  void make_alone(const std::wstring& name, const std::wstring& table, const std::wstring& moment,
-                  const std::wstring& body);
+  struct Rule {
+    std::wstring name;
+    std::wstring table;
+    std::wstring moment;  ///< "BEFORE DELETE"
+    std::wstring body;
+    std::wstring each = L"FOR EACH ROW";  ///< what stands behind the table
+    bool is_owners = false;               ///< it has the rights of who makes it
+  };
+
+  /// Makes the triggers that the tables do not have, all at once.
+  void make(const std::vector<Rule>& rules);
+  [[nodiscard]] std::wstring text_of_missing(std::span<const Rule> rules);
+  [[nodiscard]] static std::wstring text_of(const Rule& rule);
   [[nodiscard]] bool has(const std::wstring& name, const std::wstring& table);
 
   Session& session_;

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <utility>
 
+#include "com/error.h"
 #include "modeldb/engine/tokeniser.h"
 #include "modeldb/odbc/key_rules.h"
 #include "modeldb/odbc/odbc_statement.h"
@@ -164,6 +165,8 @@ std::optional<RowChange> RowChange::of(std::wstring_view sql) {
 
 void WriteQueue::learn(const TableDefinition& table) { tables_[folded_name(table.name)] = table; }
 
+void WriteQueue::learn(const RowGuard& vertices) { vertices_ = vertices; }
+
 const TableDefinition* WriteQueue::find(std::wstring_view table) const {
   const auto found = tables_.find(table);
   return found == tables_.end() ? nullptr : &found->second;
@@ -199,6 +202,7 @@ RowPlan* WriteQueue::plan(const RowInsertion& insertion) {
     if (insertion.columns[0] != folded_name(table->key)) return nullptr;
     plan.keys = &keys_[insertion.table];
     plan.has_links = records_of(insertion.columns[0]) != nullptr;
+    plan.vertex = vertex_among(*table, insertion.columns);
   }
   return &plans_.try_emplace(insertion.table + L" " + plan.columns + plan.merging, plan)
               .first->second;
@@ -220,7 +224,8 @@ LockedRows& WriteQueue::locked_rows(const TableDefinition& table) {
   std::wstring columns = table.key;
   for (const Column& column : table.columns) columns += L", " + column.name;
   return locked_
-      .try_emplace(folded_name(table.name), session_, table.name, std::move(columns), table.key)
+      .try_emplace(folded_name(table.name), session_, table.name, std::move(columns), table.key,
+                   records_of(folded_name(table.key)) == nullptr)
       .first->second;
 }
 
@@ -259,6 +264,8 @@ ChangePlan* WriteQueue::plan(const RowChange& change) {
     plan.compared.push_back(place + 1);  // behind the key
     name += L" " + column;
   }
+  plan.vertex = vertex_among(*table, change.columns);
+  if (plan.vertex != RowPlan::kNone) plan.had_vertex = place_of(change.columns[plan.vertex]) + 1;
   plan.keys = keys_of(change.key);
   plan.rows = &locked_rows(*rows);
   return &change_plans_.try_emplace(name, std::move(plan)).first->second;
@@ -274,6 +281,7 @@ void WriteQueue::reset() noexcept {
     keys.waiting.clear();
   }
   for (auto& [table, rows] : locked_) rows.reset();
+  vertices_reach_ = {};
 }
 
 /// What is undone is nobody's own any more, and locked no more.
@@ -311,6 +319,7 @@ std::optional<std::int64_t> WriteQueue::insert(RowPlan& plan, std::span<const Ro
   const std::size_t left = plan.keys && std::holds_alternative<std::nullptr_t>(values[0]) ? 1 : 0;
   const std::span<const ColumnType> types(plan.types);
   if (!session_.is_in_transaction() || !fit(types.subspan(left), values.subspan(left))) return {};
+  if (plan.vertex != RowPlan::kNone && !holds_vertex(values[plan.vertex])) return {};
   std::int64_t key = 0;
   if (plan.keys) {
     key = take_key(plan, values[0]);
@@ -412,6 +421,11 @@ std::optional<std::int64_t> WriteQueue::change(ChangePlan& plan, std::span<const
   if (plan.keys->own.contains(*key) || !plan.rows->reach(*key)) return {};
   const bool fits = fit(plan.types, values.first(set));
   if (!fits || !is_as_before(plan, *key, values.subspan(set + 1))) return {};
+  const bool stays =
+      plan.vertex == RowPlan::kNone ||
+      is_same(plan.rows->rows(), plan.rows->row(*key), plan.had_vertex, values[plan.vertex]) ||
+      holds_vertex(values[plan.vertex]);
+  if (!stays) return {};
   plan.rows->take(*key);
   plan.keys->waiting.insert(*key);
   keep(plan, *key, values.first(set));
@@ -444,6 +458,41 @@ void WriteQueue::keep(const ChangePlan& plan, std::int64_t key, std::span<const 
   append_number(found->keys, key);
   for (std::size_t i = 0; i < values.size(); ++i) append_value(found->values[i], values[i]);
   count_one_more();
+}
+
+// --- Vertices ---
+
+std::size_t WriteQueue::vertex_among(const TableDefinition& table,
+                                     std::span<const std::wstring> columns) const {
+  const auto& standing = vertices_.standing;
+  if (std::ranges::find(standing, table.name) == standing.end()) return RowPlan::kNone;
+  const auto found = std::ranges::find(columns, folded_name(vertices_.key));
+  return found == columns.end() ? RowPlan::kNone
+                                : static_cast<std::size_t>(found - columns.begin());
+}
+
+bool WriteQueue::holds_vertex(const RowValue& vertex) {
+  const auto* const key = std::get_if<std::int64_t>(&vertex);
+  if (!key) return true;  // it stands on none
+  KeysInUse& keys = keys_[folded_name(vertices_.table)];
+  if (keys.are_reserved || keys.own.contains(*key) || keys.waiting.contains(*key)) return true;
+  if (keys.linked.contains(*key)) {
+    vertices_reach_.note_use();
+    return true;
+  }
+  (void)vertices_reach_.next(*key, session_.rows_ahead().order_of(folded_name(vertices_.key)));
+  try {
+    const ResultRows locked =
+        session_.rows_of(L"SELECT " + vertices_.key + L" FROM " + vertices_.table + L" WHERE " +
+                         vertices_reach_.condition(vertices_.key) + L" FOR KEY SHARE SKIP LOCKED");
+    for (std::size_t row = 0; row < locked.count(); ++row) {
+      keys.linked.insert(locked.integer(row, 0));
+    }
+  } catch (const com::Error&) {
+    // The row's own statement tells what is wrong.
+    vertices_reach_.forget();
+  }
+  return keys.linked.contains(*key);
 }
 
 // --- Links ---

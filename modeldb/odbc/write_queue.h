@@ -12,6 +12,7 @@
 
 #include "modeldb/engine/table_definition.h"
 #include "modeldb/odbc/locked_rows.h"
+#include "modeldb/odbc/reach.h"
 
 namespace modeldb {
 
@@ -51,8 +52,8 @@ struct KeysInUse {
   bool are_reserved = false;                  // nobody else takes any until the transaction ends
   std::unordered_set<std::int64_t> own;       // rows that the transaction has inserted
   std::unordered_set<std::int64_t> unlinked;  // of these, those without a link
-  std::unordered_set<std::int64_t> linked;    // sets to which it has linked, and so locked
-  std::unordered_set<std::int64_t> waiting;   // rows that the server does not have as they are
+  std::unordered_set<std::int64_t> linked;   // rows that it has locked, so that others stay on them
+  std::unordered_set<std::int64_t> waiting;  // rows that the server does not have as they are
 };
 
 /// How rows of a table go there with others.
@@ -65,6 +66,8 @@ struct RowPlan {
   KeysInUse* keys = nullptr;     ///< of the table; null for one of links
   KeysInUse* sets = nullptr;     ///< of the sets that links lead to
   KeysInUse* records = nullptr;  ///< of the records that they come from
+  std::size_t vertex = kNone;    ///< the column of the vertex that they stand on
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 };
 
 /// How changes of rows, deletions of records' rows, or deletions of their links, go there with
@@ -76,14 +79,16 @@ struct ChangePlan {
   std::vector<std::size_t> compared = {};  ///< of what the row has had: columns of the locked rows
   KeysInUse* keys = nullptr;               ///< of the rows, or of the records that have the links
   LockedRows* rows = nullptr;              ///< likewise
+  std::size_t vertex = RowPlan::kNone;     ///< as of a RowPlan
+  std::size_t had_vertex = 0;              ///< that column of the locked rows
 };
 
 /// What a transaction has written and the server does not have yet, since a way to it and back
 /// costs more than a row does. It reaches it with the transaction's next statement that could see
 /// it, or with its end, many rows at once. Only what nothing can be wrong with is kept back: new
 /// rows under a key that the server has given for them, or that are merged into what is there, with
-/// values that fit; links to sets that are locked or the transaction's own; and changes of rows,
-/// and deletions of records' rows, that are locked and known.
+/// values that fit, on vertices that are locked or the transaction's own; links to sets that are
+/// so; and changes of rows, and deletions of records' rows, that are locked and known.
 ///
 /// Savepoints reach it with the rows behind them, if ever.
 class WriteQueue {
@@ -92,6 +97,8 @@ class WriteQueue {
 
   /// A table of the model.
   void learn(const TableDefinition& table);
+  /// The vertices, and which tables stand on them.
+  void learn(const RowGuard& vertices);
 
   /// A transaction begins, or ends.
   void reset() noexcept;
@@ -169,6 +176,12 @@ class WriteQueue {
   [[nodiscard]] static bool is_as_before(const ChangePlan& plan, std::int64_t key,
                                          std::span<const RowValue> had);
   void keep(const ChangePlan& plan, std::int64_t key, std::span<const RowValue> values);
+  /// The place of the vertex's column among those of a table that stands on vertices.
+  [[nodiscard]] std::size_t vertex_among(const TableDefinition& table,
+                                         std::span<const std::wstring> columns) const;
+  /// Whether nobody else can delete that vertex until the transaction ends: it is locked if it can
+  /// be, with those next to it.
+  [[nodiscard]] bool holds_vertex(const RowValue& vertex);
   [[nodiscard]] std::int64_t take_key(const RowPlan& plan, const RowValue& brought);
   void count_one_more();
   /// Whether values go into columns of these types as they are.
@@ -194,6 +207,8 @@ class WriteQueue {
   std::map<std::wstring, RowPlan, std::less<>> plans_;   // by table and columns
   std::map<std::wstring, ChangePlan, std::less<>> change_plans_;
   std::map<std::wstring, LockedRows, std::less<>> locked_;  // by table, in small letters
+  RowGuard vertices_;
+  Reach vertices_reach_;
   std::vector<Piece> pieces_ = std::vector<Piece>(1);
   std::size_t waiting_ = 0;
 };

@@ -547,6 +547,132 @@ TEST_F(TeamTest, NodeThatSomebodyElseMakesAtTheSameTimeIsTheSame) {
   EXPECT_EQ(value(L"SELECT X + Y + Z FROM Vertices WHERE Description = 'pier'"), "6");
 }
 
+/// Nodes 1 to 9, on which nothing stands, and work on them that may meet that of others.
+class TeamVertexTest : public TeamTest {
+ protected:
+  TeamVertexTest() {
+    owner_.run(
+        L"INSERT INTO Vertices (VertexID, Description, X, Y, Z) SELECT n, '', n, n, n FROM "
+        L"generate_series(1, 9) AS n");
+  }
+
+  static com::Ptr<INodalForce> force_on(long node) {
+    const auto force = model_test::create<NodalForce, INodalForce>();
+    com::Ptr<IDispatch> vertex;
+    force->get_Vertex(vertex.put());
+    vertex.query<ICoordinateVertex>()->put_ID(node);
+    return force;
+  }
+  static com::Ptr<IVertices> vertices_in(const com::Ptr<IModelDatabaseFile>& model, long node) {
+    com::Ptr<IDispatch> object;
+    const com::Variant condition(com::Bstr(L"VertexID = " + std::to_wstring(node)));
+    EXPECT_EQ(
+        model->Load(bstr(L"Vertices").get(), condition, com::Variant::omitted(), object.put()),
+        S_OK);
+    return object.query<IVertices>();
+  }
+  static HRESULT append_in(const com::Ptr<IModelDatabaseFile>& model, long node) {
+    return execute_in(model,
+                      L"INSERT INTO NodalForces (VertexID, Description, MultiplierTableID, "
+                      L"Magnitude, Vx, Vy, Vz, CoordinateSystemID) VALUES (" +
+                          std::to_wstring(node) + L", '', 0, 1, 0, 0, 1, 0)");
+  }
+  std::string lost() {
+    return asked(
+        L"SELECT count(*) FROM NodalForces WHERE VertexID NOT IN (SELECT VertexID FROM Vertices)");
+  }
+};
+
+TEST_F(TeamVertexTest, VertexOnWhichSomebodyElseIsPuttingARecordIsNotDeleted) {
+  ASSERT_EQ(save(force_on(5)), S_OK) << model_test::last_sentence();
+  const auto moved = load_force(1);
+  com::Ptr<IDispatch> vertex;
+  moved->get_Vertex(vertex.put());
+  const auto other = open_other(file.path());
+  com::Ptr<IDispatch> connection;
+  other->get_Connection(connection.put());
+  connection.query<Connection15>()->put_CommandTimeout(1);
+  ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
+  ASSERT_EQ(save(force_on(1)), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(append_in(database, 2), S_OK) << model_test::last_sentence();
+  vertex.query<ICoordinateVertex>()->put_ID(3);
+  ASSERT_EQ(save(moved), S_OK) << model_test::last_sentence();
+  ASSERT_EQ(execute(L"UPDATE NodalForces SET VertexID = 4 WHERE VertexID = 2"), S_OK);
+  for (const bool is_committed : {false, true}) {
+    for (const long node : {1, 3, 4}) {
+      SCOPED_TRACE(node);
+      com::Ptr<ICoordinateVertex> alone;
+      const auto vertices = vertices_in(other, node);
+      ASSERT_EQ(vertices->Item(0, alone.put()), S_OK);
+      const auto refuses = [&](HRESULT result, const char* sentence) {
+        EXPECT_SENTENCE(result, HasSubstr(is_committed ? sentence : "is in use: another program"));
+      };
+      const std::wstring where = L" WHERE VertexID = " + std::to_wstring(node);
+      refuses(alone->Delete(other.get()), "cannot be deleted, because records stand on it");
+      refuses(execute_in(other, L"DELETE FROM Vertices" + where), "records stand on a vertex");
+      EXPECT_EQ(execute_in(other, L"UPDATE Vertices SET Y = 7" + where), S_OK);
+      if (!is_committed) continue;
+      refuses(execute_in(other, L"UPDATE Vertices SET VertexID = 77" + where),
+              "records stand on a vertex");
+      refuses(vertices->Delete(other.get()), "cannot be deleted, because records stand on it");
+    }
+    if (!is_committed) {
+      EXPECT_EQ(execute(L"COMMIT TRANSACTION"), S_OK) << model_test::last_sentence();
+    }
+  }
+  EXPECT_EQ(lost() + asked(L"SELECT count(*) FROM Vertices"), "09");
+  EXPECT_EQ(execute_in(other, L"DELETE FROM Vertices WHERE VertexID = 2"), S_OK);
+}
+
+TEST_F(TeamVertexTest, RecordOnAVertexThatSomebodyElseIsDeletingIsRefusedAlone) {
+  ASSERT_EQ(save(force_on(9)), S_OK) << model_test::last_sentence();
+  using Work = std::function<HRESULT(const com::Ptr<IModelDatabaseFile>&)>;
+  const std::vector<std::pair<long, Work>> works = {
+      {1, [](const auto& model) { return save_in(model, force_on(1)); }},
+      {2, [](const auto& model) { return append_in(model, 2); }},
+      {3,
+       [](const auto& model) {
+         return execute_in(model, L"UPDATE NodalForces SET VertexID = 3 WHERE VertexID = 9");
+       }},
+  };
+  for (const auto& [node, work] : works) {
+    SCOPED_TRACE(node);
+    owner_.begin();
+    owner_.run(L"DELETE FROM Vertices WHERE VertexID = " + std::to_wstring(node));
+    std::atomic<HRESULT> result = E_PENDING;
+    std::string sentence;
+    HRESULT end = E_PENDING;
+    std::thread other([&] {
+      CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+      {
+        const auto model = model_test::create<ModelDatabase, IModelDatabaseFile>();
+        model->Open(bstr(file.path()).get());
+        execute_in(model, L"BEGIN TRANSACTION");
+        save_in(model, force_on(8));
+        const HRESULT done = work(model);
+        sentence = model_test::last_sentence();
+        end = execute_in(model, L"COMMIT TRANSACTION");
+        model->Close();
+        result = done;
+      }
+      CoUninitialize();
+    });
+    while (result == E_PENDING &&
+           asked(L"SELECT count(*) FROM pg_locks WHERE NOT granted") == "0") {
+      Sleep(10);
+    }
+    owner_.commit();
+    other.join();
+    EXPECT_EQ(result, modeldb::kIntegrityViolation);
+    EXPECT_THAT(sentence, HasSubstr("has just been deleted or renumbered by somebody else"));
+    EXPECT_EQ(end, S_OK);
+  }
+  EXPECT_EQ(lost(), "0");
+  EXPECT_EQ(value(L"SELECT count(*) || ':' || sum(VertexID) FROM NodalForces"), "4:33");
+  // One that the model does not have is not looked for.
+  EXPECT_EQ(append_in(database, 500), S_OK) << model_test::last_sentence();
+}
+
 TEST_F(TeamTest, StatementThatFailsIsUndoneAloneAndItsTransactionCommitted) {
   ASSERT_EQ(execute(L"BEGIN TRANSACTION"), S_OK);
   ASSERT_EQ(save(make_force(1)), S_OK) << model_test::last_sentence();
