@@ -116,6 +116,9 @@ class Writer {
     }
     const bool is_saved = below(3) == 0 ? save_one_by_one(forces) : save_together(forces);
     if (!is_saved) return note(outcome() + " " + name);
+    if (const long refused = refused_alone(); refused > 0) {
+      return note("has " + name + " " + std::to_string(count - refused));
+    }
     std::string ids;
     for (const auto& force : forces) {
       long id = 0;
@@ -131,6 +134,16 @@ class Writer {
     const auto collection = create<NodalForces, INodalForces>();
     for (const auto& force : forces) collection->Add(force.get());
     return is_done(collection->Save(model_.get(), Variant::omitted(), Variant::omitted()));
+  }
+
+  /// Records of the last batch that were told not to be done. A deletion may meet that of another
+  /// program, since both lock what is next to their own.
+  long refused_alone() {
+    Ptr<IFailures> failures;
+    long count = 0;
+    model_->get_Failures(failures.put());
+    failures->get_Count(&count);
+    return count;
   }
 
   bool save_one_by_one(const std::vector<Ptr<INodalForce>>& forces) {
@@ -164,6 +177,9 @@ class Writer {
     const auto collection = create<NodalForces, INodalForces>();
     for (const auto& force : forces) collection->Add(force.get());
     const bool is_deleted = is_done(collection->Delete(model_.get()));
+    if (const long refused = is_deleted ? refused_alone() : 0; refused > 0) {
+      return note("has " + name + " " + std::to_string(refused));
+    }
     note((is_deleted ? "did " : outcome() + " ") + name);
   }
 
@@ -233,6 +249,10 @@ struct Journals {
       } else if (what == "delete") {
         batches[name].may_be_gone = true;
         pending = "delete";
+      } else if (what == "has") {
+        long count = 0;
+        words >> count;
+        batches[name] = {.count = count, .may_be_there = true, .may_be_gone = count == 0};
       } else if (name == "add") {
         if (what != "maybe") --perhaps_added;
         if (what == "did") ++added;
