@@ -75,7 +75,6 @@ class RowStream {
   const std::vector<KeyColumn> columns_;
   const std::wstring cursor_;
   std::optional<DirectQuery> runner_;
-  std::size_t count_;          // of rows that come at once
   bool is_open_ = false;       // on the server
   bool is_complete_ = false;   // nothing is behind what was fetched
   std::optional<Batch> next_;  // fetched, or on their way
