@@ -8,6 +8,17 @@ namespace modeldb {
 /// A set of whole numbers that mostly follow each other, such as keys: it takes memory for each gap
 /// between them, and not for each number.
 class NumberSet {
+  using Ranges = std::map<long, long>;  // from the first of them to the last
+
+  /// That which holds the number; `ranges` may be constant or not.
+  template <class AnyRanges>
+  [[nodiscard]] static auto range_of(AnyRanges& ranges, long number) {
+    auto found = ranges.upper_bound(number);
+    if (found == ranges.begin()) return ranges.end();
+    --found;
+    return number <= found->second ? found : ranges.end();
+  }
+
  public:
   /// False when it was there.
   bool insert(long number) {
@@ -28,7 +39,7 @@ class NumberSet {
 
   /// False when it was not there.
   bool erase(long number) {
-    const auto found = range_of(number);
+    const auto found = range_of(ranges_, number);
     if (found == ranges_.end()) return false;
     const auto [first, last] = *found;
     if (number < last) ranges_.emplace(number + 1, last);
@@ -40,24 +51,11 @@ class NumberSet {
     return true;
   }
 
-  [[nodiscard]] bool contains(long number) const { return range_of(number) != ranges_.end(); }
+  [[nodiscard]] bool contains(long number) const {
+    return range_of(ranges_, number) != ranges_.end();
+  }
 
  private:
-  using Ranges = std::map<long, long>;  // from the first of them to the last
-
-  [[nodiscard]] Ranges::const_iterator range_of(long number) const {
-    auto found = ranges_.upper_bound(number);
-    if (found == ranges_.begin()) return ranges_.end();
-    --found;
-    return number <= found->second ? found : ranges_.end();
-  }
-  [[nodiscard]] Ranges::iterator range_of(long number) {
-    auto found = ranges_.upper_bound(number);
-    if (found == ranges_.begin()) return ranges_.end();
-    --found;
-    return number <= found->second ? found : ranges_.end();
-  }
-
   Ranges ranges_;
 };
 
